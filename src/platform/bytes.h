@@ -1,6 +1,7 @@
 // A byte document: contiguous, shared, never copied on its way from a database to a caller.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>

@@ -53,8 +53,6 @@ enum class DataType : std::int32_t {
 /// The "options" argument of Execute and Open when nothing is asked for.
 inline constexpr std::int32_t unspecifiedOptions = -1;
 
-class Connection;
-
 /// A column of a record set.
 struct FieldInfo {
   std::string name;  ///< as the query names it; may be empty
@@ -63,16 +61,16 @@ struct FieldInfo {
   bool nullable = true;
 };
 
-/// A set of rows with one current row. Closed when made; `open` or Connection::execute opens it.
+/// A set of rows with one current row. Made by a Connection; closed until `open`, unless Connection::execute made it.
 ///
 /// Reading is lazy: opening reads no row, a document is read when it is asked for, the count is counted when asked for.
 /// An object is used from the thread that made it.
 class Recordset : public Object {
  public:
-  /// Opens `source`, a statement or the name of a table, on `connection`.
-  /// Raises 3705 when already open, 3709 without a connection, the database's own error otherwise.
-  virtual void open(const std::string& source, const std::shared_ptr<Connection>& connection, CursorType cursorType,
-                    LockType lockType, std::int32_t options = unspecifiedOptions) = 0;
+  /// Opens `source`, a statement or the name of a table, on the connection that made this object. A closed set can be
+  /// opened again. Raises 3705 when open, 3709 after a detach, the database's own error otherwise.
+  virtual void open(const std::string& source, CursorType cursorType, LockType lockType,
+                    std::int32_t options = unspecifiedOptions) = 0;
   /// Raises 3704 when closed already, 3219 while an edit is pending.
   virtual void close() = 0;
   [[nodiscard]] virtual ObjectState state() const = 0;
@@ -126,16 +124,15 @@ struct Parameter {
   Value value;
 };
 
-/// A statement with parameters.
+/// A statement with parameters. Made by a Connection and run on it.
 class Command : public Object {
  public:
-  virtual void setActiveConnection(const std::shared_ptr<Connection>& connection) = 0;
   virtual void setCommandText(const std::string& text) = 0;
   virtual void setCommandType(CommandType type) = 0;
   /// Seconds; 0 waits for ever. 30 when not set.
   virtual void setCommandTimeout(std::int32_t seconds) = 0;
   virtual void appendParameter(const Parameter& parameter) = 0;
-  /// Runs the text. 80040E0Ch without text, 3709 without a connection, 80040E10h when a "?" has no parameter.
+  /// Runs the text. 80040E0Ch without text, 80040E10h when a "?" has no parameter.
   [[nodiscard]] virtual std::shared_ptr<Recordset> execute() = 0;
 };
 
@@ -145,6 +142,10 @@ class Connection : public Object {
   /// Runs a batch. The result is the first that the batch gives: an open record set when it has columns, a closed one when
   /// it is a statement without rows. An error of any statement of the batch is raised. 80040E0Ch for an empty text.
   virtual std::shared_ptr<Recordset> execute(const std::string& sql, std::int32_t options = unspecifiedOptions) = 0;
+
+  /// A closed record set, and an empty command, of this connection's own kind.
+  [[nodiscard]] virtual std::shared_ptr<Recordset> newRecordset() = 0;
+  [[nodiscard]] virtual std::shared_ptr<Command> newCommand() = 0;
 };
 
 }  // namespace tolvane

@@ -3,7 +3,6 @@
 
 #include <memory>
 
-#include "platform/data_access.h"
 #include "platform/files.h"
 #include "platform/objects.h"
 #include "platform/suite.h"
@@ -21,10 +20,6 @@ class Platform {
   [[nodiscard]] virtual std::shared_ptr<ResourceLoader> newResourceLoader() = 0;
   /// A new data-flow component that works in the caller's transaction, on the caller's connection.
   [[nodiscard]] virtual std::shared_ptr<DataFlow> newDataFlow(const std::shared_ptr<Context>& context) = 0;
-
-  /// A closed record set.
-  [[nodiscard]] virtual std::shared_ptr<Recordset> newRecordset() = 0;
-  [[nodiscard]] virtual std::shared_ptr<Command> newCommand() = 0;
 
   [[nodiscard]] virtual std::shared_ptr<PropertyBag> newPropertyBag() = 0;
   [[nodiscard]] virtual std::shared_ptr<ItemList> newItemList() = 0;
