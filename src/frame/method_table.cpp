@@ -17,6 +17,16 @@ const MethodDescription* ClassDescription::find(std::string_view method) const {
 
 namespace detail {
 
+MethodDescription describeTransMode(TransactionMode mode) {
+  return {1,
+          "TransMode",
+          "How the class takes part in transactions: 2 it requires one, 3 it joins one that is there.",
+          {},
+          ParameterType::int32,
+          true,
+          [mode](Service&, std::span<Value>) -> Value { return static_cast<std::int32_t>(mode); }};
+}
+
 ParameterDescription describeParameter(const ParameterName& name, ParameterType type, Direction direction) {
   ParameterDescription parameter{name.name, type, direction, name.isOptional, {}};
   if (name.isOptional) {

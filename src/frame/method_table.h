@@ -32,9 +32,6 @@ struct ParameterDescription {
   Value defaultValue;
 };
 
-/// The dispatch number of `TransMode`, the first member of every class.
-inline constexpr std::int32_t transModeID = 1;
-
 struct MethodDescription {
   /// The dispatch number: fixed for good, unique in its class, never given to another method.
   std::int32_t id = 0;
@@ -42,6 +39,8 @@ struct MethodDescription {
   std::string summary;
   std::vector<ParameterDescription> parameters;
   ParameterType result = ParameterType::none;
+  /// A read-only property: no parameters, no data source, no side effect.
+  bool isProperty = false;
   /// Runs the method. The arguments are complete, in order and of the parameters' types; in/out ones are replaced.
   std::function<Value(Service&, std::span<Value>)> run;
 };
@@ -50,6 +49,7 @@ struct ClassDescription {
   std::string name;
   TransactionMode transMode = TransactionMode::supported;
   std::string summary;
+  /// `TransMode` comes first.
   std::vector<MethodDescription> methods;
   std::function<std::unique_ptr<Service>(Platform&)> create;
 
@@ -83,6 +83,7 @@ template <typename T>
 inline constexpr Direction directionOf =
     std::is_lvalue_reference_v<T> && !std::is_const_v<std::remove_reference_t<T>> ? Direction::inOut : Direction::in;
 
+[[nodiscard]] MethodDescription describeTransMode(TransactionMode mode);
 [[nodiscard]] ParameterDescription describeParameter(const ParameterName& name, ParameterType type,
                                                      Direction direction);
 
@@ -130,12 +131,13 @@ class ClassDescriber {
     class_.transMode = transMode;
     class_.summary = summary;
     class_.create = [](Platform& platform) -> std::unique_ptr<Service> { return std::make_unique<Class>(platform); };
+    class_.methods.push_back(detail::describeTransMode(transMode));
   }
 
   template <typename Result, typename... Parameters>
   ClassDescriber& method(std::int32_t id, const char* name, Result (Class::*function)(Parameters...),
                          const char* summary, const std::array<ParameterName, sizeof...(Parameters)>& names) {
-    MethodDescription description{id, name, summary, {}, detail::resultType<Result>(), {}};
+    MethodDescription description{id, name, summary, {}, detail::resultType<Result>(), false, {}};
     std::size_t i = 0;
     (description.parameters.push_back(detail::describeParameter(
          names[i++], detail::Crossing<std::remove_cvref_t<Parameters>>::type, detail::directionOf<Parameters>)),

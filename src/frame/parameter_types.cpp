@@ -20,10 +20,6 @@ Value convertObject(const Value& value) {
 }
 
 Value convertArray(const Value& value, ValueType elementType) {
-  if (const auto* bytes = value.get<Bytes>(); bytes && elementType == ValueType::variant) {
-    std::vector<Value> elements(bytes->view().begin(), bytes->view().end());
-    return Array::of(ValueType::variant, std::move(elements), bytes->lower());
-  }
   const Array* given = value.array();
   if (!given || given->bounds.size() > 1) raise(RuntimeError::typeMismatch);
   if (given->elementType == elementType) return value;
