@@ -27,7 +27,9 @@ struct Caption {
   std::string english;
 };
 
-std::string textOf(const Value& value) { return value.isNull() ? std::string() : toText(value); }
+std::string textOf(const Value& value) {
+  return value.isNull() ? std::string() : toText(value);
+}
 
 Caption captionOf(Recordset& rows, const std::string& column) {
   return {textOf(rows.value(column)), textOf(rows.value(column + "_Cht")), textOf(rows.value(column + "_En"))};
@@ -101,11 +103,11 @@ std::shared_ptr<ItemList> reportEntries(Platform& platform, Recordset& reports, 
 }  // namespace
 
 void refreshFuncMenu(Platform& platform, Call& call) {
-  const auto items = call.execute(
-      sql("select ", "c.FPropClsID,i.FPropItemID,", "'(' + c.FName + ')-' + i.FName as FName,",
-          "'(' + c.FName_Cht + ')-' + i.FName_Cht as FName_Cht,", "'(' + c.FName_En + ')-' + i.FName_En as FName_En ",
-          "from ", "t_Rpt_PropClass c inner join ", "t_Rpt_PropItem i on c.FPropClsID = i.FPropClsID ",
-          "order by c.FPropClsID,i.FPropItemID "));
+  const auto items =
+      call.execute(sql("select ", "c.FPropClsID,i.FPropItemID,", "'(' + c.FName + ')-' + i.FName as FName,",
+                       "'(' + c.FName_Cht + ')-' + i.FName_Cht as FName_Cht,",
+                       "'(' + c.FName_En + ')-' + i.FName_En as FName_En ", "from ", "t_Rpt_PropClass c inner join ",
+                       "t_Rpt_PropItem i on c.FPropClsID = i.FPropClsID ", "order by c.FPropClsID,i.FPropItemID "));
   if (!items || items->recordCount() == 0) return;
 
   const auto dataFlow = platform.newDataFlow(call.context());

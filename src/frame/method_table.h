@@ -150,7 +150,7 @@ class ClassDescriber {
     return *this;
   }
 
-  operator ClassDescription() && { return std::move(class_); }  // NOLINT(google-explicit-constructor)
+  operator ClassDescription() const { return class_; }  // NOLINT(google-explicit-constructor)
 
  private:
   ClassDescription class_;

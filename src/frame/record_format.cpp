@@ -12,10 +12,14 @@
 namespace tolvane {
 namespace {
 
-constexpr std::uint16_t tagOf(ValueType type) { return static_cast<std::uint16_t>(type); }
+constexpr std::uint16_t tagOf(ValueType type) {
+  return static_cast<std::uint16_t>(type);
+}
 constexpr std::uint16_t byteArrayTag = arrayFlag | tagOf(ValueType::byte);
 
-[[noreturn]] void refuse() { raise(RuntimeError::typeNotSupported); }
+[[noreturn]] void refuse() {
+  raise(RuntimeError::typeNotSupported);
+}
 
 class Writer {
  public:
@@ -282,6 +286,8 @@ void writeRecord(const Value& value, AnsiCodePage& ansi,
   writer.flush();
 }
 
-Value readRecord(RecordSource& source, AnsiCodePage& ansi) { return Reader(source, ansi).variant(0); }
+Value readRecord(RecordSource& source, AnsiCodePage& ansi) {
+  return Reader(source, ansi).variant(0);
+}
 
 }  // namespace tolvane

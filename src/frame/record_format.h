@@ -19,7 +19,8 @@ inline constexpr std::uint16_t maximalDimensions = 60;
 inline constexpr int maximalNesting = 100;
 
 /// Hands the record's bytes to `sink` in order.
-void writeRecord(const Value& value, AnsiCodePage& ansi, const std::function<void(std::span<const std::uint8_t>)>& sink);
+void writeRecord(const Value& value, AnsiCodePage& ansi,
+                 const std::function<void(std::span<const std::uint8_t>)>& sink);
 
 /// Where a record's bytes come from.
 class RecordSource {
