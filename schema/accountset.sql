@@ -23,7 +23,7 @@ create table t_Rpt_Content (
   FRptData      image null,
   FPrinterBuf   image null,
   -- Text, '1' is visible. A new report stays off the web list until somebody shows it there.
-  FVisibleInList nvarchar(10) not null default (N'0'),
+  FVisibleInList nvarchar(10) null default (N'0'),
   -- One such column for every classification standard that users make; this one is the accounting regime.
   F1001         smallint not null default (0),
   constraint PK_t_Rpt_Content primary key (FRptID)
@@ -271,7 +271,7 @@ GO
 -- Users and groups share one range of identifiers and one table.
 create table t_User (
   FUserID       int not null,
-  FName         nvarchar(255) not null,
+  FName         nvarchar(255) not null default (N''),
   FDescription  nvarchar(255) null,
   FPrimaryGroup int not null default (2),
   -- Bit 0: the data that the user may see is restricted to what rights say.
@@ -355,7 +355,7 @@ GO
 create table t_Account (
   FAccountID int not null,
   FNumber    nvarchar(80) not null,
-  FName      nvarchar(255) not null,
+  FName      nvarchar(255) not null default (N''),
   FName_Cht  nvarchar(255) null,
   FName_En   nvarchar(255) null,
   FLevel     smallint not null default (1),
@@ -375,7 +375,7 @@ create table t_Item (
   FItemClassID int not null,
   FParentID    int not null default (0),
   FNumber      nvarchar(80) not null,
-  FName        nvarchar(255) not null,
+  FName        nvarchar(255) not null default (N''),
   FLevel       smallint not null default (1),
   FDetail      bit not null default (1),
   constraint PK_t_Item primary key (FItemID)
