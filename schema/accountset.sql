@@ -24,7 +24,9 @@ create table t_Rpt_Content (
   FPrinterBuf   image null,
   -- Text, '1' is visible. A new report stays off the web list until somebody shows it there.
   FVisibleInList nvarchar(10) null default (N'0'),
-  -- One such column for every classification standard that users make; this one is the accounting regime.
+  -- One such column for every classification standard: the report's item in it. F1 (nature) stays 0, since the nature of
+  -- a report is its type; F1001 is the accounting regime.
+  F1            smallint not null default (0),
   F1001         smallint not null default (0),
   constraint PK_t_Rpt_Content primary key (FRptID)
 )
