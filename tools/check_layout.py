@@ -58,7 +58,7 @@ def paths_that_do_not_exist(names):
             continue
         for path in re.findall(r"`((?:\./)?[\w.-]+(?:/[\w.-]+)+/?)`", (ROOT / name).read_text(encoding="utf-8")):
             plain = path.removeprefix("./")
-            if not plain.startswith(MADE) and not (ROOT / plain).exists() and not (ROOT / name).parent.joinpath(plain).exists():
+            if not plain.startswith(MADE) and not any((base / plain).exists() for base in (ROOT, (ROOT / name).parent)):
                 yield f"{name}: names {path}, which does not exist"
 
 
