@@ -14,7 +14,8 @@ install(FILES samples/README.md samples/demo.sql samples/older.sql samples/docum
   DESTINATION "${TOLVANE_SHARE}/samples")
 install(PROGRAMS samples/tour.sh DESTINATION "${TOLVANE_SHARE}/samples")
 install(FILES man/tolvane.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
-install(FILES README.md CHANGELOG.md docs/architecture.md docs/accountset.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/accountset.md docs/calls.md
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME "${PROJECT_NAME}")

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Every check of the sources that is not a test, one door for all of them. Goes on after a failure and says at the end
-# what failed. Needs a build in build/: clang-tidy reads its compile commands, the reference pages come from its program.
+# what failed. Needs a build in build/: clang-tidy reads its compile commands, its program writes the reference pages.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 failed=()
@@ -14,7 +14,9 @@ check() {
 }
 
 sources() {
-  git ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do [ ! -f "$file" ] || echo "$file"; done
+  git ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do
+    [ ! -f "$file" ] || echo "$file"
+  done
 }
 
 format() { sources '*.cpp' '*.h' | xargs -r clang-format --dry-run -Werror; }
