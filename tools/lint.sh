@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Every check of the sources that is not a test, one door for all of them. Goes on after a failure and says at the end
-# what failed. Needs a build in build/: clang-tidy reads its compile commands, its program writes the reference pages.
+# what failed. Needs a build in build/: clang-tidy reads its compile commands, and it has the program that
+# writes the reference pages.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 failed=()
@@ -50,7 +51,8 @@ tidy() {
 
 reference() {
   rm -rf build/reference
-  build/tolvane reference build/reference && diff -r build/reference docs/reference
+  mkdir -p build/reference
+  build/reference_pages build/reference && diff -r build/reference docs/reference
 }
 
 manual() { man --warnings -E UTF-8 -l man/tolvane.1 2>&1 > /dev/null | { ! grep .; }; }
