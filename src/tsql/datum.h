@@ -12,8 +12,8 @@
 
 namespace tolvane::tsql {
 
-using Blob = std::vector<std::byte>;
-using BlobView = std::span<const std::byte>;
+using Bytes = std::vector<std::byte>;
+using BytesView = std::span<const std::byte>;
 
 // The five kinds a stored value can have. T-SQL types are finer; they map to kinds so:
 //   int family, bit                                        -> Integer
@@ -37,18 +37,18 @@ class Datum {
   Datum(std::string_view value) : value_(value) {}
   Datum(const char* value) : value_(std::string_view(value)) {}
   Datum(const std::string& value) : value_(std::string_view(value)) {}
-  Datum(BlobView value) : value_(value) {}
-  Datum(const Blob& value) : value_(BlobView(value)) {}
+  Datum(BytesView value) : value_(value) {}
+  Datum(const Bytes& value) : value_(BytesView(value)) {}
 
   [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
   [[nodiscard]] bool isNull() const { return kind() == Kind::Null; }
   [[nodiscard]] std::int64_t integer() const { return std::get<std::int64_t>(value_); }
   [[nodiscard]] double real() const { return std::get<double>(value_); }
   [[nodiscard]] std::string_view text() const { return std::get<std::string_view>(value_); }
-  [[nodiscard]] BlobView blob() const { return std::get<BlobView>(value_); }
+  [[nodiscard]] BytesView blob() const { return std::get<BytesView>(value_); }
 
  private:
-  std::variant<std::monostate, std::int64_t, double, std::string_view, BlobView> value_;
+  std::variant<std::monostate, std::int64_t, double, std::string_view, BytesView> value_;
 };
 
 // What a run-time function gives back. Owns its text and bytes; a receiver may move them out.
@@ -60,7 +60,7 @@ class Result {
   Result(double value) : value_(value) {}
   Result(std::string value) : value_(std::move(value)) {}
   Result(const char* value) : value_(std::string(value)) {}
-  Result(Blob value) : value_(std::move(value)) {}
+  Result(Bytes value) : value_(std::move(value)) {}
   // A copy of an argument.
   explicit Result(const Datum& datum) {
     switch (datum.kind()) {
@@ -76,7 +76,7 @@ class Result {
         value_ = std::string(datum.text());
         break;
       case Kind::Blob:
-        value_ = Blob(datum.blob().begin(), datum.blob().end());
+        value_ = Bytes(datum.blob().begin(), datum.blob().end());
         break;
     }
   }
@@ -87,8 +87,8 @@ class Result {
   [[nodiscard]] double real() const { return std::get<double>(value_); }
   [[nodiscard]] const std::string& text() const& { return std::get<std::string>(value_); }
   [[nodiscard]] std::string text() && { return std::get<std::string>(std::move(value_)); }
-  [[nodiscard]] const Blob& blob() const& { return std::get<Blob>(value_); }
-  [[nodiscard]] Blob blob() && { return std::get<Blob>(std::move(value_)); }
+  [[nodiscard]] const Bytes& blob() const& { return std::get<Bytes>(value_); }
+  [[nodiscard]] Bytes blob() && { return std::get<Bytes>(std::move(value_)); }
 
   // The result seen as an argument; valid as long as this object is neither changed nor gone.
   [[nodiscard]] Datum datum() const {
@@ -110,7 +110,7 @@ class Result {
   bool operator==(const Result&) const = default;
 
  private:
-  std::variant<std::monostate, std::int64_t, double, std::string, Blob> value_;
+  std::variant<std::monostate, std::int64_t, double, std::string, Bytes> value_;
 };
 
 }  // namespace tolvane::tsql
