@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tsql/catalogue.h"
-#include "tsql/error.h"
 #include "tsql/program.h"
+#include "tsql/sql_error.h"
 #include "tsql/token.h"
 
 namespace tolvane::tsql {

@@ -6,31 +6,31 @@ namespace tolvane::tsql {
 namespace {
 
 constexpr std::array<TypeRow, kindCount> rows{{
-    {Kind::Null, "null", 0, 0, false},
-    {Kind::Binary, "binary", 173, 0, true},
-    {Kind::VarBinary, "varbinary", 165, 0, true},
-    {Kind::Char, "char", 175, 0, true},
-    {Kind::VarChar, "varchar", 167, 0, true},
-    {Kind::NChar, "nchar", 239, 0, true},
-    {Kind::NVarChar, "nvarchar", 231, 0, true},
-    {Kind::UniqueIdentifier, "uniqueidentifier", 36, 16, false},
-    {Kind::Timestamp, "timestamp", 189, 8, false},
-    {Kind::Image, "image", 34, 16, false},
-    {Kind::Text, "text", 35, 16, false},
-    {Kind::NText, "ntext", 99, 16, false},
-    {Kind::Bit, "bit", 104, 1, false},
-    {Kind::TinyInt, "tinyint", 48, 1, false},
-    {Kind::SmallInt, "smallint", 52, 2, false},
-    {Kind::Int, "int", 56, 4, false},
-    {Kind::BigInt, "bigint", 127, 8, false},
-    {Kind::SmallMoney, "smallmoney", 122, 4, false},
-    {Kind::Money, "money", 60, 8, false},
-    {Kind::Decimal, "decimal", 106, 0, false},
-    {Kind::Real, "real", 59, 4, false},
-    {Kind::Float, "float", 62, 8, false},
-    {Kind::Date, "date", 40, 3, false},
-    {Kind::SmallDateTime, "smalldatetime", 58, 4, false},
-    {Kind::DateTime, "datetime", 61, 8, false},
+    {TypeKind::Null, "null", 0, 0, false},
+    {TypeKind::Binary, "binary", 173, 0, true},
+    {TypeKind::VarBinary, "varbinary", 165, 0, true},
+    {TypeKind::Char, "char", 175, 0, true},
+    {TypeKind::VarChar, "varchar", 167, 0, true},
+    {TypeKind::NChar, "nchar", 239, 0, true},
+    {TypeKind::NVarChar, "nvarchar", 231, 0, true},
+    {TypeKind::UniqueIdentifier, "uniqueidentifier", 36, 16, false},
+    {TypeKind::Timestamp, "timestamp", 189, 8, false},
+    {TypeKind::Image, "image", 34, 16, false},
+    {TypeKind::Text, "text", 35, 16, false},
+    {TypeKind::NText, "ntext", 99, 16, false},
+    {TypeKind::Bit, "bit", 104, 1, false},
+    {TypeKind::TinyInt, "tinyint", 48, 1, false},
+    {TypeKind::SmallInt, "smallint", 52, 2, false},
+    {TypeKind::Int, "int", 56, 4, false},
+    {TypeKind::BigInt, "bigint", 127, 8, false},
+    {TypeKind::SmallMoney, "smallmoney", 122, 4, false},
+    {TypeKind::Money, "money", 60, 8, false},
+    {TypeKind::Decimal, "decimal", 106, 0, false},
+    {TypeKind::Real, "real", 59, 4, false},
+    {TypeKind::Float, "float", 62, 8, false},
+    {TypeKind::Date, "date", 40, 3, false},
+    {TypeKind::SmallDateTime, "smalldatetime", 58, 4, false},
+    {TypeKind::DateTime, "datetime", 61, 8, false},
 }};
 
 constexpr bool rowsFollowKinds() {
@@ -86,7 +86,7 @@ bool readArguments(std::string_view text, int& first, int& second, int& count) {
 
 }  // namespace
 
-const TypeRow& typeRow(Kind kind) {
+const TypeRow& typeRow(TypeKind kind) {
   return rows[static_cast<std::size_t>(kind)];
 }
 
@@ -99,7 +99,7 @@ std::int64_t Type::pack() const {
 Type Type::unpack(std::int64_t packed) {
   Type type;
   const auto kindNumber = packed & 0xFF;
-  type.kind = kindNumber < kindCount ? static_cast<Kind>(kindNumber) : Kind::Null;
+  type.kind = kindNumber < kindCount ? static_cast<TypeKind>(kindNumber) : TypeKind::Null;
   type.precision = static_cast<std::uint8_t>((packed >> 8) & 0xFF);
   type.scale = static_cast<std::uint8_t>((packed >> 16) & 0xFF);
   type.nullable = ((packed >> 24) & 1) != 0;
@@ -113,7 +113,7 @@ std::string_view Type::baseName() const {
 
 std::string Type::name() const {
   std::string result(baseName());
-  if (kind == Kind::Decimal) {
+  if (kind == TypeKind::Decimal) {
     result += "(" + std::to_string(precision) + "," + std::to_string(scale) + ")";
   } else if (typeRow(kind).takesLength) {
     result += "(" + (length == maxLength ? std::string("max") : std::to_string(length)) + ")";
@@ -122,7 +122,7 @@ std::string Type::name() const {
 }
 
 std::string Type::declared() const {
-  if (kind == Kind::Decimal) {
+  if (kind == TypeKind::Decimal) {
     return "decimal text(" + std::to_string(precision) + "," + std::to_string(scale) + ")";
   }
   if (isMoney()) return std::string(baseName()) + " text";
@@ -147,18 +147,18 @@ std::optional<Type> Type::fromDeclared(std::string_view declaredType) {
     text.resize(blank);
   auto type = typeNamed(text);
   if (!type || count == 0) return type;
-  if (type->kind == Kind::Decimal) {
+  if (type->kind == TypeKind::Decimal) {
     if (first < 1 || first > 38 || second > first) return std::nullopt;
     return Type::decimal(first, count == 2 ? second : 0);
   }
-  if (type->kind == Kind::Float) return Type::of(first <= 24 ? Kind::Real : Kind::Float);
+  if (type->kind == TypeKind::Float) return Type::of(first <= 24 ? TypeKind::Real : TypeKind::Float);
   if (!typeRow(type->kind).takesLength || count != 1) return std::nullopt;
   type->length = first;
   return type;
 }
 
 int Type::storageLength() const {
-  if (kind == Kind::Decimal) return decimalBytes(precision);
+  if (kind == TypeKind::Decimal) return decimalBytes(precision);
   if (!typeRow(kind).takesLength) return typeRow(kind).bytes;
   if (length == maxLength) return -1;
   return isUnicode() ? length * 2 : length;
@@ -171,25 +171,25 @@ std::optional<Type> typeNamed(std::string_view name) {
     Type type;
   };
   static const std::array<Alias, 13> aliases{{
-      {"integer", Type::of(Kind::Int)},
+      {"integer", Type::of(TypeKind::Int)},
       {"dec", Type::decimal(18, 0)},
       {"decimal", Type::decimal(18, 0)},
       {"numeric", Type::decimal(18, 0)},
-      {"sysname", Type::text(Kind::NVarChar, 128).orNull(false)},
-      {"double precision", Type::of(Kind::Float)},
-      {"character", Type::text(Kind::Char, 1)},
-      {"character varying", Type::text(Kind::VarChar, 1)},
-      {"char varying", Type::text(Kind::VarChar, 1)},
-      {"national char", Type::text(Kind::NChar, 1)},
-      {"national character", Type::text(Kind::NChar, 1)},
-      {"binary varying", Type::text(Kind::VarBinary, 1)},
-      {"rowversion", Type::of(Kind::Timestamp)},
+      {"sysname", Type::text(TypeKind::NVarChar, 128).orNull(false)},
+      {"double precision", Type::of(TypeKind::Float)},
+      {"character", Type::text(TypeKind::Char, 1)},
+      {"character varying", Type::text(TypeKind::VarChar, 1)},
+      {"char varying", Type::text(TypeKind::VarChar, 1)},
+      {"national char", Type::text(TypeKind::NChar, 1)},
+      {"national character", Type::text(TypeKind::NChar, 1)},
+      {"binary varying", Type::text(TypeKind::VarBinary, 1)},
+      {"rowversion", Type::of(TypeKind::Timestamp)},
   }};
   for (const Alias& alias : aliases) {
     if (alias.name == key) return alias.type;
   }
   for (const TypeRow& row : rows) {
-    if (row.name == key && row.kind != Kind::Null) return Type::text(row.kind, row.takesLength ? 1 : 0);
+    if (row.name == key && row.kind != TypeKind::Null) return Type::text(row.kind, row.takesLength ? 1 : 0);
   }
   return std::nullopt;
 }

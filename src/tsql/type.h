@@ -9,7 +9,7 @@ namespace tolvane::tsql {
 
 // The types of T-SQL, in the order of SQL Server's type precedence, lowest first: of two operands, the one of the lower
 // kind is converted to the higher one. `Null` is the type of the bare word NULL. The numbers are part of pack().
-enum class Kind : std::uint8_t {
+enum class TypeKind : std::uint8_t {
   Null,
   Binary,
   VarBinary,
@@ -44,7 +44,7 @@ inline constexpr std::int32_t maxLength = -1;
 // A T-SQL type. `length` counts characters (nchar, nvarchar), bytes (char, varchar, binary, varbinary) and is maxLength
 // for `max`; `precision` and `scale` belong to decimal alone. A value object without invariants of its own.
 struct Type {
-  Kind kind = Kind::Null;
+  TypeKind kind = TypeKind::Null;
   std::int32_t length = 0;
   std::uint8_t precision = 0;
   std::uint8_t scale = 0;
@@ -52,10 +52,10 @@ struct Type {
 
   bool operator==(const Type&) const = default;
 
-  static constexpr Type of(Kind kind) { return {kind, 0, 0, 0, true}; }
-  static constexpr Type text(Kind kind, std::int32_t length) { return {kind, length, 0, 0, true}; }
+  static constexpr Type of(TypeKind kind) { return {kind, 0, 0, 0, true}; }
+  static constexpr Type text(TypeKind kind, std::int32_t length) { return {kind, length, 0, 0, true}; }
   static constexpr Type decimal(int precision, int scale) {
-    return {Kind::Decimal, 0, static_cast<std::uint8_t>(precision), static_cast<std::uint8_t>(scale), true};
+    return {TypeKind::Decimal, 0, static_cast<std::uint8_t>(precision), static_cast<std::uint8_t>(scale), true};
   }
   constexpr Type orNull(bool canBeNull = true) const {
     Type copy = *this;
@@ -64,23 +64,26 @@ struct Type {
   }
 
   // bit, tinyint, smallint, int, bigint: stored as SQLite integers.
-  constexpr bool isInteger() const { return kind >= Kind::Bit && kind <= Kind::BigInt; }
-  constexpr bool isMoney() const { return kind == Kind::Money || kind == Kind::SmallMoney; }
+  constexpr bool isInteger() const { return kind >= TypeKind::Bit && kind <= TypeKind::BigInt; }
+  constexpr bool isMoney() const { return kind == TypeKind::Money || kind == TypeKind::SmallMoney; }
   // money and decimal: stored as canonical text, compared with COLLATE TSQL_DECIMAL.
-  constexpr bool isExactText() const { return isMoney() || kind == Kind::Decimal; }
-  constexpr bool isFloat() const { return kind == Kind::Real || kind == Kind::Float; }
-  constexpr bool isNumber() const { return kind >= Kind::Bit && kind <= Kind::Float; }
-  constexpr bool isDate() const { return kind >= Kind::Date; }
+  constexpr bool isExactText() const { return isMoney() || kind == TypeKind::Decimal; }
+  constexpr bool isFloat() const { return kind == TypeKind::Real || kind == TypeKind::Float; }
+  constexpr bool isNumber() const { return kind >= TypeKind::Bit && kind <= TypeKind::Float; }
+  constexpr bool isDate() const { return kind >= TypeKind::Date; }
   // char .. nvarchar, text, ntext: compared with COLLATE TSQL.
-  constexpr bool isText() const { return (kind >= Kind::Char && kind <= Kind::NVarChar) || isLongText(); }
-  constexpr bool isLongText() const { return kind == Kind::Text || kind == Kind::NText; }
+  constexpr bool isText() const { return (kind >= TypeKind::Char && kind <= TypeKind::NVarChar) || isLongText(); }
+  constexpr bool isLongText() const { return kind == TypeKind::Text || kind == TypeKind::NText; }
   // nchar, nvarchar, ntext: two bytes a character for DATALENGTH, trailing blanks count in LIKE.
-  constexpr bool isUnicode() const { return kind == Kind::NChar || kind == Kind::NVarChar || kind == Kind::NText; }
+  constexpr bool isUnicode() const {
+    return kind == TypeKind::NChar || kind == TypeKind::NVarChar || kind == TypeKind::NText;
+  }
   constexpr bool isBinary() const {
-    return kind == Kind::Binary || kind == Kind::VarBinary || kind == Kind::Image || kind == Kind::Timestamp;
+    return kind == TypeKind::Binary || kind == TypeKind::VarBinary || kind == TypeKind::Image ||
+           kind == TypeKind::Timestamp;
   }
   // text, ntext, image: the old long types (ADO marks their fields as long; so it does the `max` types).
-  constexpr bool isLong() const { return isLongText() || kind == Kind::Image || length == maxLength; }
+  constexpr bool isLong() const { return isLongText() || kind == TypeKind::Image || length == maxLength; }
 
   // The whole type as one number that fits SQLite's integers, so that SQLite text can hand it to a run-time function.
   // Bits 0..7 kind, 8..15 precision, 16..23 scale, 24 nullable, 25..57 length + 1.
@@ -111,12 +114,12 @@ std::optional<Type> typeNamed(std::string_view name);
 
 // One row of the table of types; the table is what the documentation and the tests walk.
 struct TypeRow {
-  Kind kind;
+  TypeKind kind;
   std::string_view name;
   int systemType;    // systypes.xtype and syscolumns.xtype
   int bytes;         // of a fixed-size type, else 0
   bool takesLength;  // (n) or (max)
 };
-const TypeRow& typeRow(Kind kind);
+const TypeRow& typeRow(TypeKind kind);
 
 }  // namespace tolvane::tsql
