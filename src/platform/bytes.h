@@ -11,8 +11,9 @@
 
 namespace tolvane {
 
-/// A read-only run of bytes together with whatever keeps it alive (a buffer, an automation array, a mapped file). Copying a
-/// Bytes copies a reference. As an automation value it is a one-dimensional byte array whose lower bound travels with it.
+/// A read-only run of bytes together with whatever keeps it alive (a buffer, an automation array, a mapped file).
+/// Copying a Bytes copies a reference. As an automation value it is a one-dimensional byte array whose lower bound
+/// travels with it.
 class Bytes {
  public:
   Bytes() = default;

@@ -1,5 +1,5 @@
-// Automation's conversions between kinds of values. Each raises 13 for what cannot be converted, 6 for what does not fit and
-// 94 for Null.
+// Automation's conversions between kinds of values. Each raises 13 for what cannot be converted, 6 for what does not
+// fit and 94 for Null.
 #pragma once
 
 #include <cstdint>

@@ -16,7 +16,13 @@
 namespace tolvane {
 
 enum class CursorType : std::int32_t { unspecified = -1, forwardOnly = 0, keyset = 1, dynamic = 2, fixed = 3 };
-enum class LockType : std::int32_t { unspecified = -1, readOnly = 1, pessimistic = 2, optimistic = 3, batchOptimistic = 4 };
+enum class LockType : std::int32_t {
+  unspecified = -1,
+  readOnly = 1,
+  pessimistic = 2,
+  optimistic = 3,
+  batchOptimistic = 4
+};
 enum class CursorLocation : std::int32_t { none = 1, server = 2, client = 3 };
 enum class CommandType : std::int32_t { unspecified = -1, text = 1, table = 2, storedProcedure = 4, unknown = 8 };
 enum class ObjectState : std::int32_t { closed = 0, open = 1 };
@@ -96,8 +102,8 @@ class Recordset : public Object {
 
   /// Begins a new row; a pending edit is posted first. 3251 when the set cannot be updated.
   virtual void addNew() = 0;
-  /// Sets a field of the current or new row, converted to the column's type: 3421 when it cannot be, 80040E21h when it does
-  /// not fit, 3251 when the set cannot be updated.
+  /// Sets a field of the current or new row, converted to the column's type: 3421 when it cannot be, 80040E21h when it
+  /// does not fit, 3251 when the set cannot be updated.
   virtual void setValue(std::string_view name, const Value& value) = 0;
   /// Appends to a long field: the first chunk of an edit replaces what was there.
   virtual void appendChunk(std::string_view name, const Value& chunk) = 0;
@@ -139,8 +145,9 @@ class Command : public Object {
 /// An open data source. The context owns it; services never open or close it.
 class Connection : public Object {
  public:
-  /// Runs a batch. The result is the first that the batch gives: an open record set when it has columns, a closed one when
-  /// it is a statement without rows. An error of any statement of the batch is raised. 80040E0Ch for an empty text.
+  /// Runs a batch. The result is the first that the batch gives: an open record set when it has columns, a closed one
+  /// when it is a statement without rows. An error of any statement of the batch is raised. 80040E0Ch for an empty
+  /// text.
   virtual std::shared_ptr<Recordset> execute(const std::string& sql, std::int32_t options = unspecifiedOptions) = 0;
 
   /// A closed record set, and an empty command, of this connection's own kind.

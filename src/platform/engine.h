@@ -12,8 +12,8 @@
 
 namespace tolvane {
 
-/// A data-source name taken apart: `Key=Value` pairs joined by `;`, keys in any letter case. A value that holds a `;` or
-/// begins with a brace stands in braces, a closing brace in it doubled.
+/// A data-source name taken apart: `Key=Value` pairs joined by `;`, keys in any letter case. A value that holds a `;`
+/// or begins with a brace stands in braces, a closing brace in it doubled.
 class DataSourceName {
  public:
   /// Error 5 with a sentence for a text that is not of this form.
@@ -46,8 +46,8 @@ class EngineConnection : public Connection {
 class Engine {
  public:
   virtual ~Engine() = default;
-  /// Opens an existing data source and creates nothing. Raises an error that says which data source and why it cannot be
-  /// opened. Calls from one thread for the same data source may share one connection.
+  /// Opens an existing data source and creates nothing. Raises an error that says which data source and why it cannot
+  /// be opened. Calls from one thread for the same data source may share one connection.
   [[nodiscard]] virtual std::shared_ptr<EngineConnection> open(const DataSourceName& name) = 0;
 };
 

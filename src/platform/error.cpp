@@ -46,8 +46,7 @@ constexpr std::array adoWords{
                     "selected locktype."},
     Words<AdoError>{AdoError::itemNotFound,
                     "Item cannot be found in the collection corresponding to the requested name or ordinal."},
-    Words<AdoError>{AdoError::dataConversion,
-                    "Application uses a value of the wrong type for the current operation."},
+    Words<AdoError>{AdoError::dataConversion, "Application uses a value of the wrong type for the current operation."},
     Words<AdoError>{AdoError::objectClosed, "Operation is not allowed when the object is closed."},
     Words<AdoError>{AdoError::objectOpen, "Operation is not allowed when the object is open."},
     Words<AdoError>{AdoError::badParameter,
@@ -67,8 +66,12 @@ std::string_view find(const Table& table, Number number) {
 
 }  // namespace
 
-std::string_view errorText(RuntimeError error) { return find(runtimeWords, error); }
-std::string_view errorText(AdoError error) { return find(adoWords, error); }
+std::string_view errorText(RuntimeError error) {
+  return find(runtimeWords, error);
+}
+std::string_view errorText(AdoError error) {
+  return find(adoWords, error);
+}
 
 AutomationError::AutomationError(std::uint32_t number, std::string source, std::string description)
     : number_(number), source_(std::move(source)), description_(std::move(description)) {}
@@ -90,6 +93,8 @@ AutomationError& AutomationError::withDatabase(DatabaseDetail detail) {
   return *this;
 }
 
-void raise(RuntimeError error, std::string_view source) { throw AutomationError(error, std::string(source)); }
+void raise(RuntimeError error, std::string_view source) {
+  throw AutomationError(error, std::string(source));
+}
 
 }  // namespace tolvane

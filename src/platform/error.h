@@ -80,8 +80,8 @@ struct DatabaseDetail {
   std::int32_t nativeNumber = 0;  ///< the server's own number, or 0
 };
 
-/// An error as automation clients see it: number, source, description, help file and help context. It passes through the
-/// services unchanged; nothing is ever added to the description on the way.
+/// An error as automation clients see it: number, source, description, help file and help context. It passes through
+/// the services unchanged; nothing is ever added to the description on the way.
 class AutomationError : public std::exception {
  public:
   AutomationError(std::uint32_t number, std::string source, std::string description);

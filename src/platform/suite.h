@@ -72,9 +72,10 @@ class ResourceLoader {
 class DataFlow {
  public:
   virtual ~DataFlow() = default;
-  /// Replaces the sub-functions of system `system` (7: reports). `entries` holds bags; `callText` is Context::callText().
-  virtual void refreshSubFunc(const std::string& callText, std::int16_t system, const std::shared_ptr<ItemList>& entries,
-                              bool first, bool second) = 0;
+  /// Replaces the sub-functions of system `system` (7: reports). `entries` holds bags; `callText` is
+  /// Context::callText().
+  virtual void refreshSubFunc(const std::string& callText, std::int16_t system,
+                              const std::shared_ptr<ItemList>& entries, bool first, bool second) = 0;
   /// Replaces the entries under one sub-function.
   virtual void refreshDetailFunc(const std::string& callText, std::int16_t system,
                                  const std::shared_ptr<ItemList>& entries, bool first, bool second) = 0;

@@ -7,9 +7,10 @@ namespace {
 
 // In the order of Value::Storage.
 constexpr std::array<ValueType, std::variant_size_v<Value::Storage>> kinds{
-    ValueType::empty,  ValueType::null,   ValueType::boolean,  ValueType::byte,    ValueType::int16, ValueType::int32,
-    ValueType::int64,  ValueType::single, ValueType::real,     ValueType::currency, ValueType::date, ValueType::decimal,
-    ValueType::string, ValueType::variant, ValueType::variant, ValueType::error,   ValueType::object};
+    ValueType::empty, ValueType::null,    ValueType::boolean, ValueType::byte,    ValueType::int16,
+    ValueType::int32, ValueType::int64,   ValueType::single,  ValueType::real,    ValueType::currency,
+    ValueType::date,  ValueType::decimal, ValueType::string,  ValueType::variant, ValueType::variant,
+    ValueType::error, ValueType::object};
 
 }  // namespace
 
@@ -21,14 +22,18 @@ std::uint16_t Value::typeNumber() const {
   return static_cast<std::uint16_t>(type());
 }
 
-ValueType Value::type() const { return kinds[storage_.index()]; }
+ValueType Value::type() const {
+  return kinds[storage_.index()];
+}
 
 bool Value::isMissing() const noexcept {
   const auto* code = get<ErrorCode>();
   return code && *code == missingArgument;
 }
 
-bool Value::isArray() const noexcept { return get<Bytes>() || array(); }
+bool Value::isArray() const noexcept {
+  return get<Bytes>() || array();
+}
 
 bool Value::isNothing() const noexcept {
   const auto* object = get<ObjectRef>();

@@ -56,8 +56,8 @@ struct Currency {
   friend auto operator<=>(Currency, Currency) = default;
 };
 
-/// Days since 1899-12-30; the fraction is the time of day. Before that day the fraction still counts forward from midnight,
-/// as automation has it: -1.25 is 1899-12-29 06:00.
+/// Days since 1899-12-30; the fraction is the time of day. Before that day the fraction still counts forward from
+/// midnight, as automation has it: -1.25 is 1899-12-29 06:00.
 struct Date {
   double days = 0;
   friend bool operator==(Date, Date) = default;
@@ -90,34 +90,34 @@ struct Array;
 /// One automation value. Copies are cheap: texts apart, everything large is shared and read-only.
 class Value {
  public:
-  using Storage = std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, std::int64_t, float, double,
-                               Currency, Date, Decimal, std::string, Bytes, std::shared_ptr<const Array>, ErrorCode,
-                               ObjectRef>;
+  using Storage =
+      std::variant<Empty, Null, bool, std::uint8_t, std::int16_t, std::int32_t, std::int64_t, float, double, Currency,
+                   Date, Decimal, std::string, Bytes, std::shared_ptr<const Array>, ErrorCode, ObjectRef>;
 
   Value() = default;
-  Value(Empty) {}                                                         // NOLINT(google-explicit-constructor)
-  Value(Null v) : storage_(v) {}                                          // NOLINT
-  Value(bool v) : storage_(v) {}                                          // NOLINT
-  Value(std::uint8_t v) : storage_(v) {}                                  // NOLINT
-  Value(std::int16_t v) : storage_(v) {}                                  // NOLINT
-  Value(std::int32_t v) : storage_(v) {}                                  // NOLINT
-  Value(std::int64_t v) : storage_(v) {}                                  // NOLINT
-  Value(float v) : storage_(v) {}                                         // NOLINT
-  Value(double v) : storage_(v) {}                                        // NOLINT
-  Value(Currency v) : storage_(v) {}                                      // NOLINT
-  Value(Date v) : storage_(v) {}                                          // NOLINT
-  Value(Decimal v) : storage_(v) {}                                       // NOLINT
-  Value(std::string v) : storage_(std::move(v)) {}                        // NOLINT
-  Value(std::string_view v) : storage_(std::string(v)) {}                 // NOLINT
-  Value(const char* v) : storage_(std::string(v)) {}                      // NOLINT
-  Value(Bytes v) : storage_(std::move(v)) {}                              // NOLINT
-  Value(Array v);                                                         // NOLINT
-  Value(std::shared_ptr<const Array> v) : storage_(std::move(v)) {}       // NOLINT
-  Value(ErrorCode v) : storage_(v) {}                                     // NOLINT
-  Value(ObjectRef v) : storage_(std::move(v)) {}                          // NOLINT
+  Value(Empty) {}                                                    // NOLINT(google-explicit-constructor)
+  Value(Null v) : storage_(v) {}                                     // NOLINT
+  Value(bool v) : storage_(v) {}                                     // NOLINT
+  Value(std::uint8_t v) : storage_(v) {}                             // NOLINT
+  Value(std::int16_t v) : storage_(v) {}                             // NOLINT
+  Value(std::int32_t v) : storage_(v) {}                             // NOLINT
+  Value(std::int64_t v) : storage_(v) {}                             // NOLINT
+  Value(float v) : storage_(v) {}                                    // NOLINT
+  Value(double v) : storage_(v) {}                                   // NOLINT
+  Value(Currency v) : storage_(v) {}                                 // NOLINT
+  Value(Date v) : storage_(v) {}                                     // NOLINT
+  Value(Decimal v) : storage_(v) {}                                  // NOLINT
+  Value(std::string v) : storage_(std::move(v)) {}                   // NOLINT
+  Value(std::string_view v) : storage_(std::string(v)) {}            // NOLINT
+  Value(const char* v) : storage_(std::string(v)) {}                 // NOLINT
+  Value(Bytes v) : storage_(std::move(v)) {}                         // NOLINT
+  Value(Array v);                                                    // NOLINT
+  Value(std::shared_ptr<const Array> v) : storage_(std::move(v)) {}  // NOLINT
+  Value(ErrorCode v) : storage_(v) {}                                // NOLINT
+  Value(ObjectRef v) : storage_(std::move(v)) {}                     // NOLINT
   template <typename Derived>
-    requires std::is_base_of_v<Object, Derived>
-  Value(std::shared_ptr<Derived> v) : storage_(ObjectRef(std::move(v))) {}  // NOLINT
+  requires std::is_base_of_v<Object, Derived> Value(std::shared_ptr<Derived> v)
+      : storage_(ObjectRef(std::move(v))) {}  // NOLINT
 
   /// The type number; arrays answer their element type with `arrayFlag`, byte documents 2011h.
   [[nodiscard]] std::uint16_t typeNumber() const;
