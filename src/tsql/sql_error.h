@@ -1,9 +1,9 @@
 #pragma once
 
-#include <exception>
 #include <initializer_list>
-#include <string>
 #include <string_view>
+
+#include "tsql/error.h"
 
 namespace tolvane::tsql {
 
@@ -71,22 +71,10 @@ enum class Message {
   Count_
 };
 
-// An error with SQL Server's number and words. A failed statement leaves its data untouched; this says what is told.
-class SqlError : public std::exception {
- public:
-  SqlError(Message message, std::initializer_list<std::string_view> inserts = {});
-  // An error of a text that is not in the table: what the engine refuses because it does not have it.
-  SqlError(int number, int severity, std::string text);
+// The error of that name with its placeholders filled in; to be thrown.
+[[nodiscard]] SqlError sqlError(Message message, std::initializer_list<std::string_view> inserts = {});
 
-  [[nodiscard]] int number() const noexcept { return number_; }
-  [[nodiscard]] int severity() const noexcept { return severity_; }
-  [[nodiscard]] const std::string& message() const noexcept { return text_; }
-  [[nodiscard]] const char* what() const noexcept override { return text_.c_str(); }
-
- private:
-  int number_;
-  int severity_;
-  std::string text_;
-};
+// SQL Server's severity of the error: 11 .. 16.
+[[nodiscard]] int severityOf(Message message);
 
 }  // namespace tolvane::tsql
