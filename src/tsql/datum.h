@@ -15,7 +15,7 @@ namespace tolvane::tsql {
 using Bytes = std::vector<std::byte>;
 using BytesView = std::span<const std::byte>;
 
-// How a value is stored. T-SQL types are finer; they map to these so:
+// The five kinds a stored value can have. T-SQL types are finer; they map to kinds so:
 //   int family, bit                                        -> Integer
 //   float, real                                            -> Real
 //   char, varchar, nchar, nvarchar, text, ntext            -> Text (UTF-8)
@@ -24,10 +24,10 @@ using BytesView = std::span<const std::byte>;
 //   money, smallmoney, decimal: exactly `scale` fraction digits, '-12.3400', never '-0.00', no exponent -> Text
 //   uniqueidentifier, upper-case                           -> Text
 //   binary, varbinary, image                               -> Blob
-enum class Storage { Null, Integer, Real, Text, Blob };
+enum class Kind { Null, Integer, Real, Text, Blob };
 
 // One argument of a run-time function. Does not own text and bytes: they must outlive the call.
-// The accessors demand that storage() is theirs (std::bad_variant_access otherwise, which is a defect of the caller).
+// The accessors demand that kind() is theirs (std::bad_variant_access otherwise, which is a defect of the caller).
 class Datum {
  public:
   Datum() = default;
@@ -40,8 +40,8 @@ class Datum {
   Datum(BytesView value) : value_(value) {}
   Datum(const Bytes& value) : value_(BytesView(value)) {}
 
-  [[nodiscard]] Storage storage() const { return static_cast<Storage>(value_.index()); }
-  [[nodiscard]] bool isNull() const { return storage() == Storage::Null; }
+  [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
+  [[nodiscard]] bool isNull() const { return kind() == Kind::Null; }
   [[nodiscard]] std::int64_t integer() const { return std::get<std::int64_t>(value_); }
   [[nodiscard]] double real() const { return std::get<double>(value_); }
   [[nodiscard]] std::string_view text() const { return std::get<std::string_view>(value_); }
@@ -63,26 +63,26 @@ class Result {
   Result(Bytes value) : value_(std::move(value)) {}
   // A copy of an argument.
   explicit Result(const Datum& datum) {
-    switch (datum.storage()) {
-      case Storage::Null:
+    switch (datum.kind()) {
+      case Kind::Null:
         break;
-      case Storage::Integer:
+      case Kind::Integer:
         value_ = datum.integer();
         break;
-      case Storage::Real:
+      case Kind::Real:
         value_ = datum.real();
         break;
-      case Storage::Text:
+      case Kind::Text:
         value_ = std::string(datum.text());
         break;
-      case Storage::Blob:
+      case Kind::Blob:
         value_ = Bytes(datum.blob().begin(), datum.blob().end());
         break;
     }
   }
 
-  [[nodiscard]] Storage storage() const { return static_cast<Storage>(value_.index()); }
-  [[nodiscard]] bool isNull() const { return storage() == Storage::Null; }
+  [[nodiscard]] Kind kind() const { return static_cast<Kind>(value_.index()); }
+  [[nodiscard]] bool isNull() const { return kind() == Kind::Null; }
   [[nodiscard]] std::int64_t integer() const { return std::get<std::int64_t>(value_); }
   [[nodiscard]] double real() const { return std::get<double>(value_); }
   [[nodiscard]] const std::string& text() const& { return std::get<std::string>(value_); }
@@ -92,16 +92,16 @@ class Result {
 
   // The result seen as an argument; valid as long as this object is neither changed nor gone.
   [[nodiscard]] Datum datum() const {
-    switch (storage()) {
-      case Storage::Null:
+    switch (kind()) {
+      case Kind::Null:
         break;
-      case Storage::Integer:
+      case Kind::Integer:
         return Datum(integer());
-      case Storage::Real:
+      case Kind::Real:
         return Datum(real());
-      case Storage::Text:
+      case Kind::Text:
         return Datum(text());
-      case Storage::Blob:
+      case Kind::Blob:
         return Datum(blob());
     }
     return Datum();

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
+#include <utility>
 
 namespace tolvane::tsql {
 namespace {
@@ -125,11 +125,12 @@ std::string filledIn(std::string_view text, std::initializer_list<std::string_vi
 
 }  // namespace
 
-SqlError sqlError(Message message, std::initializer_list<std::string_view> inserts) {
-  const Row& row = rowOf(message);
-  return SqlError(row.number, filledIn(row.text, inserts));
-}
+SqlError::SqlError(Message message, std::initializer_list<std::string_view> inserts)
+    : number_(rowOf(message).number),
+      severity_(rowOf(message).severity),
+      text_(filledIn(rowOf(message).text, inserts)) {}
 
-int severityOf(Message message) { return rowOf(message).severity; }
+SqlError::SqlError(int number, int severity, std::string text)
+    : number_(number), severity_(severity), text_(std::move(text)) {}
 
 }  // namespace tolvane::tsql

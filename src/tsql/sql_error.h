@@ -1,9 +1,9 @@
 #pragma once
 
+#include <exception>
 #include <initializer_list>
+#include <string>
 #include <string_view>
-
-#include "tsql/error.h"
 
 namespace tolvane::tsql {
 
@@ -71,10 +71,29 @@ enum class Message {
   Count_
 };
 
-// The error of that name with its placeholders filled in; to be thrown.
-[[nodiscard]] SqlError sqlError(Message message, std::initializer_list<std::string_view> inserts = {});
+// An error with SQL Server's number and words. A failed statement leaves its data untouched; this says what is told.
+class SqlError : public std::exception {
+ public:
+  SqlError(Message message, std::initializer_list<std::string_view> inserts = {});
+  // An error of a text that is not in the table: what the engine refuses because it does not have it.
+  SqlError(int number, int severity, std::string text);
 
-// SQL Server's severity of the error: 11 .. 16.
-[[nodiscard]] int severityOf(Message message);
+  [[nodiscard]] int number() const noexcept { return number_; }
+  [[nodiscard]] int severity() const noexcept { return severity_; }
+  // The 1-based line of the batch where the statement or word stands; 0 where it is not known.
+  [[nodiscard]] int line() const noexcept { return line_; }
+  SqlError& at(int line) noexcept {
+    line_ = line;
+    return *this;
+  }
+  [[nodiscard]] const std::string& message() const noexcept { return text_; }
+  [[nodiscard]] const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  int number_;
+  int severity_;
+  int line_ = 0;
+  std::string text_;
+};
 
 }  // namespace tolvane::tsql
