@@ -6,6 +6,7 @@
 #include <cstring>
 #include <fstream>
 #include <thread>
+#include <utility>
 
 #include "embedded/errors.h"
 
@@ -53,7 +54,7 @@ struct ResetAtExit {
   ~ResetAtExit() { sqlite3_reset(statement); }
 };
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
 
 }  // namespace
 
@@ -168,7 +169,7 @@ void Database::create(const std::filesystem::path& file) {
   const auto shown = file.string();
   if (std::filesystem::exists(file)) {
     throw AutomationError(oledb::unspecified, std::string(databaseSource),
-                          "Cannot create the account set " + quoted(shown) +
+                          "Cannot create the account set " + inQuotes(shown) +
                               ": there is a file of this name already. Choose another name, or remove the file.");
   }
   sqlite3* opened = nullptr;
@@ -180,7 +181,7 @@ void Database::create(const std::filesystem::path& file) {
   }
   if (code != SQLITE_OK) {
     throw AutomationError(oledb::unspecified, std::string(databaseSource),
-                          "Cannot create the account set " + quoted(shown) + ": " +
+                          "Cannot create the account set " + inQuotes(shown) + ": " +
                               (opened ? sqlite3_errmsg(opened) : "out of memory") +
                               ". Check that its folder exists and can be written.");
   }

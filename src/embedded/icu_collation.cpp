@@ -3,6 +3,7 @@
 #include <unicode/coll.h>
 #include <unicode/uchar.h>
 #include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 
