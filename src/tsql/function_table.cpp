@@ -84,20 +84,6 @@ constexpr std::array<AggregateRow, 10> aggregates{{
     {"VARP",      "ts_varp",   "ts_varp",      AggregateRule::Spread},
 }};
 
-constexpr std::array<DatePartRow, 30> dateParts{{
-    {"YEAR", "year"}, {"YY", "year"}, {"YYYY", "year"},
-    {"QUARTER", "quarter"}, {"QQ", "quarter"}, {"Q", "quarter"},
-    {"MONTH", "month"}, {"MM", "month"}, {"M", "month"},
-    {"DAYOFYEAR", "dayofyear"}, {"DY", "dayofyear"}, {"Y", "dayofyear"},
-    {"DAY", "day"}, {"DD", "day"}, {"D", "day"},
-    {"WEEK", "week"}, {"WK", "week"}, {"WW", "week"},
-    {"WEEKDAY", "weekday"}, {"DW", "weekday"}, {"W", "weekday"},
-    {"HOUR", "hour"}, {"HH", "hour"},
-    {"MINUTE", "minute"}, {"MI", "minute"}, {"N", "minute"},
-    {"SECOND", "second"}, {"SS", "second"},
-    {"MILLISECOND", "millisecond"}, {"MS", "millisecond"},
-}};
-
 constexpr std::array<OperatorRow, 9> operators{{
     {"+", "add",      "ts_add"},
     {"-", "subtract", "ts_sub"},
@@ -143,8 +129,7 @@ std::span<const AggregateRow> aggregateRows() {
 const AggregateRow* findAggregateRow(std::string_view capitals) {
   return findRow(aggregates, &AggregateRow::name, capitals);
 }
-std::span<const DatePartRow> datePartRows() {
-  return dateParts;
+return dateParts;
 }
 std::span<const OperatorRow> operatorRows() {
   return operators;

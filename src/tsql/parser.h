@@ -101,6 +101,8 @@ class Parser {
 
   // Expressions (parser_expression.cpp).
   tree::ExpressionPtr condition();
+  tree::ExpressionPtr requiredCondition();
+  tree::ExpressionPtr asCondition(tree::ExpressionPtr value) const;
   tree::ExpressionPtr conjunction();
   tree::ExpressionPtr negation();
   tree::ExpressionPtr predicate();

@@ -209,7 +209,7 @@ bool Parser::constraint(Constraint& result) {
   } else if (takeWord("CHECK")) {
     result.kind = Constraint::Kind::Check;
     expectOperator("(");
-    result.expression = condition();
+    result.expression = requiredCondition();
     expectOperator(")");
     return true;
   } else if (takeWord("FOREIGN")) {
