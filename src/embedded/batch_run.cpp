@@ -19,12 +19,15 @@ using tsql::Result;
 constexpr int userError = 50000;
 constexpr int highestMessageSeverity = 10;
 
-bool sameType(const tsql::Type& a, const tsql::Type& b) { return a.orNull() == b.orNull(); }
+bool sameType(const tsql::Type& a, const tsql::Type& b) {
+  return a.orNull() == b.orNull();
+}
 
 Datum literalDatum(const tsql::Literal& literal) {
   if (literal.type.isInteger()) return {literal.integer};
   if (literal.type.isFloat()) return {literal.real};
-  if (literal.type.isBinary()) return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
+  if (literal.type.isBinary())
+    return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
   return {literal.text};
 }
 
@@ -60,9 +63,10 @@ class BatchRun {
 
  private:
   void compile();
-  void runSteps(CompiledProgram& program);
+  void runSteps(std::shared_ptr<CompiledProgram> program);
   void runStep(CompiledProgram& program, std::size_t index);
-  void attempt(CompiledProgram& program, std::size_t index);
+  void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
+  void compileRest(std::shared_ptr<CompiledProgram>& program);
   void handle(const tsql::SqlError& error);
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
@@ -96,6 +100,8 @@ class BatchRun {
   std::optional<tsql::SqlError> firstError_;
   BatchResult result_;
   std::size_t next_ = 0;
+  std::size_t settled_ = 0;  // how many of the results have been read to their end
+  bool changed_ = false;     // something has run that must not run twice
   bool ended_ = false;
 };
 
@@ -115,7 +121,8 @@ void BatchRun::compile() {
     compiled_ = session_->programs().find(batch_, catalogue, options_);
   }
   if (compiled_->program.steps.empty()) {
-    throw AutomationError(oledb::noCommand, std::string(commandSource), "Command text was not set for the command object.");
+    throw AutomationError(oledb::noCommand, std::string(commandSource),
+                          "Command text was not set for the command object.");
   }
   if (compiled_->program.placeholders > static_cast<int>(placeholders_.size())) {
     throw AutomationError(oledb::parameterNotOptional, std::string(databaseSource),
@@ -155,32 +162,52 @@ BatchResult BatchRun::run(FirstRead firstRead) {
     return std::move(result_);
   }
   variables_.resize(compiled_->program.variables.size());
-  runSteps(*compiled_);
+  runSteps(compiled_);
   if (firstError_) throw *firstError_;
   return std::move(result_);
 }
 
-void BatchRun::runSteps(CompiledProgram& program) {
+void BatchRun::runSteps(std::shared_ptr<CompiledProgram> program) {
   const auto outer = std::exchange(next_, 0);
-  while (next_ < program.program.steps.size() && !ended_) {
+  while (next_ < program->program.steps.size() && !ended_) {
     const auto index = next_++;
     attempt(program, index);
   }
   next_ = outer;
 }
 
-void BatchRun::attempt(CompiledProgram& program, std::size_t index) {
-  const auto& body = program.program.steps[index].body;
+// The tables have changed since the program was compiled, by this batch or by another connection. Before the batch has
+// done anything it may begin anew; afterwards the rest of it is compiled again.
+void BatchRun::compileRest(std::shared_ptr<CompiledProgram>& program) {
+  if (program != compiled_) throw SchemaChanged();
+  const auto steps = compiled_->program.steps.size();
+  session_->catalogue().invalidate();
+  compile();
+  if (compiled_->program.steps.size() != steps) throw SchemaChanged();
+  program = compiled_;
+}
+
+void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index) {
+  const auto held = program;  // its steps stay, whatever is compiled meanwhile
+  const auto& body = held->program.steps[index].body;
   try {
+    settleResults();
     session_->beginStatement();
-    runStep(program, index);
+    try {
+      runStep(*program, index);
+    } catch (const SchemaChanged&) {
+      if (!changed_) throw;
+      compileRest(program);
+      runStep(*program, index);
+    }
+    changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
     const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
     if (!keepsError) session_->setLastError(0);
   } catch (const tsql::SqlError& error) {
     handle(error);
   } catch (const ConstraintFailure& failure) {
     const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
-    const std::string_view verb = !execute                                              ? "INSERT"
+    const std::string_view verb = !execute                                           ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Update ? "UPDATE"
                                                                                      : "DELETE";
@@ -225,11 +252,13 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
 
 // The rows of earlier queries stay what they were, whatever the statements after them do.
 void BatchRun::settleResults() {
-  if (!result_.rowSets.empty()) result_.rowSets.back()->readAll();
+  if (settled_ == result_.rowSets.size()) return;
+  settled_ = result_.rowSets.size();
+  result_.rowSets.back()->readRest();
+  session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));
 }
 
 void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step) {
-  settleResults();
   std::shared_ptr<CompiledProgram> owner = &program == compiled_.get() ? compiled_ : deferred_.back();
   auto query = boundQuery(program, index, step);
   query.program = owner;
@@ -269,7 +298,6 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
 }
 
 void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
-  settleResults();
   session_->beforeDefinition();
   auto& database = session_->database();
   const auto& pools = program.steps[index].pools;
@@ -296,9 +324,11 @@ void BatchRun::runAssign(CompiledProgram& program, std::size_t index, const tsql
   while (session_->database().step(statement.get())) {
     ++rows;
     last.clear();
-    for (std::size_t i = 0; i < step.slots.size(); ++i) last.push_back(columnResult(statement.get(), static_cast<int>(i)));
+    for (std::size_t i = 0; i < step.slots.size(); ++i)
+      last.push_back(columnResult(statement.get(), static_cast<int>(i)));
   }
-  for (std::size_t i = 0; i < last.size(); ++i) variables_[static_cast<std::size_t>(step.slots[i])] = std::move(last[i]);
+  for (std::size_t i = 0; i < last.size(); ++i)
+    variables_[static_cast<std::size_t>(step.slots[i])] = std::move(last[i]);
   session_->setRowCount(rows);
 }
 
@@ -338,7 +368,7 @@ void BatchRun::runDeferred(CompiledProgram& program, const tsql::DeferredStep& s
   deferred_.push_back(std::make_shared<CompiledProgram>(
       tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version()));
   const auto current = deferred_.back();
-  runSteps(*current);
+  runSteps(current);
 }
 
 Lease BatchRun::bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
@@ -385,9 +415,10 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
 void BatchRun::bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
                                sqlite3_destructor_type lifetime) {
   const auto& value = placeholders_[static_cast<std::size_t>(parameter.index)];
-  const Datum datum = value.document ? Datum(tsql::BytesView(reinterpret_cast<const std::byte*>(value.document->data()),
-                                                             value.document->size()))
-                                     : value.value.datum();
+  const Datum datum =
+      value.document
+          ? Datum(tsql::BytesView(reinterpret_cast<const std::byte*>(value.document->data()), value.document->size()))
+          : value.value.datum();
   if (sameType(parameter.from, parameter.to) || (value.document && parameter.to.isBinary() && parameter.to.isLong())) {
     return bindDatum(statement, position, datum, lifetime);
   }
@@ -410,7 +441,8 @@ void BatchRun::bindDatum(sqlite3_stmt* statement, int position, const Datum& val
     case tsql::Kind::Text: {
       const auto text = value.text();
       // Without a place in memory SQLite would take an empty text for null.
-      code = sqlite3_bind_text64(statement, position, text.empty() ? "" : text.data(), text.size(), lifetime, SQLITE_UTF8);
+      code =
+          sqlite3_bind_text64(statement, position, text.empty() ? "" : text.data(), text.size(), lifetime, SQLITE_UTF8);
       break;
     }
     case tsql::Kind::Blob: {
@@ -438,7 +470,8 @@ BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string&
     } catch (const SchemaChanged&) {
       session->catalogue().refresh();
       if (attempt == attempts) {
-        throw session->failure(storageError(session->database().name(), SQLITE_SCHEMA, "its tables keep changing"), sql);
+        throw session->failure(storageError(session->database().name(), SQLITE_SCHEMA, "its tables keep changing"),
+                               sql);
       }
     } catch (const AutomationError& error) {
       const bool counted = error.source() != databaseSource || !error.database().sql.empty();

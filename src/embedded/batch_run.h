@@ -30,8 +30,8 @@ struct BatchResult {
 enum class FirstRead { now, whenAsked };
 
 /// Runs a whole batch. An error of any of its statements is raised, the first of them, when all that SQL Server would
-/// still run has run; each failed statement leaves the data as it was. Raises an error of the database for an empty batch
-/// (80040E0Ch) and for a text that is not UTF-8.
+/// still run has run; each failed statement leaves the data as it was. Raises an error of the database for an empty
+/// batch (80040E0Ch) and for a text that is not UTF-8.
 [[nodiscard]] BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string& sql,
                                    const std::vector<PlaceholderValue>& placeholders, FirstRead firstRead);
 

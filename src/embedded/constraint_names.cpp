@@ -34,9 +34,8 @@ std::vector<std::string> words(std::string_view text) {
 }
 
 bool is(const std::string& word, std::string_view keyword) {
-  return std::equal(word.begin(), word.end(), keyword.begin(), keyword.end(), [](char a, char b) {
-    return std::toupper(static_cast<unsigned char>(a)) == b;
-  });
+  return std::equal(word.begin(), word.end(), keyword.begin(), keyword.end(),
+                    [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; });
 }
 
 }  // namespace

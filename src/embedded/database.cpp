@@ -31,8 +31,9 @@ void checkFile(const std::filesystem::path& file) {
   std::error_code problem;
   const auto status = std::filesystem::status(file, problem);
   if (status.type() == std::filesystem::file_type::not_found) {
-    throw openError(shown, "there is no such file. Correct the Database value of the data source, or create the account "
-                           "set first.");
+    throw openError(shown,
+                    "there is no such file. Correct the Database value of the data source, or create the account "
+                    "set first.");
   }
   if (problem) throw openError(shown, problem.message() + ". Check the path and the permissions of its folders.");
   if (status.type() != std::filesystem::file_type::regular) {
@@ -41,8 +42,9 @@ void checkFile(const std::filesystem::path& file) {
   if (!isWritable(file)) throw openError(shown, "the file is read-only. Allow writing to it and try again.");
   const auto folder = file.has_parent_path() ? file.parent_path() : std::filesystem::path(".");
   if (!isWritable(folder)) {
-    throw openError(shown, "its folder is read-only, and the account set keeps its journal there. Allow writing to the "
-                           "folder and try again.");
+    throw openError(shown,
+                    "its folder is read-only, and the account set keeps its journal there. Allow writing to the "
+                    "folder and try again.");
   }
 }
 
@@ -54,7 +56,9 @@ struct ResetAtExit {
   ~ResetAtExit() { sqlite3_reset(statement); }
 };
 
-std::string inQuotes(std::string_view text) { return "\"" + std::string(text) + "\""; }
+std::string inQuotes(std::string_view text) {
+  return "\"" + std::string(text) + "\"";
+}
 
 }  // namespace
 
@@ -138,13 +142,13 @@ void Database::checkIsAccountSet() {
   StatementHandle statement;
   try {
     statement = prepare("PRAGMA application_id");
-    const bool row = step(statement.get());
+    const bool row = stepOwn(statement.get());
     if (!row || sqlite3_column_int(statement.get(), 0) != applicationId) {
       throw openError(name_, "the file is not an account set. Correct the Database value of the data source.");
     }
     statement.reset();
-    // WAL lets readers go on while somebody writes. FULL, because a report that was saved is promised to be there after a
-    // power cut; a save is dominated by its document, not by one more wait for the disk.
+    // WAL lets readers go on while somebody writes. FULL, because a report that was saved is promised to be there after
+    // a power cut; a save is dominated by its document, not by one more wait for the disk.
     run("PRAGMA journal_mode = WAL");
     run("PRAGMA synchronous = FULL");
     run("PRAGMA foreign_keys = ON");
@@ -158,8 +162,9 @@ void Database::checkIsAccountSet() {
       throw openError(name_, "the file is not an account set. Correct the Database value of the data source.");
     }
     if (code == SQLITE_BUSY || code == SQLITE_LOCKED) {
-      throw openError(name_, "another program keeps it locked. Wait until that program has finished, or end it, and try "
-                             "again.");
+      throw openError(name_,
+                      "another program keeps it locked. Wait until that program has finished, or end it, and try "
+                      "again.");
     }
     throw openError(name_, error.description());
   }
@@ -200,7 +205,7 @@ StatementHandle Database::prepare(const std::string& text) {
 
 void Database::run(const char* text) {
   const auto statement = prepare(text);
-  while (step(statement.get())) {
+  while (stepOwn(statement.get())) {
   }
 }
 
@@ -208,6 +213,14 @@ bool Database::step(sqlite3_stmt* statement) {
   stepping_ = true;
   const int code = sqlite3_step(statement);
   stepping_ = false;
+  return outcome(statement, code);
+}
+
+bool Database::stepOwn(sqlite3_stmt* statement) {
+  return outcome(statement, sqlite3_step(statement));
+}
+
+bool Database::outcome(sqlite3_stmt* statement, int code) {
   if (code == SQLITE_ROW) return true;
   if (code == SQLITE_DONE) return false;
   const ResetAtExit reset(statement);

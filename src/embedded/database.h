@@ -23,8 +23,8 @@ class SchemaChanged : public std::exception {
   [[nodiscard]] const char* what() const noexcept override { return "the account set's tables have changed"; }
 };
 
-/// A constraint of SQLite that did not hold, in its own words ("UNIQUE constraint failed: t.a, t.b"); the catalogue knows
-/// what SQL Server would say.
+/// A constraint of SQLite that did not hold, in its own words ("UNIQUE constraint failed: t.a, t.b"); the catalogue
+/// knows what SQL Server would say.
 class ConstraintFailure : public std::exception {
  public:
   ConstraintFailure(int code, std::string message) : code_(code), message_(std::move(message)) {}
@@ -88,8 +88,11 @@ class Database {
 
   /// Runs one of the engine's own statements without rows or values.
   void run(const char* text);
-  /// One step: whether there is a row. Raises what went wrong; the statement is reset then.
+  /// One step of a compiled statement: whether there is a row. Raises what went wrong, SchemaChanged among it; the
+  /// statement is reset then.
   [[nodiscard]] bool step(sqlite3_stmt* statement);
+  /// The same for one of the engine's own statements, which mean the same whatever happened to the tables.
+  [[nodiscard]] bool stepOwn(sqlite3_stmt* statement);
 
   /// Keeps the error that a run-time function ended with, until step() raises it.
   void setFunctionError(tsql::SqlError error) { functionError_ = std::move(error); }
@@ -104,6 +107,7 @@ class Database {
   friend class Lease;
   void configure();
   void checkIsAccountSet();
+  [[nodiscard]] bool outcome(sqlite3_stmt* statement, int code);
   [[nodiscard]] StatementHandle prepare(const std::string& text);
 
   std::string name_;

@@ -26,7 +26,9 @@ Parts split(std::string_view text) {
   return parts;
 }
 
-int sign(int order) { return (order > 0) - (order < 0); }
+int sign(int order) {
+  return (order > 0) - (order < 0);
+}
 
 }  // namespace
 

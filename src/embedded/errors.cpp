@@ -61,8 +61,9 @@ std::string storageSentence(std::string_view dataSource, int resultCode, std::st
   switch (resultCode & 0xFF) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return set + "is locked by another program for too long. Wait until that program has finished, or end it, and try "
-                   "again.";
+      return set +
+             "is locked by another program for too long. Wait until that program has finished, or end it, and try "
+             "again.";
     case SQLITE_FULL:
       return set + "cannot grow: the disk is full. Free some space and try again; nothing of this statement was kept.";
     case SQLITE_READONLY:

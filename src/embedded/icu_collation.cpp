@@ -31,7 +31,9 @@ std::string_view withoutTrailingBlanks(std::string_view text) {
   return text;
 }
 
-bool isPrintableAscii(unsigned char c) { return c >= 0x20 && c < 0x7F; }
+bool isPrintableAscii(unsigned char c) {
+  return c >= 0x20 && c < 0x7F;
+}
 
 std::unique_ptr<icu::Collator> makeCollator() {
   UErrorCode status = U_ZERO_ERROR;
@@ -62,14 +64,15 @@ std::vector<Keyed> sortedKeys(const icu::Collator& collator, char32_t end) {
     if (U_IS_SURROGATE(c)) continue;
     if (auto key = sortKey(collator, c); !key.empty()) keys.push_back({std::move(key), c});
   }
-  std::sort(keys.begin(), keys.end(), [](const Keyed& a, const Keyed& b) {
-    return a.key != b.key ? a.key < b.key : a.character < b.character;
-  });
+  std::sort(keys.begin(), keys.end(),
+            [](const Keyed& a, const Keyed& b) { return a.key != b.key ? a.key < b.key : a.character < b.character; });
   return keys;
 }
 
 // Whether the character is one that compares on its own, by the first level alone, whatever stands around it.
-bool isPlain(char32_t c) { return (c < 0x80 && isPrintableAscii(static_cast<unsigned char>(c))) || (c >= 0x4E00 && c < rankedEnd); }
+bool isPlain(char32_t c) {
+  return (c < 0x80 && isPrintableAscii(static_cast<unsigned char>(c))) || (c >= 0x4E00 && c < rankedEnd);
+}
 
 // Ranks of the plain characters, 0 for all others. Two plain texts compare as their ranks do.
 std::vector<std::uint16_t> makeRanks(const icu::Collator& collator, char32_t end) {
@@ -95,7 +98,8 @@ std::vector<char16_t> makeFolds(const icu::Collator& collator) {
     while (end < keys.size() && keys[end].key == keys[first].key) ++end;
     // The first of equal characters stands for all, an ASCII letter in lower case.
     const auto smallest = keys[first].character;
-    const auto representative = smallest < 0x80 ? u_tolower(static_cast<UChar32>(smallest)) : static_cast<UChar32>(smallest);
+    const auto representative =
+        smallest < 0x80 ? u_tolower(static_cast<UChar32>(smallest)) : static_cast<UChar32>(smallest);
     for (; first < end; ++first) folds[keys[first].character] = static_cast<char16_t>(representative);
   }
   return folds;
@@ -160,7 +164,8 @@ class IcuCollation final : public tsql::Collation {
 
   char32_t fold(char32_t character) const override {
     if (character < 0x80) return static_cast<char32_t>(u_tolower(static_cast<UChar32>(character)));
-    if (character >= planeSize) return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(character), U_FOLD_CASE_DEFAULT));
+    if (character >= planeSize)
+      return static_cast<char32_t>(u_foldCase(static_cast<UChar32>(character), U_FOLD_CASE_DEFAULT));
     std::call_once(foldsOnce_, [this] { folds_ = makeFolds(*collator_); });
     return folds_[character];
   }
@@ -180,7 +185,8 @@ class IcuCollation final : public tsql::Collation {
   }
 
   std::string toCodePage(std::string_view text) const override {
-    const auto units = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+    const auto units =
+        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
     std::string bytes(static_cast<std::size_t>(units.length()) * 2 + 16, '\0');
     UErrorCode status = U_ZERO_ERROR;
     const auto size = ucnv_fromUChars(codePageConverter(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
@@ -192,8 +198,8 @@ class IcuCollation final : public tsql::Collation {
   std::string fromCodePage(std::string_view bytes) const override {
     std::vector<UChar> units(bytes.size() * 2 + 16);
     UErrorCode status = U_ZERO_ERROR;
-    const auto size = ucnv_toUChars(codePageConverter(), units.data(), static_cast<std::int32_t>(units.size()), bytes.data(),
-                                    static_cast<std::int32_t>(bytes.size()), &status);
+    const auto size = ucnv_toUChars(codePageConverter(), units.data(), static_cast<std::int32_t>(units.size()),
+                                    bytes.data(), static_cast<std::int32_t>(bytes.size()), &status);
     std::string text;
     if (U_SUCCESS(status)) icu::UnicodeString(false, units.data(), size).toUTF8String(text);
     return text;

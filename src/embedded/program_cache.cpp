@@ -11,7 +11,9 @@ namespace {
 // Of one shape, so many programs are kept that differ in structural literals (TOP 10, TOP 20) or parameter types.
 constexpr std::size_t variantsOfAShape = 16;
 
-std::shared_ptr<StatementPool> poolOf(std::string text) { return std::make_shared<StatementPool>(std::move(text)); }
+std::shared_ptr<StatementPool> poolOf(std::string text) {
+  return std::make_shared<StatementPool>(std::move(text));
+}
 
 std::shared_ptr<const ResultShape> shapeOf(const tsql::Query& query, const std::vector<std::string>& reads) {
   auto shape = std::make_shared<ResultShape>();
@@ -95,9 +97,8 @@ std::shared_ptr<CompiledProgram> ProgramCache::find(const tsql::ShapedBatch& bat
     entries_.splice(entries_.begin(), entries_, found->second);
   }
   auto& entry = entries_.front();
-  std::erase_if(entry.variants, [&](const Variant& v) {
-    return v.key == key || v.program->catalogueVersion != catalogue.version();
-  });
+  std::erase_if(entry.variants,
+                [&](const Variant& v) { return v.key == key || v.program->catalogueVersion != catalogue.version(); });
   if (entry.variants.size() == variantsOfAShape) entry.variants.erase(entry.variants.begin());
   entry.variants.push_back({std::move(key), compiled});
   if (entries_.size() > bound_) {

@@ -18,8 +18,8 @@ namespace tolvane::embedded {
 struct ResultShape {
   std::vector<FieldInfo> fields;
   std::vector<tsql::ResultColumn> columns;
-  std::string table;              ///< of which the rows are rows; empty when they are of no single table
-  bool hasLong = false;           ///< some column holds long values, read by row number
+  std::string table;               ///< of which the rows are rows; empty when they are of no single table
+  bool hasLong = false;            ///< some column holds long values, read by row number
   std::vector<std::string> reads;  ///< tables whose change would change the rows
 
   [[nodiscard]] bool hasRows() const { return !table.empty(); }

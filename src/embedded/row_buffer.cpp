@@ -12,7 +12,8 @@ constexpr std::size_t largestBlock = 256 * 1024;
 constexpr std::size_t documentSize = 4096;
 
 Bytes copied(std::span<const std::uint8_t> bytes) {
-  return Bytes::filled(bytes.size(), [&](std::span<std::uint8_t> to) { std::copy(bytes.begin(), bytes.end(), to.begin()); });
+  return Bytes::filled(bytes.size(),
+                       [&](std::span<std::uint8_t> to) { std::copy(bytes.begin(), bytes.end(), to.begin()); });
 }
 
 }  // namespace

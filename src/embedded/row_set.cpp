@@ -27,7 +27,8 @@ std::string quotedName(std::string_view name) {
   return quoted + "\"";
 }
 
-RowSet::RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string sql, std::function<BoundQuery()> recompile)
+RowSet::RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string sql,
+               std::function<BoundQuery()> recompile)
     : session_(std::move(session)),
       shape_(std::move(query.shape)),
       program_(std::move(query.program)),
@@ -38,7 +39,9 @@ RowSet::RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string s
   session_->add(*this);
 }
 
-RowSet::~RowSet() { finish(); }
+RowSet::~RowSet() {
+  finish();
+}
 
 void RowSet::finish() noexcept {
   if (session_) session_->remove(*this);
@@ -50,51 +53,65 @@ Session& RowSet::session() const {
   return *session_;
 }
 
-bool RowSet::has(std::size_t row) {
-  while (buffer_.rows() <= row) {
-    if (!readOne()) return false;
+template <typename Work>
+void RowSet::translated(Work&& work) {
+  try {
+    work();
+  } catch (const tsql::SqlError& error) {
+    throw session_->failure(error, sql_);
+  } catch (const SchemaChanged&) {
+    throw session_->failure(storageError(session_->database().name(), SQLITE_SCHEMA, "its tables have changed"), sql_);
+  } catch (const AutomationError& error) {
+    throw session_->failure(error, sql_);
   }
-  return true;
+}
+
+bool RowSet::has(std::size_t row) {
+  if (buffer_.rows() > row) return true;
+  if (!statement_) return false;
+  translated([&] {
+    while (buffer_.rows() <= row && readOne()) {
+    }
+  });
+  return buffer_.rows() > row;
 }
 
 std::size_t RowSet::readAll() {
-  while (readOne()) {
-  }
+  if (statement_) translated([&] { readRest(); });
   return buffer_.rows();
 }
 
-bool RowSet::step() {
-  try {
-    return session_->database().step(statement_.get());
-  } catch (const tsql::SqlError& error) {
-    throw session_->failure(error, sql_);
-  } catch (const AutomationError& error) {
-    throw session_->failure(error, sql_);
+void RowSet::readFirst() {
+  (void)readOne();
+}
+
+void RowSet::readRest() {
+  while (readOne()) {
   }
 }
 
 bool RowSet::stepFirst() {
   session_->beginStatement();
   try {
-    return step();
+    return session_->database().step(statement_.get());
   } catch (const SchemaChanged&) {
-    if (!recompile_) throw session_->failure(storageError(session_->database().name(), SQLITE_SCHEMA, "its tables have changed"), sql_);
+    if (!recompile_) throw;
   }
   auto query = recompile_();
   if (query.shape->columns.size() != shape_->columns.size()) {
-    throw session_->failure(tsql::SqlError(tsql::Message::InsertColumnCount), sql_);
+    throw tsql::SqlError(tsql::Message::InsertColumnCount);
   }
   statement_ = std::move(query.statement);
   shape_ = std::move(query.shape);
   program_ = std::move(query.program);
-  return step();
+  return session_->database().step(statement_.get());
 }
 
 bool RowSet::readOne() {
   if (!statement_) return false;
   bool more = false;
   try {
-    more = begun_ ? step() : (begun_ = true, stepFirst());
+    more = begun_ ? session_->database().step(statement_.get()) : (begun_ = true, stepFirst());
   } catch (const std::exception&) {
     finish();
     throw;
@@ -141,12 +158,12 @@ void RowSet::readLong(std::size_t row, std::size_t column) {
   const auto table = quotedName(shape_->table);
   const auto name = quotedName(shape_->columns[column].column);
   // A large document comes as its length, without being read.
-  const auto lease = owner.own("SELECT CASE WHEN typeof(" + name + ")='blob' AND length(" + name + ")>=" +
-                               std::string(directReadBytes) + " THEN length(" + name + ") ELSE " + name + " END FROM " +
-                               table + " WHERE rowid=?1");
+  const auto lease = owner.own("SELECT CASE WHEN typeof(" + name + ")='blob' AND length(" + name +
+                               ")>=" + std::string(directReadBytes) + " THEN length(" + name + ") ELSE " + name +
+                               " END FROM " + table + " WHERE rowid=?1");
   sqlite3_bind_int64(lease.get(), 1, buffer_.rowNumber(row));
-  try {
-    if (!database.step(lease.get())) throw AutomationError(AdoError::noCurrentRecord, std::string(fieldSource));
+  if (!database.stepOwn(lease.get())) throw AutomationError(AdoError::noCurrentRecord, std::string(fieldSource));
+  translated([&] {
     const auto stored = Cell::of(lease.get(), 0);
     if (stored.kind != Cell::Kind::integer) return buffer_.set(row, column, stored);
     sqlite3_blob* opened = nullptr;
@@ -161,11 +178,7 @@ void RowSet::readLong(std::size_t row, std::size_t column) {
     });
     if (code != SQLITE_OK) database.fail(code);
     buffer_.set(row, column, document);
-  } catch (const tsql::SqlError& error) {
-    throw owner.failure(error, sql_);
-  } catch (const SchemaChanged&) {
-    throw owner.failure(storageError(database.name(), SQLITE_SCHEMA, "its tables have changed"), sql_);
-  }
+  });
 }
 
 std::string RowSet::rowText() const {
@@ -180,7 +193,7 @@ std::string RowSet::rowText() const {
 bool RowSet::reread(std::size_t row) {
   const auto lease = session().own(rowText());
   sqlite3_bind_int64(lease.get(), 1, buffer_.rowNumber(row));
-  if (!session_->database().step(lease.get())) return false;
+  if (!session_->database().stepOwn(lease.get())) return false;
   fillRow(row, lease.get(), true);
   return true;
 }

@@ -23,12 +23,13 @@ struct BoundQuery {
   std::shared_ptr<CompiledProgram> program;
 };
 
-/// Rows are read once, kept without their documents, and stay what they were when the reading began. A document is read by
-/// the number of its row when it is asked for.
+/// Rows are read once, kept without their documents, and stay what they were when the reading began. A document is read
+/// by the number of its row when it is asked for.
 class RowSet final : public OpenReader {
  public:
   /// `recompile` makes the query anew when its tables have changed before the first row was read; may be empty.
-  RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string sql, std::function<BoundQuery()> recompile = {});
+  RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string sql,
+         std::function<BoundQuery()> recompile = {});
   RowSet(const RowSet&) = delete;
   RowSet& operator=(const RowSet&) = delete;
   ~RowSet() override;
@@ -40,6 +41,9 @@ class RowSet final : public OpenReader {
   [[nodiscard]] bool has(std::size_t row);
   /// Reads all that is left and says how many rows there are.
   std::size_t readAll();
+  /// The same, and the first row alone, for the batch that the query is a statement of: raise the engine's own errors.
+  void readFirst();
+  void readRest();
   /// Rows read so far.
   [[nodiscard]] std::size_t known() const { return buffer_.rows(); }
   [[nodiscard]] bool begun() const { return begun_; }
@@ -51,7 +55,8 @@ class RowSet final : public OpenReader {
 
   /// Shows the row as the database has it now; false when it is gone.
   [[nodiscard]] bool reread(std::size_t row);
-  /// Adds a row that the record set itself has inserted. Before the reading has begun, the rows of the query stay unread.
+  /// Adds a row that the record set itself has inserted. Before the reading has begun, the rows of the query stay
+  /// unread.
   std::size_t addOwn(std::int64_t rowNumber);
   /// Reads the rows that stand before the own ones, if that is still to be done; gives how many there are.
   std::size_t readBeforeOwn();
@@ -67,9 +72,10 @@ class RowSet final : public OpenReader {
   [[nodiscard]] bool running() const override { return begun_ && static_cast<bool>(statement_); }
 
  private:
+  template <typename Work>
+  void translated(Work&& work);
   bool readOne();
   bool stepFirst();
-  bool step();
   void finish() noexcept;
   void fillRow(std::size_t row, sqlite3_stmt* statement, bool again);
   void readLong(std::size_t row, std::size_t column);

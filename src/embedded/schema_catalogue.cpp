@@ -30,7 +30,7 @@ void query(Database& database, const char* text, std::initializer_list<std::stri
   for (const auto value : values) {
     sqlite3_bind_text(lease.get(), ++index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
   }
-  while (database.step(lease.get())) row(lease.get());
+  while (database.stepOwn(lease.get())) row(lease.get());
 }
 
 // The words after "<kind> constraint failed: ".
@@ -40,7 +40,9 @@ std::string_view failedObject(std::string_view message) {
 }
 
 // "t.a, t.b" -> t; "index 'x'" -> nothing.
-std::string_view tableOf(std::string_view object) { return object.substr(0, object.find('.')); }
+std::string_view tableOf(std::string_view object) {
+  return object.substr(0, object.find('.'));
+}
 
 std::vector<std::string> columnsOf(std::string_view object) {
   std::vector<std::string> columns;
@@ -70,7 +72,9 @@ const tsql::Index* indexOver(const tsql::Table& table, const std::vector<std::st
   return nullptr;
 }
 
-std::string withSchema(std::string_view table) { return "dbo." + std::string(table); }
+std::string withSchema(std::string_view table) {
+  return "dbo." + std::string(table);
+}
 
 }  // namespace
 
@@ -79,7 +83,7 @@ SchemaCatalogue::SchemaCatalogue(Database& database)
 
 std::int64_t SchemaCatalogue::schemaVersion() const {
   const Lease lease(database_, versionPragma_);
-  return database_.step(lease.get()) ? sqlite3_column_int64(lease.get(), 0) : 0;
+  return database_.stepOwn(lease.get()) ? sqlite3_column_int64(lease.get(), 0) : 0;
 }
 
 void SchemaCatalogue::invalidate() {
@@ -109,15 +113,17 @@ void SchemaCatalogue::readNames() const {
         owners_.insert_or_assign(lowered(name), lowered(columnText(row, 2)));
       } else if (!name.starts_with("sqlite_")) {
         auto key = lowered(name);
-        entries_.insert_or_assign(
-            std::move(key), Entry{std::move(name), schema, kind, columnText(row, 3), sqlite3_column_int64(row, 4), nullptr});
+        entries_.insert_or_assign(std::move(key), Entry{std::move(name), schema, kind, columnText(row, 3),
+                                                        sqlite3_column_int64(row, 4), nullptr});
       }
     };
   };
-  query(database_, "SELECT type, name, tbl_name, sql, rowid FROM main.sqlite_master WHERE type IN ('table','view','index')",
-        {}, take("main"));
-  query(database_, "SELECT type, name, tbl_name, sql, -rowid FROM temp.sqlite_master WHERE type IN ('table','view','index')",
-        {}, take("temp"));
+  query(database_,
+        "SELECT type, name, tbl_name, sql, rowid FROM main.sqlite_master WHERE type IN ('table','view','index')", {},
+        take("main"));
+  query(database_,
+        "SELECT type, name, tbl_name, sql, -rowid FROM temp.sqlite_master WHERE type IN ('table','view','index')", {},
+        take("temp"));
   namesRead_ = true;
 }
 

@@ -58,7 +58,7 @@ class SchemaCatalogue final : public tsql::Catalogue {
   Database& database_;
   mutable bool namesRead_ = false;
   mutable std::int64_t readVersion_ = -1;
-  mutable std::unordered_map<std::string, Entry> entries_;      // by the name in lower case
+  mutable std::unordered_map<std::string, Entry> entries_;       // by the name in lower case
   mutable std::unordered_map<std::string, std::string> owners_;  // index name -> table name, both in lower case
   mutable std::vector<std::unique_ptr<tsql::Table>> retired_;
   std::uint64_t version_ = 1;

@@ -30,12 +30,14 @@ Session::Session(const std::filesystem::path& file, std::chrono::milliseconds bu
   random_.first &= 0x3FFFFFFF;
 }
 
-Session::~Session() { rollbackIfAny(); }
+Session::~Session() {
+  rollbackIfAny();
+}
 
 void Session::begin() {
   if (depth_ == 0) {
-    // A statement in the middle of its rows keeps the state that it began with, and SQLite does not let a connection write
-    // on an old state.
+    // A statement in the middle of its rows keeps the state that it began with, and SQLite does not let a connection
+    // write on an old state.
     settleRunning();
     runOwn("BEGIN IMMEDIATE");
   }
@@ -108,7 +110,7 @@ Lease Session::own(const std::string& text) {
 
 void Session::runOwn(const std::string& text) {
   const auto statement = own(text);
-  while (database_.step(statement.get())) {
+  while (database_.stepOwn(statement.get())) {
   }
 }
 
@@ -142,13 +144,18 @@ tsql::DateTime Session::now() const {
   const auto milliseconds = static_cast<int>(moment.tv_nsec / 1'000'000);
   const auto second = std::min(local.tm_sec, 59);
   const auto ticks = tsql::ticksOf({local.tm_hour, local.tm_min, second, milliseconds});
-  now_ = tsql::carried(tsql::daysOf({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}), ticks).value_or(tsql::DateTime{});
+  now_ = tsql::carried(tsql::daysOf({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}), ticks)
+             .value_or(tsql::DateTime{});
   return *now_;
 }
 
-std::string Session::databaseName() const { return std::filesystem::path(database_.name()).stem().string(); }
+std::string Session::databaseName() const {
+  return std::filesystem::path(database_.name()).stem().string();
+}
 
-std::string Session::version() const { return std::string("Tolvane embedded account set, SQLite ") + sqlite3_libversion(); }
+std::string Session::version() const {
+  return std::string("Tolvane embedded account set, SQLite ") + sqlite3_libversion();
+}
 
 std::optional<std::int64_t> Session::objectId(std::string_view name, std::string_view type) const {
   const auto* table = catalogue_.find(lastPart(name));

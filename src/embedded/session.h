@@ -1,5 +1,5 @@
-// One connection to an account set from the inside: the open file, what T-SQL knows of it, its transaction, and the record
-// sets that still read from it.
+// One connection to an account set from the inside: the open file, what T-SQL knows of it, its transaction, and the
+// record sets that still read from it.
 #pragma once
 
 #include <array>
@@ -72,8 +72,8 @@ class Session final : public tsql::Session {
     }
   }
 
-  /// Settles the record sets that a change of the table's rows would disturb. `changer` is the one that makes the change,
-  /// which need not read what it has not begun to read.
+  /// Settles the record sets that a change of the table's rows would disturb. `changer` is the one that makes the
+  /// change, which need not read what it has not begun to read.
   void beforeChange(std::string_view table, const OpenReader* changer = nullptr);
   /// Settles all, because tables are about to be made or to go.
   void beforeDefinition();

@@ -28,30 +28,18 @@ struct TypeInfo {
 
 // ADO's number for each type of T-SQL, in the order of TypeKind.
 constexpr std::array<TypeInfo, tsql::kindCount> typeInfos{{
-    {TypeKind::Null, DataType::integer, 4},
-    {TypeKind::Binary, DataType::binary, 0},
-    {TypeKind::VarBinary, DataType::varBinary, 0},
-    {TypeKind::Char, DataType::character, 0},
-    {TypeKind::VarChar, DataType::varChar, 0},
-    {TypeKind::NChar, DataType::wideChar, 0},
-    {TypeKind::NVarChar, DataType::varWChar, 0},
-    {TypeKind::UniqueIdentifier, DataType::guid, 16},
-    {TypeKind::Timestamp, DataType::binary, 8},
-    {TypeKind::Image, DataType::longVarBinary, -1},
-    {TypeKind::Text, DataType::longVarChar, -1},
-    {TypeKind::NText, DataType::longVarWChar, -1},
-    {TypeKind::Bit, DataType::boolean, 2},
-    {TypeKind::TinyInt, DataType::unsignedTinyInt, 1},
-    {TypeKind::SmallInt, DataType::smallInt, 2},
-    {TypeKind::Int, DataType::integer, 4},
-    {TypeKind::BigInt, DataType::bigInt, 8},
-    {TypeKind::SmallMoney, DataType::currency, 8},
-    {TypeKind::Money, DataType::currency, 8},
-    {TypeKind::Decimal, DataType::numeric, 19},
-    {TypeKind::Real, DataType::single, 4},
-    {TypeKind::Float, DataType::real, 8},
-    {TypeKind::Date, DataType::date, 10},
-    {TypeKind::SmallDateTime, DataType::timestamp, 16},
+    {TypeKind::Null, DataType::integer, 4},        {TypeKind::Binary, DataType::binary, 0},
+    {TypeKind::VarBinary, DataType::varBinary, 0}, {TypeKind::Char, DataType::character, 0},
+    {TypeKind::VarChar, DataType::varChar, 0},     {TypeKind::NChar, DataType::wideChar, 0},
+    {TypeKind::NVarChar, DataType::varWChar, 0},   {TypeKind::UniqueIdentifier, DataType::guid, 16},
+    {TypeKind::Timestamp, DataType::binary, 8},    {TypeKind::Image, DataType::longVarBinary, -1},
+    {TypeKind::Text, DataType::longVarChar, -1},   {TypeKind::NText, DataType::longVarWChar, -1},
+    {TypeKind::Bit, DataType::boolean, 2},         {TypeKind::TinyInt, DataType::unsignedTinyInt, 1},
+    {TypeKind::SmallInt, DataType::smallInt, 2},   {TypeKind::Int, DataType::integer, 4},
+    {TypeKind::BigInt, DataType::bigInt, 8},       {TypeKind::SmallMoney, DataType::currency, 8},
+    {TypeKind::Money, DataType::currency, 8},      {TypeKind::Decimal, DataType::numeric, 19},
+    {TypeKind::Real, DataType::single, 4},         {TypeKind::Float, DataType::real, 8},
+    {TypeKind::Date, DataType::date, 10},          {TypeKind::SmallDateTime, DataType::timestamp, 16},
     {TypeKind::DateTime, DataType::timestamp, 16},
 }};
 
@@ -63,14 +51,17 @@ constexpr bool inOrder() {
 }
 static_assert(inOrder(), "one row for each type, in the order of the enumeration");
 
-const TypeInfo& infoOf(TypeKind kind) { return typeInfos.at(static_cast<std::size_t>(kind)); }
+const TypeInfo& infoOf(TypeKind kind) {
+  return typeInfos.at(static_cast<std::size_t>(kind));
+}
 
 Value dateValue(std::string_view stored) {
   const auto parsed = tsql::parseStored(stored);
   if (!parsed) return Value(stored);
   const auto day = tsql::calendarDate(parsed->days);
   const auto time = tsql::timeOfDay(parsed->ticks);
-  const auto date = toDate(CalendarTime{day.year, day.month, day.day, time.hour, time.minute, time.second, time.millisecond});
+  const auto date =
+      toDate(CalendarTime{day.year, day.month, day.day, time.hour, time.minute, time.second, time.millisecond});
   return date ? Value(*date) : Value(dateOf(day.year, day.month, day.day));
 }
 
@@ -114,7 +105,9 @@ Value textValue(std::string_view text, const Type& type) {
   return Value(text);
 }
 
-[[noreturn]] void cannotConvert() { throw AutomationError(AdoError::dataConversion, std::string(recordsetSource)); }
+[[noreturn]] void cannotConvert() {
+  throw AutomationError(AdoError::dataConversion, std::string(recordsetSource));
+}
 
 std::string storedText(const Value& value, const Type& type) {
   auto text = toText(value);
@@ -148,7 +141,8 @@ std::string storedDecimal(const Value& value, const Type& type) {
 std::string storedMoney(const Value& value, const Type& type) {
   const auto amount = toCurrency(value);
   constexpr std::int64_t smallLimit = 2147483648;
-  if (type.kind == TypeKind::SmallMoney && (amount.scaled >= smallLimit || amount.scaled < -smallLimit)) throw doesNotFit();
+  if (type.kind == TypeKind::SmallMoney && (amount.scaled >= smallLimit || amount.scaled < -smallLimit))
+    throw doesNotFit();
   return exactText(amount);
 }
 
@@ -260,7 +254,8 @@ Value toValue(const Cell& cell, const Type& type) {
 
 tsql::Result toStored(const Value& value, const Type& type) {
   if (value.isNull()) return {};
-  if (value.isMissing() || value.isObject() || value.isArray() || value.get<Bytes>() || value.get<ErrorCode>()) cannotConvert();
+  if (value.isMissing() || value.isObject() || value.isArray() || value.get<Bytes>() || value.get<ErrorCode>())
+    cannotConvert();
   try {
     return stored(value, type);
   } catch (const AutomationError& error) {

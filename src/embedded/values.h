@@ -16,9 +16,9 @@ namespace tolvane::embedded {
 /// The value that ADO hands out for a stored value of a column. Bytes are copied; long ones come by other ways.
 [[nodiscard]] Value toValue(const Cell& cell, const tsql::Type& type);
 
-/// The stored form of a value that is assigned to a column. Raises 3421 when the value cannot be converted to the column's
-/// type, 80040E21h when it can but does not fit. Null is stored as null; whether the column takes it, the table says.
-/// Bytes are not accepted here: they are stored as they are.
+/// The stored form of a value that is assigned to a column. Raises 3421 when the value cannot be converted to the
+/// column's type, 80040E21h when it can but does not fit. Null is stored as null; whether the column takes it, the
+/// table says. Bytes are not accepted here: they are stored as they are.
 [[nodiscard]] tsql::Result toStored(const Value& value, const tsql::Type& type);
 
 /// The type that the compiler gives to a command's "?" parameter.
