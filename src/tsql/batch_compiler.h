@@ -85,7 +85,6 @@ class BatchCompiler {
   std::string nullIndex(const std::string& name, const Table& table, const std::vector<int>& columns) const;
   std::vector<int> ordinals(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
   std::string keyText(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
-  struct TableText;
   Table tableOf(const tree::StatementNode& node) const;
 
   const ShapedBatch& batch_;

@@ -306,7 +306,7 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
     result.sql = std::string(row.distinct) + "(DISTINCT " + value.sql + collation(value.type) + ")";
     if (result.type.kind == TypeKind::Int) {
       result.sql =
-          "ts_convert(" + result.sql + "," + std::to_string(Type::of(TypeKind::BigInt).pack()) + "," + packed + ",0)";
+          "ts_convert(" + result.sql + "," + std::to_string(Type::of(TypeKind::BigInt).pack()) + "," + packed + ")";
     }
   } else {
     result.sql = std::string(row.runtime) + "(" + value.sql + "," + packed + ")";

@@ -159,7 +159,7 @@ Typed Writer::convert(Typed value, const Type& to, When when) {
     result.sql = "CAST(" + value.sql + " AS REAL)";
     return result;
   }
-  result.sql = "ts_convert(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + ",0)";
+  result.sql = "ts_convert(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + ")";
   return result;
 }
 
@@ -555,9 +555,9 @@ Typed Writer::caseOf(const Expression& expression, Scope* scope) {
 
 Typed Writer::cast(const Expression& expression, Scope* scope) {
   Typed value = this->expression(*expression.arguments[0], scope);
-  std::string style = "0";
+  std::string style;
   if (expression.arguments.size() > 1) {
-    style = convert(this->expression(*expression.arguments[1], scope), Type::of(TypeKind::Int)).sql;
+    style = "," + convert(this->expression(*expression.arguments[1], scope), Type::of(TypeKind::Int)).sql;
   }
   return convertExplicitly(std::move(value), expression.type, style);
 }

@@ -75,8 +75,8 @@ constexpr std::array<FunctionRow, 58> functions{{
 constexpr std::array<AggregateRow, 10> aggregates{{
     {"COUNT",     "count",     "count",        AggregateRule::Count},
     {"COUNT_BIG", "count",     "count",        AggregateRule::CountBig},
-    {"SUM",       "ts_sum",    "ts_sum_distinct", AggregateRule::Sum},
-    {"AVG",       "ts_avg",    "ts_avg_distinct", AggregateRule::Average},
+    {"SUM",       "ts_sum",    "ts_sum", AggregateRule::Sum},
+    {"AVG",       "ts_avg",    "ts_avg", AggregateRule::Average},
     {"MIN",       "min",       "min",          AggregateRule::Least},
     {"MAX",       "max",       "max",          AggregateRule::Greatest},
     {"STDEV",     "ts_stdev",  "ts_stdev",     AggregateRule::Spread},
@@ -97,12 +97,13 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 6> emitted{
+constexpr std::array<std::string_view, 7> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_assign",         // value, packed from, packed to, 'table.column'
     "ts_like",           // text, pattern, escape or null, 1 for unicode text
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type
+    "ts_version",        // @@VERSION
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
 };
 // clang-format on
