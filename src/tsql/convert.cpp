@@ -49,11 +49,6 @@ IntegerBounds boundsOf(TypeKind kind) {
       return {INT64_MIN, INT64_MAX};
   }
 }
-bool isWithin(std::int64_t value, TypeKind kind) {
-  const IntegerBounds bounds = boundsOf(kind);
-  return value >= bounds.least && value <= bounds.greatest;
-}
-
 std::int64_t textToBit(std::string_view text, const Type& from, const Type& to) {
   const std::string_view word = withoutTrailingBlanks(text);
   const auto is = [word](std::string_view name) {
@@ -79,7 +74,7 @@ std::int64_t textToInteger(std::string_view text, const Type& from, const Type& 
     if (to.kind == TypeKind::BigInt) throw conversionError(from, to);
     throw SqlError(Message::ConversionFailed, {messageName(from), text, messageName(to)});
   }
-  if (number.outcome == IntegerText::Outcome::Read && isWithin(number.value, to.kind)) return number.value;
+  if (number.outcome == IntegerText::Outcome::Read && fitsInteger(number.value, to.kind)) return number.value;
   if (to.kind == TypeKind::BigInt) throw SqlError(Message::ArithmeticOverflow, {expression, messageName(to)});
   if (to.kind == TypeKind::Int) throw SqlError(Message::TextOverflowInteger, {messageName(from), text});
   throw SqlError(Message::TextOverflowShortInteger, {messageName(from), text, shortIntegerName(to.kind)});
@@ -88,7 +83,7 @@ std::int64_t textToInteger(std::string_view text, const Type& from, const Type& 
 std::int64_t floatToInteger(double value, const Type& to) {
   const double whole = std::trunc(value);
   constexpr double tooGreat = 9223372036854775808.0;  // 2^63
-  if (!(whole >= -tooGreat && whole < tooGreat) || !isWithin(static_cast<std::int64_t>(whole), to.kind)) {
+  if (!(whole >= -tooGreat && whole < tooGreat) || !fitsInteger(static_cast<std::int64_t>(whole), to.kind)) {
     if (to.kind == TypeKind::BigInt) throw SqlError(Message::ArithmeticOverflow, {expression, messageName(to)});
     throw SqlError(Message::FloatOverflow, {messageName(to), sixDecimals(value)});
   }
@@ -97,7 +92,7 @@ std::int64_t floatToInteger(double value, const Type& to) {
 
 std::int64_t exactToInteger(const Decimal& value, const Type& from, const Type& to) {
   const auto whole = value.toInteger(from.isMoney() ? Rounding::HalfAway : Rounding::Cut);
-  if (!whole || !isWithin(*whole, to.kind)) {
+  if (!whole || !fitsInteger(*whole, to.kind)) {
     throw SqlError(Message::ArithmeticOverflow, {from.isMoney() ? expression : messageName(from), messageName(to)});
   }
   return *whole;
@@ -157,7 +152,7 @@ Decimal exactDays(DateTime value, int scale) {
 Decimal textToExact(std::string_view text, const Type& from, const Type& to) {
   if (to.isMoney()) {
     const auto amount = parseMoney(text);
-    if (!amount) throw SqlError(Message::MoneySyntax);
+    if (!amount) throw SqlError(to.kind == TypeKind::Money ? Message::MoneySyntax : Message::SmallMoneySyntax);
     return *amount;
   }
   const auto number = Decimal::parse(text);
@@ -237,9 +232,14 @@ std::string_view messageName(const Type& type) {
   return type.kind == TypeKind::Decimal ? std::string_view("numeric") : type.baseName();
 }
 
+bool fitsInteger(std::int64_t value, TypeKind kind) {
+  const IntegerBounds bounds = boundsOf(kind);
+  return value >= bounds.least && value <= bounds.greatest;
+}
+
 std::int64_t withinInteger(std::int64_t value, TypeKind kind) {
   if (kind == TypeKind::Bit) return value != 0 ? 1 : 0;
-  if (isWithin(value, kind)) return value;
+  if (fitsInteger(value, kind)) return value;
   if (kind == TypeKind::Int) throw SqlError(Message::ArithmeticOverflow, {expression, "int"});
   throw SqlError(Message::OverflowValue, {typeRow(kind).name, std::to_string(value)});
 }
@@ -251,7 +251,7 @@ std::string exactText(const Decimal& value, const Type& to, std::string_view sou
   if (fits && isMoney) {
     const auto units = Decimal::product(*rounded, Decimal(10000), 0);
     const auto whole = units ? units->toInteger(Rounding::Cut) : std::nullopt;
-    fits = whole && (to.kind == TypeKind::Money || isWithin(*whole, TypeKind::Int));
+    fits = whole && (to.kind == TypeKind::Money || fitsInteger(*whole, TypeKind::Int));
   }
   if (!fits) throw SqlError(Message::ArithmeticOverflow, {source, messageName(to)});
   return rounded->toText();

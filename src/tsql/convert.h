@@ -33,6 +33,7 @@ namespace tolvane::tsql {
 // What DATALENGTH tells: bytes that SQL Server's storage of the value takes.
 [[nodiscard]] std::int64_t dataLength(const Datum& value, const Type& type, const Collation& collation);
 
+[[nodiscard]] bool fitsInteger(std::int64_t value, TypeKind kind);
 // A whole number in the range of the integer type; throws what SQL Server raises for one that is not.
 [[nodiscard]] std::int64_t withinInteger(std::int64_t value, TypeKind kind);
 // At the scale of the money or decimal type, rounded; throws 8115 naming the source ("numeric", "float", "expression").

@@ -44,6 +44,8 @@ class Session {
   [[nodiscard]] virtual std::string version() const = 0;
   // OBJECT_ID(name[, type]): the number of a table, nothing when there is no such object. An empty type means any.
   [[nodiscard]] virtual std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const = 0;
+  // OBJECT_NAME(number): nothing when no object has that number.
+  [[nodiscard]] virtual std::optional<std::string> objectName(std::int64_t id) const = 0;
   // SET DATEFIRST: 1 is Monday, 7 (as us_english has it) Sunday.
   [[nodiscard]] virtual int dateFirst() const { return 7; }
   // The connection's generator behind RAND; seeded by the session when the connection opens.
@@ -84,7 +86,7 @@ class AggregateState {
 
 struct Aggregate {
   std::string_view name;  // as SQLite knows it: "ts_sum"
-  int args;
+  int args;               // -1: any number
   std::unique_ptr<AggregateState> (*create)();
 };
 

@@ -65,7 +65,6 @@ class Parser {
   tree::StatementPtr create();
   tree::StatementPtr createTable();
   tree::StatementPtr createIndex(bool unique);
-  tree::StatementPtr createView();
   tree::StatementPtr alter();
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();

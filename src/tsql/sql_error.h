@@ -47,6 +47,7 @@ enum class Message {
   TextOverflowShortInteger,  // 244: type, value, INT1 or INT2
   TextOverflowInteger,       // 248: type, value
   MoneySyntax,               // 235
+  SmallMoneySyntax,          // 293
   MoneyTextSpace,            // 234: type, type
   DateSyntax,                // 241
   DateRange,                 // 242: type, type
@@ -56,6 +57,8 @@ enum class Message {
   InvalidStyle,              // 281: number, type
   UniqueidentifierSyntax,    // 8169
   UniqueidentifierSpace,     // 8170
+  UnsupportedDatePart,       // 9810: part, function, type
+  InvalidRightLength,        // 536: function
   InvalidLength,             // 537: function
   InvalidFloat,              // 3623
   InvalidEscape,             // 506: character, predicate
