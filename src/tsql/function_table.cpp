@@ -10,7 +10,7 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 57> functions{{
+constexpr std::array<FunctionRow, 58> functions{{
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
@@ -69,33 +69,20 @@ constexpr std::array<FunctionRow, 57> functions{{
     {"SCOPE_IDENTITY", "",               0, 0, {},                                    R::Int,             0, no,                true},
     {"ROW_NUMBER",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"RANK",        "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
+    {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
 }};
 
 constexpr std::array<AggregateRow, 10> aggregates{{
     {"COUNT",     "count",     "count",        AggregateRule::Count},
     {"COUNT_BIG", "count",     "count",        AggregateRule::CountBig},
-    {"SUM",       "ts_sum",    "ts_sum",       AggregateRule::Sum},
-    {"AVG",       "ts_avg",    "ts_avg",       AggregateRule::Average},
+    {"SUM",       "ts_sum",    "ts_sum", AggregateRule::Sum},
+    {"AVG",       "ts_avg",    "ts_avg", AggregateRule::Average},
     {"MIN",       "min",       "min",          AggregateRule::Least},
     {"MAX",       "max",       "max",          AggregateRule::Greatest},
     {"STDEV",     "ts_stdev",  "ts_stdev",     AggregateRule::Spread},
     {"STDEVP",    "ts_stdevp", "ts_stdevp",    AggregateRule::Spread},
     {"VAR",       "ts_var",    "ts_var",       AggregateRule::Spread},
     {"VARP",      "ts_varp",   "ts_varp",      AggregateRule::Spread},
-}};
-
-constexpr std::array<DatePartRow, 30> dateParts{{
-    {"YEAR", "year"}, {"YY", "year"}, {"YYYY", "year"},
-    {"QUARTER", "quarter"}, {"QQ", "quarter"}, {"Q", "quarter"},
-    {"MONTH", "month"}, {"MM", "month"}, {"M", "month"},
-    {"DAYOFYEAR", "dayofyear"}, {"DY", "dayofyear"}, {"Y", "dayofyear"},
-    {"DAY", "day"}, {"DD", "day"}, {"D", "day"},
-    {"WEEK", "week"}, {"WK", "week"}, {"WW", "week"},
-    {"WEEKDAY", "weekday"}, {"DW", "weekday"}, {"W", "weekday"},
-    {"HOUR", "hour"}, {"HH", "hour"},
-    {"MINUTE", "minute"}, {"MI", "minute"}, {"N", "minute"},
-    {"SECOND", "second"}, {"SS", "second"},
-    {"MILLISECOND", "millisecond"}, {"MS", "millisecond"},
 }};
 
 constexpr std::array<OperatorRow, 9> operators{{
@@ -110,12 +97,13 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 6> emitted{
+constexpr std::array<std::string_view, 7> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_assign",         // value, packed from, packed to, 'table.column'
     "ts_like",           // text, pattern, escape or null, 1 for unicode text
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type
+    "ts_version",        // @@VERSION
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
 };
 // clang-format on
@@ -142,9 +130,6 @@ std::span<const AggregateRow> aggregateRows() {
 }
 const AggregateRow* findAggregateRow(std::string_view capitals) {
   return findRow(aggregates, &AggregateRow::name, capitals);
-}
-std::span<const DatePartRow> datePartRows() {
-  return dateParts;
 }
 std::span<const OperatorRow> operatorRows() {
   return operators;

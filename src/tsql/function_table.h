@@ -16,7 +16,7 @@ enum class Argument : std::uint8_t {
   Float,     // becomes float
   Number,    // a number of any type; text becomes float
   DateTime,  // becomes datetime
-  DatePart,  // a word of the table of date parts; handed on as its name in quotes
+  DatePart,  // a word of datePartNames(); handed on as the full name in quotes
   Bytes,     // a binary as it is, anything else as Text
 };
 
@@ -72,13 +72,6 @@ struct AggregateRow {
 };
 std::span<const AggregateRow> aggregateRows();
 const AggregateRow* findAggregateRow(std::string_view capitals);
-
-// Names of date parts and their short forms; `part` is the name that run-time functions get.
-struct DatePartRow {
-  std::string_view word;  // in capitals
-  std::string_view part;
-};
-std::span<const DatePartRow> datePartRows();
 
 // The arithmetic and bit operators, with the run-time function of each.
 struct OperatorRow {

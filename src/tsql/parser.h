@@ -65,7 +65,6 @@ class Parser {
   tree::StatementPtr create();
   tree::StatementPtr createTable();
   tree::StatementPtr createIndex(bool unique);
-  tree::StatementPtr createView();
   tree::StatementPtr alter();
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
@@ -101,6 +100,8 @@ class Parser {
 
   // Expressions (parser_expression.cpp).
   tree::ExpressionPtr condition();
+  tree::ExpressionPtr requiredCondition();
+  tree::ExpressionPtr asCondition(tree::ExpressionPtr value) const;
   tree::ExpressionPtr conjunction();
   tree::ExpressionPtr negation();
   tree::ExpressionPtr predicate();

@@ -120,7 +120,6 @@ StatementPtr Parser::create() {
   if (isWord("INDEX")) return createIndex(unique);
   if (unique) fail();
   if (isWord("TABLE")) return createTable();
-  if (isWord("VIEW")) return createView();
   refuse("CREATE of that kind");
 }
 
@@ -209,7 +208,7 @@ bool Parser::constraint(Constraint& result) {
   } else if (takeWord("CHECK")) {
     result.kind = Constraint::Kind::Check;
     expectOperator("(");
-    result.expression = condition();
+    result.expression = requiredCondition();
     expectOperator(")");
     return true;
   } else if (takeWord("FOREIGN")) {
@@ -296,17 +295,6 @@ StatementPtr Parser::createIndex(bool unique) {
   return result;
 }
 
-StatementPtr Parser::createView() {
-  auto result = makeStatement(StatementKind::CreateView);
-  ++at_;
-  result->table = tableName();
-  if (isOperator("(")) result->columns = nameList();
-  if (isWord("WITH")) refuse("WITH in CREATE VIEW");
-  expectWord("AS");
-  result->query = query();
-  return result;
-}
-
 StatementPtr Parser::alter() {
   ++at_;
   if (!isWord("TABLE")) refuse("ALTER of that kind");
@@ -336,10 +324,8 @@ StatementPtr Parser::alter() {
 StatementPtr Parser::drop() {
   ++at_;
   const bool index = isWord("INDEX");
-  if (!index && !isWord("TABLE") && !isWord("VIEW")) refuse("DROP of that kind");
-  auto result = makeStatement(index             ? StatementKind::DropIndex
-                              : isWord("TABLE") ? StatementKind::DropTable
-                                                : StatementKind::DropView);
+  if (!index && !isWord("TABLE")) refuse("DROP of that kind");
+  auto result = makeStatement(index ? StatementKind::DropIndex : StatementKind::DropTable);
   ++at_;
   if (takeWord("IF")) {
     expectWord("EXISTS");

@@ -13,14 +13,29 @@ ExpressionPtr Parser::make(ExpressionKind kind) const {
   return result;
 }
 
+// A value in the place of a condition is an error that names the word after it.
+ExpressionPtr Parser::asCondition(ExpressionPtr value) const {
+  if (value->kind >= ExpressionKind::Compare) return value;
+  const std::string near =
+      isEnd() ? nameOf(batch_, batch_.tokens[static_cast<std::size_t>(at_ - 1)]) : nameOf(batch_, token());
+  throw SqlError(
+      4145, 15,
+      "An expression of non-boolean type specified in a context where a condition is expected, near '" + near + "'.")
+      .at(lineOf(batch_, at_));
+}
+
+ExpressionPtr Parser::requiredCondition() {
+  return asCondition(condition());
+}
+
 // AND and OR take any number of arguments, so that long chains do not become deep trees.
 ExpressionPtr Parser::condition() {
   const Depth depth(*this);
   auto first = conjunction();
   if (!isWord("OR")) return first;
   auto result = make(ExpressionKind::Or);
-  result->arguments.push_back(std::move(first));
-  while (takeWord("OR")) result->arguments.push_back(conjunction());
+  result->arguments.push_back(asCondition(std::move(first)));
+  while (takeWord("OR")) result->arguments.push_back(asCondition(conjunction()));
   return result;
 }
 
@@ -28,8 +43,8 @@ ExpressionPtr Parser::conjunction() {
   auto first = negation();
   if (!isWord("AND")) return first;
   auto result = make(ExpressionKind::And);
-  result->arguments.push_back(std::move(first));
-  while (takeWord("AND")) result->arguments.push_back(negation());
+  result->arguments.push_back(asCondition(std::move(first)));
+  while (takeWord("AND")) result->arguments.push_back(asCondition(negation()));
   return result;
 }
 
@@ -38,7 +53,7 @@ ExpressionPtr Parser::negation() {
   const Depth depth(*this);
   auto result = make(ExpressionKind::Not);
   ++at_;
-  result->arguments.push_back(negation());
+  result->arguments.push_back(asCondition(negation()));
   return result;
 }
 
@@ -242,7 +257,7 @@ ExpressionPtr Parser::caseExpression() {
   ++at_;
   if (!isWord("WHEN")) result->operand = expression();
   while (takeWord("WHEN")) {
-    result->arguments.push_back(result->operand ? expression() : condition());
+    result->arguments.push_back(result->operand ? expression() : requiredCondition());
     expectWord("THEN");
     result->arguments.push_back(expression());
   }

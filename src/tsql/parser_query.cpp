@@ -113,7 +113,7 @@ std::unique_ptr<Select> Parser::select() {
     result->into = target.name;
   }
   if (takeWord("FROM")) result->from = tableReferences();
-  if (takeWord("WHERE")) result->where = condition();
+  if (takeWord("WHERE")) result->where = requiredCondition();
   if (takeWord("GROUP")) {
     expectWord("BY");
     takeWord("ALL");
@@ -122,7 +122,7 @@ std::unique_ptr<Select> Parser::select() {
     } while (takeOperator(","));
     if (isWord("WITH")) refuse("GROUP BY ... WITH");
   }
-  if (takeWord("HAVING")) result->having = condition();
+  if (takeWord("HAVING")) result->having = requiredCondition();
   return result;
 }
 
@@ -233,7 +233,7 @@ TableReferencePtr Parser::joinedTable() {
     // a JOIN b JOIN c ON .. ON ..: the right side has taken what belongs to it.
     if (kind != JoinKind::Cross) {
       expectWord("ON");
-      join->on = condition();
+      join->on = requiredCondition();
     }
     left = std::move(join);
   }

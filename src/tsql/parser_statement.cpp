@@ -145,7 +145,7 @@ void Parser::fromAndWhere(tree::StatementNode& statement) {
   }
   if (takeWord("WHERE")) {
     if (isWord("CURRENT") && isWord(1, "OF")) refuse("WHERE CURRENT OF");
-    statement.where = condition();
+    statement.where = requiredCondition();
   }
 }
 
@@ -183,7 +183,7 @@ StatementPtr Parser::truncate() {
 StatementPtr Parser::conditional() {
   auto result = makeStatement(StatementKind::If);
   ++at_;
-  result->where = condition();
+  result->where = requiredCondition();
   result->statements.push_back(statement());
   if (takeWord("ELSE")) result->statements.push_back(statement());
   return result;
@@ -192,7 +192,7 @@ StatementPtr Parser::conditional() {
 StatementPtr Parser::loop() {
   auto result = makeStatement(StatementKind::While);
   ++at_;
-  result->where = condition();
+  result->where = requiredCondition();
   result->statements.push_back(statement());
   return result;
 }

@@ -97,7 +97,7 @@ struct JumpUnlessStep {
 };
 
 struct JumpStep {
-  int target = 0;  // may be steps.size(): the end
+  int target = 0;  // may be steps.size(); -1: the end of the batch, also from the steps of a deferred statement (RETURN)
 };
 
 // SET @x = ..., SELECT @x = ..., DECLARE @x ... = ...: column i of the query goes to variable slots[i]; the values are
