@@ -2,7 +2,11 @@
 
 #include <algorithm>
 
+#include "batchprint/rpt_batch_prn_info.h"
+#include "batchprint/rpt_batch_prn_update.h"
 #include "classification/rpt_prop_item_class_info.h"
+#include "multiaccount/multi_account_info.h"
+#include "multiaccount/multi_account_update.h"
 #include "reportstore/srv_rpt_retrieve.h"
 #include "reportstore/srv_rpt_update.h"
 
@@ -13,6 +17,10 @@ const std::vector<ClassDescription>& classes() {
       SrvRptRetrieve::description(),
       SrvRptUpdate::description(),
       RptPropItemClassInfo::description(),
+      MultiAccountInfo::description(),
+      MultiAccountUpdate::description(),
+      RptBatchPrnInfo::description(),
+      RptBatchPrnUpdate::description(),
   };
   return all;
 }
