@@ -121,8 +121,8 @@ def add_accounts(script):
             script.end()
     script.end()
     by_number = {row[1]: row[0] for row in accounts()}
-    seen = {105: ["1122", "1123.01", "6001"], 104: ["1001", "1002.01", "1122.02"], 13: ["2202", "1403.01"], 108: ["1001"],
-            0: ["6602", "1601"], 2: ["1405"]}
+    seen = {105: ["1122", "1123.01", "6001"], 104: ["1001", "1002.01", "1122.02"], 13: ["2202", "1403.01"],
+            108: ["1001"], 0: ["6602", "1601"], 2: ["1405"]}
     script.add("update t_SystemProfile set FValue = N'1' where FCategory = N'GL' and FKey = N'CheckAcctTable'")
     # Bit 1 lets see, bit 4 hands a right on to the accounts below: 105 has it, 13 gives it to its members, 108 has not.
     script.insert("t_UserItemClassRight", "FUserID, FItemClassID, FUserItemClassRight",

@@ -93,8 +93,8 @@ def workbooks():
     yield "payroll", grid("工资汇总表", ["部门", "应发", "扣款", "实发"], DEPARTMENTS, 86000.0)
     yield "product_cost", grid("产品成本计算表", ["产品", "直接材料", "直接人工", "制造费用"], ["产品甲", "产品乙", "产品丙", "产品丁"], 73200.0)
     yield "english_summary", grid("Management Summary", ["Item", "Actual", "Budget", "Last Year"],
-                                  ["Revenue", "Cost of sales", "Selling expenses", "Administration", "Finance cost"], 512000.0,
-                                  "Unit: RMB yuan")
+                                  ["Revenue", "Cost of sales", "Selling expenses", "Administration", "Finance cost"],
+                                  512000.0, "Unit: RMB yuan")
     for code, regime in (("small", "小企业会计制度"), ("standards", "新会计准则"), ("enterprise", "企业会计制度")):
         yield f"template_{code}_balance", balance_sheet(f"{regime}资产负债表", 0)
         yield f"template_{code}_income", income_statement(f"{regime}利润表", 0)
@@ -110,8 +110,8 @@ def other_files():
     yield "ratios.variant", variant_table(ratio)
     yield "staff.variant", variant_table(staff)
     for name, orientation, scale in (("portrait", "Portrait", 100), ("landscape", "Landscape", 85)):
-        text = f"[Page]\r\nPaper=A4\r\nOrientation={orientation}\r\nScale={scale}\r\nMargins=20,20,15,15\r\nCopies=1\r\n"
-        yield f"{name}.printer", text.encode("ascii")
+        lines = ["[Page]", "Paper=A4", f"Orientation={orientation}", f"Scale={scale}", "Margins=20,20,15,15", "Copies=1", ""]
+        yield f"{name}.printer", "\r\n".join(lines).encode("ascii")
 
 
 def main():

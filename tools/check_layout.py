@@ -17,7 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 LIMIT = 900
 LONG_TABLES = {}
 # Test folders that stand for no single folder of src/.
-SHARED = {"contract", "fault", "support", "tour", "sql"}
+SHARED = {"contract", "samples", "fault", "support", "tour", "sql"}
 # What documents may name although it is not in the tree: it is made by building.
 MADE = ("build/", "dist/", "docs/reference/")
 
