@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "classification/rpt_prop_item_class_info.h"
+#include "classification/rpt_prop_item_class_update.h"
+#include "classification/rpt_prop_item_info.h"
+#include "classification/rpt_prop_item_update.h"
 #include "reportstore/srv_rpt_retrieve.h"
 #include "reportstore/srv_rpt_update.h"
 
@@ -10,9 +13,8 @@ namespace tolvane {
 
 const std::vector<ClassDescription>& classes() {
   static const std::vector<ClassDescription> all{
-      SrvRptRetrieve::description(),
-      SrvRptUpdate::description(),
-      RptPropItemClassInfo::description(),
+      SrvRptRetrieve::description(),         SrvRptUpdate::description(),    RptPropItemClassInfo::description(),
+      RptPropItemClassUpdate::description(), RptPropItemInfo::description(), RptPropItemUpdate::description(),
   };
   return all;
 }
