@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "classification/rpt_prop_item_class_info.h"
+#include "csreports/cs_retrieve.h"
+#include "csreports/cs_update.h"
 #include "reportstore/srv_rpt_retrieve.h"
 #include "reportstore/srv_rpt_update.h"
 
@@ -10,9 +12,8 @@ namespace tolvane {
 
 const std::vector<ClassDescription>& classes() {
   static const std::vector<ClassDescription> all{
-      SrvRptRetrieve::description(),
-      SrvRptUpdate::description(),
-      RptPropItemClassInfo::description(),
+      SrvRptRetrieve::description(), SrvRptUpdate::description(), RptPropItemClassInfo::description(),
+      CsRetrieve::description(),     CsUpdate::description(),
   };
   return all;
 }
