@@ -16,7 +16,7 @@
 namespace tolvane::tsql::testing {
 
 // ASCII without regard to case, full-width forms as their narrow ones, accents count. The code page has two bytes for
-// each character of 0x4E00 .. 0x9FFF (its UTF-16 value, high byte first) and nothing else beyond ASCII.
+// each character of 0x4E00 .. 0x9FFF (its UTF-16 value from 0x8100 on, high byte first) and nothing else beyond ASCII.
 class PlainCollation : public Collation {
  public:
   int compare(std::string_view left, std::string_view right) const override {
@@ -36,7 +36,7 @@ class PlainCollation : public Collation {
   std::string toCodePage(std::string_view text) const override {
     std::string bytes;
     for (const char16_t unit : toUtf16(text)) {
-      if (unit >= 0x4E00 && unit <= 0x9FFF) bytes += static_cast<char>(unit >> 8);
+      if (unit >= 0x4E00 && unit <= 0x9FFF) bytes += static_cast<char>((unit + lead) >> 8);
       bytes += unit < 0x80 || (unit >= 0x4E00 && unit <= 0x9FFF) ? static_cast<char>(unit & 0xFF) : '?';
     }
     return bytes;
@@ -47,14 +47,15 @@ class PlainCollation : public Collation {
       const auto byte = static_cast<unsigned char>(bytes[i]);
       const bool pair = byte >= 0x80 && i + 1 < bytes.size();
       if (pair) ++i;
-      units += static_cast<char16_t>(pair          ? (byte << 8) | static_cast<unsigned char>(bytes[i])
-                                     : byte < 0x80 ? byte
-                                                   : '?');
+      const char16_t wide = static_cast<char16_t>((byte << 8) | static_cast<unsigned char>(bytes[i]));
+      units += pair ? static_cast<char16_t>(wide - lead) : static_cast<char16_t>(byte < 0x80 ? byte : '?');
     }
     return fromUtf16(units);
   }
 
  private:
+  static constexpr char16_t lead = 0x8100 - 0x4E00;
+
   std::string folded(std::string_view text) const {
     std::string result;
     for (std::size_t i = 0; i < text.size();) appendCharacter(result, fold(nextCharacter(text, i)));

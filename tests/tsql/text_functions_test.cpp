@@ -78,7 +78,7 @@ const std::vector<CallRow>& textRows() {
       {"ts_ltrim", {"   "}, "''"},
       {"ts_rtrim", {" a  "}, "' a'"},
       {"ts_ascii", {"Abc"}, "65"},
-      {"ts_ascii", {"报"}, "98"},
+      {"ts_ascii", {"报"}, "149"},
       {"ts_ascii", {""}, "null"},
       {"ts_char", {65}, "'A'"},
       {"ts_char", {200}, "'?'"},
