@@ -9,7 +9,7 @@
 -- Report store ------------------------------------------------------------------------------------------------------
 
 create table t_Rpt_Content (
-  FRptID        int identity(1,1) not null,
+  FRptID        int not null identity(1,1),
   FRptName      nvarchar(255) not null,
   FRptName_Cht  nvarchar(255) not null default (N''),
   FRptName_En   nvarchar(255) not null default (N''),
@@ -103,7 +103,7 @@ create index IX_t_Rpt_LeaderAudit on t_Rpt_LeaderAudit (FRptID)
 GO
 
 create table t_Rpt_EISDOC (
-  FID        int identity(1,1) not null,
+  FID        int not null identity(1,1),
   FName      nvarchar(255) not null,
   FLastDate  datetime null,
   FChecked   smallint not null default (0),
@@ -130,7 +130,7 @@ create index IX_t_CsRptGroup_Num on t_CsRptGroup (FRptGroupNum)
 GO
 
 create table t_CsRptContent (
-  FRptID      int identity(1,1) not null,
+  FRptID      int not null identity(1,1),
   FRptGroupID int not null,
   FRptType    smallint not null default (1),
   FCurrencyID int not null,
@@ -250,7 +250,7 @@ GO
 -- Batch print schemes -----------------------------------------------------------------------------------------------
 
 create table t_Rpt_PrintScheme (
-  FSchemeID   int identity(1,1) not null,
+  FSchemeID   int not null identity(1,1),
   FSchemeName nvarchar(255) not null,
   FAuthor     nvarchar(255) null,
   constraint PK_t_Rpt_PrintScheme primary key (FSchemeID)

@@ -15,7 +15,7 @@ create table t_Rpt_CsRptGroup (
 GO
 
 create table t_Rpt_CsRptContent (
-  FRptID        int identity(1,1) not null,
+  FRptID        int not null identity(1,1),
   FRptGroupName nvarchar(255) not null,
   FYear         int not null,
   FPeriod       int not null,
@@ -38,7 +38,7 @@ create table t_Rpt_CsRptItem (
 GO
 
 create table t_Rpt_CsRptItemData (
-  FID         int identity(1,1) not null,
+  FID         int not null identity(1,1),
   FItemNum    nvarchar(80) not null,
   FYear       int not null,
   FPeriod     int not null,

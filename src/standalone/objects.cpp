@@ -1,0 +1,71 @@
+#include "standalone/objects.h"
+
+#include <algorithm>
+
+#include "platform/error.h"
+
+namespace tolvane::standalone {
+namespace {
+
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
+
+bool sameKey(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+template <typename Items>
+const auto& at(const Items& items, std::int32_t index) {
+  if (index < 1 || static_cast<std::size_t>(index) > items.size()) raise(RuntimeError::subscriptOutOfRange);
+  return items[static_cast<std::size_t>(index) - 1];
+}
+
+}  // namespace
+
+std::int32_t Dictionary::count() const {
+  return static_cast<std::int32_t>(entries_.size());
+}
+
+std::string Dictionary::name(std::int32_t index) const {
+  return at(entries_, index).first;
+}
+
+const Value* Dictionary::find(std::string_view key) const {
+  const auto found =
+      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameKey(entry.first, key); });
+  return found == entries_.end() ? nullptr : &found->second;
+}
+
+Value Dictionary::item(std::string_view key) const {
+  return getValue(key);
+}
+
+Value Dictionary::getValue(std::string_view key, const Value& fallback) const {
+  const Value* value = find(key);
+  return value ? *value : fallback;
+}
+
+void Dictionary::set(std::string_view key, Value value) {
+  const auto found =
+      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameKey(entry.first, key); });
+  if (found != entries_.end()) {
+    found->second = std::move(value);
+  } else {
+    entries_.emplace_back(std::string(key), std::move(value));
+  }
+}
+
+std::int32_t List::count() const {
+  return static_cast<std::int32_t>(items_.size());
+}
+
+Value List::item(std::int32_t index) const {
+  return at(items_, index);
+}
+
+void List::add(Value value) {
+  items_.push_back(std::move(value));
+}
+
+}  // namespace tolvane::standalone

@@ -1,0 +1,44 @@
+#include "standalone/share_folder.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace tolvane::standalone {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A build folder lies at most this deep in the source tree ("build", "build/debug").
+constexpr int levelsAbove = 4;
+
+fs::path programFolder() {
+  std::error_code error;
+  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  return error ? fs::current_path(error) : program.parent_path();
+}
+
+bool isFolder(const fs::path& path) {
+  std::error_code ignored;
+  return fs::is_directory(path, ignored);
+}
+
+}  // namespace
+
+fs::path findShared(std::string_view name) {
+  if (const char* share = std::getenv("TOLVANE_SHARE")) return fs::path(share) / name;
+  fs::path folder = programFolder();
+  const fs::path installed = folder.parent_path() / "share" / "tolvane" / name;
+  if (isFolder(installed)) return installed;
+  for (int level = 0; level < levelsAbove && folder.has_relative_path(); ++level, folder = folder.parent_path()) {
+    // Its neighbours tell the source tree from any other folder of that name.
+    if (isFolder(folder / name) && isFolder(folder / "schema") && isFolder(folder / "resources")) return folder / name;
+  }
+  return {};
+}
+
+fs::path findResources() {
+  if (const char* folder = std::getenv("TOLVANE_RESOURCES")) return folder;
+  return findShared("resources");
+}
+
+}  // namespace tolvane::standalone
