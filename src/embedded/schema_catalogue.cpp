@@ -9,6 +9,12 @@
 namespace tolvane::embedded {
 namespace {
 
+// Object numbers of users' tables are large on SQL Server, and nobody should take them for row numbers.
+constexpr std::int64_t firstObjectId = 1977058079;
+
+// The compiler adds an index of this kind to a unique key that may hold nulls, one of which is allowed.
+constexpr std::string_view nullIndexEnd = "/null";
+
 std::string lowered(std::string_view text) {
   std::string result(text);
   for (char& c : result) {
@@ -149,9 +155,15 @@ const tsql::Table* SchemaCatalogue::findByIndex(std::string_view indexName) cons
 std::optional<std::int64_t> SchemaCatalogue::objectId(std::string_view name) const {
   const auto* found = entry(name);
   if (!found) return std::nullopt;
-  // Object numbers of users' tables are large on SQL Server, and nobody should take them for row numbers.
-  constexpr std::int64_t firstNumber = 1977058079;
-  return firstNumber - found->number;
+  return firstObjectId - found->number;
+}
+
+std::optional<std::string> SchemaCatalogue::objectName(std::int64_t id) const {
+  readNames();
+  for (const auto& [key, entry] : entries_) {
+    if (firstObjectId - entry.number == id) return entry.name;
+  }
+  return std::nullopt;
 }
 
 void SchemaCatalogue::readTable(Entry& entry) const {
@@ -195,6 +207,7 @@ void SchemaCatalogue::readIndexes(Entry& entry, const std::vector<int>& key) con
         {entry.name, entry.schema}, [&](sqlite3_stmt* row) {
           tsql::Index index;
           index.name = columnText(row, 0);
+          if (index.name.ends_with(nullIndexEnd)) return;
           index.unique = sqlite3_column_int(row, 1) != 0;
           const auto origin = columnText(row, 2);
           query(database_, "SELECT cid FROM pragma_index_info(?1, ?2) ORDER BY seqno", {index.name, entry.schema},
@@ -207,6 +220,9 @@ void SchemaCatalogue::readIndexes(Entry& entry, const std::vector<int>& key) con
             const bool named = number < names.uniques.size() && !names.uniques[number].empty();
             index.name = named ? names.uniques[number] : "UQ__" + table.name + "__" + std::to_string(number + 1);
           }
+          // An index whose name was taken in the database stands under its table's name.
+          const auto prefix = table.name + ".";
+          if (index.name.starts_with(prefix)) index.name.erase(0, prefix.size());
           table.indexes.push_back(std::move(index));
         });
   if (!keyListed && !key.empty()) {
@@ -230,15 +246,18 @@ tsql::SqlError SchemaCatalogue::explain(const ConstraintFailure& failure, std::s
     case SQLITE_CONSTRAINT_UNIQUE:
     case SQLITE_CONSTRAINT_PRIMARYKEY:
     case SQLITE_CONSTRAINT_ROWID: {
-      if (const auto name = indexInQuotes(object)) {
-        return {Message::DuplicateIndexRow, {withSchema(table), *name}};
+      if (auto name = indexInQuotes(object)) {
+        if (name->ends_with(nullIndexEnd)) name->resize(name->size() - nullIndexEnd.size());
+        if (owners_.contains(lowered(*name))) return {Message::DuplicateIndexRow, {withSchema(table), *name}};
+        return {Message::DuplicateKey, {"UNIQUE KEY", *name, withSchema(table)}};
       }
       const auto owner = tableOf(object);
       const auto* written = find(owner);
       const auto* index = written ? indexOver(*written, columnsOf(object)) : nullptr;
       if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", std::string(object), withSchema(owner)}};
       if (index->primary) return {Message::DuplicateKey, {"PRIMARY KEY", index->name, withSchema(owner)}};
-      const auto made = owners_.contains(lowered(index->name));
+      const auto made = owners_.contains(lowered(index->name)) ||
+                        owners_.contains(lowered(written->name) + "." + lowered(index->name));
       if (made) return {Message::DuplicateIndexRow, {withSchema(owner), index->name}};
       return {Message::DuplicateKey, {"UNIQUE KEY", index->name, withSchema(owner)}};
     }

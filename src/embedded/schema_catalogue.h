@@ -33,6 +33,9 @@ class SchemaCatalogue final : public tsql::Catalogue {
   /// A number for the table that stays the same as long as the table does; nothing without one.
   [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name) const;
 
+  /// The reverse.
+  [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const;
+
   /// What SQL Server says of a constraint of SQLite that did not hold. `verb` is INSERT, UPDATE or DELETE, `table` the
   /// table that was written.
   [[nodiscard]] tsql::SqlError explain(const ConstraintFailure& failure, std::string_view verb,

@@ -107,6 +107,9 @@ class Session final : public tsql::Session {
   [[nodiscard]] std::string userName() const override { return "dbo"; }
   [[nodiscard]] std::string version() const override;
   [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const override;
+  [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const override {
+    return catalogue_.objectName(id);
+  }
   [[nodiscard]] tsql::RandomState& random() override { return random_; }
   [[nodiscard]] std::array<std::byte, 16> uniqueBytes() override;
 

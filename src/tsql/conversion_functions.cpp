@@ -1,5 +1,7 @@
 // Conversion, assignment and LIKE: the functions that the compiler writes on its own account.
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <optional>
 
 #include "tsql/convert.h"
@@ -15,7 +17,10 @@ namespace {
 Result convertCall(Call& call) {
   if (call.args.size() > 3 && call.args[3].isNull()) return {};
   std::optional<int> style;
-  if (call.args.size() > 3 && call.args[3].integer() >= 0) style = static_cast<int>(call.args[3].integer());
+  if (call.args.size() > 3 && wholeNumber(call.args[3]) >= 0) {
+    constexpr std::int64_t beyondAllStyles = 1000;
+    style = static_cast<int>(std::min(wholeNumber(call.args[3]), beyondAllStyles));
+  }
   return convert(call.args[0], Type::unpack(call.args[1].integer()), Type::unpack(call.args[2].integer()), style,
                  call.collation);
 }
@@ -74,18 +79,46 @@ int scaleOf(const Type& type) {
   return type.kind == TypeKind::Decimal ? type.scale : type.isMoney() ? 4 : type.kind == TypeKind::DateTime ? 3 : 0;
 }
 
-// Declared column type of SQLite, then which of its properties: 'name', 'xtype', 'length', 'xprec' or 'xscale'.
+// CHARACTER_MAXIMUM_LENGTH of INFORMATION_SCHEMA.COLUMNS: -1 for `max`, null for what is neither text nor bytes.
+Result charactersOf(const Type& type) {
+  constexpr std::int64_t longestBytes = std::numeric_limits<std::int32_t>::max();
+  if (type.kind == TypeKind::NText) return longestBytes / 2;
+  if (type.kind == TypeKind::Text || type.kind == TypeKind::Image) return longestBytes;
+  return typeRow(type.kind).takesLength ? Result(type.length) : Result();
+}
+
+// NUMERIC_PRECISION and NUMERIC_SCALE there: null for what is no number, and no scale for floating point and bit.
+Result numericPrecisionOf(const Type& type) {
+  return type.isNumber() && type.kind != TypeKind::Bit ? Result(precisionOf(type)) : Result();
+}
+Result numericScaleOf(const Type& type) {
+  const bool scaled = type.isNumber() && !type.isFloat() && type.kind != TypeKind::Bit;
+  return scaled ? Result(scaleOf(type)) : Result();
+}
+
+// What the system tables tell of a column's type.
+struct TypeProperty {
+  std::string_view name;
+  Result (*of)(const Type& type);
+};
+constexpr std::array properties{
+    TypeProperty{"name", [](const Type& type) { return Result(std::string(type.baseName())); }},
+    TypeProperty{"xtype", [](const Type& type) { return Result(typeRow(type.kind).systemType); }},
+    TypeProperty{"length", [](const Type& type) { return Result(type.storageLength()); }},
+    TypeProperty{"xprec", [](const Type& type) { return Result(precisionOf(type)); }},
+    TypeProperty{"xscale", [](const Type& type) { return Result(scaleOf(type)); }},
+    TypeProperty{"characters", charactersOf},
+    TypeProperty{"precision", numericPrecisionOf},
+    TypeProperty{"scale", numericScaleOf},
+};
+
+// Declared column type of SQLite, then the name of one of the properties; null for a type that is none of T-SQL's.
 Result declaredType(Call& call) {
   if (anyNull(call)) return {};
   const auto type = Type::fromDeclared(call.args[0].text());
-  if (!type) return {};
-  const std::string_view what = call.args[1].text();
-  if (what == "name") return std::string(type->baseName());
-  if (what == "xtype") return typeRow(type->kind).systemType;
-  if (what == "length") return type->storageLength();
-  if (what == "xprec") return precisionOf(*type);
-  if (what == "xscale") return scaleOf(*type);
-  return {};
+  const auto property = std::find_if(properties.begin(), properties.end(),
+                                     [&](const TypeProperty& each) { return each.name == call.args[1].text(); });
+  return type && property != properties.end() ? property->of(*type) : Result();
 }
 
 constexpr std::array functions{

@@ -288,6 +288,13 @@ DateTime dateTimeOf(const Datum& value) {
   return textToDate(value.text(), Type::of(TypeKind::VarChar), Type::of(TypeKind::DateTime), std::nullopt);
 }
 
+std::int64_t wholeNumber(const Datum& value) {
+  if (value.kind() == Kind::Integer) return value.integer();
+  const auto whole = exactNumber(value).toInteger(Rounding::Cut);
+  if (!whole) throw SqlError(Message::ArithmeticOverflow, {expression, "bigint"});
+  return *whole;
+}
+
 Result convert(const Datum& value, const Type& from, const Type& to, std::optional<int> style,
                const Collation& collation) {
   if (value.isNull()) return {};

@@ -30,6 +30,9 @@ namespace tolvane::tsql {
 [[nodiscard]] double approximateNumber(const Datum& value);
 [[nodiscard]] DateTime dateTimeOf(const Datum& value);
 
+// A whole number, as functions take it for positions and counts: fractions are cut.
+[[nodiscard]] std::int64_t wholeNumber(const Datum& value);
+
 // What DATALENGTH tells: bytes that SQL Server's storage of the value takes.
 [[nodiscard]] std::int64_t dataLength(const Datum& value, const Type& type, const Collation& collation);
 

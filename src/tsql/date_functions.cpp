@@ -45,7 +45,7 @@ Result dateadd(Call& call) {
     throw SqlError(Message::UnsupportedDatePart, {nameOf(part), "dateadd", messageName(type)});
   }
   const DateBounds& bounds = dateAlone ? dateBounds : small ? smallDateTimeBounds : dateTimeBounds;
-  auto sum = dateAdd(part, call.args[1].integer(), dateTimeOf(call.args[2]), bounds);
+  auto sum = dateAdd(part, wholeNumber(call.args[1]), dateTimeOf(call.args[2]), bounds);
   if (sum && small) sum = roundedToMinute(*sum);
   if (!sum || !bounds.hold(sum->days)) throw SqlError(Message::DateOverflow, {messageName(type)});
   return dateAlone ? storedDate(sum->days) : storedDateTime(*sum);

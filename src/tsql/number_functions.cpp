@@ -23,12 +23,6 @@ Type resultType(const Call& call) {
   throw SqlError(Message::ArithmeticOverflow, {"expression", messageName(type)});
 }
 
-std::int64_t integerArgument(const Datum& value) {
-  const auto whole = exactNumber(value).toInteger(Rounding::Cut);
-  if (!whole) overflow(Type::of(TypeKind::BigInt));
-  return *whole;
-}
-
 // An exact number as a value of the type, which may be any number type.
 Result exactResult(const std::optional<Decimal>& number, const Type& type) {
   if (!number) overflow(type);
@@ -83,8 +77,8 @@ std::optional<Decimal> roundedExact(const Decimal& value, std::int64_t digits, R
 Result round(Call& call) {
   if (anyNull(call)) return {};
   const Type type = resultType(call);
-  const std::int64_t digits = integerArgument(call.args[1]);
-  const bool cut = call.args.size() > 3 && integerArgument(call.args[2]) != 0;
+  const std::int64_t digits = wholeNumber(call.args[1]);
+  const bool cut = call.args.size() > 3 && wholeNumber(call.args[2]) != 0;
   if (type.isFloat()) return floatResult(roundedFloat(approximateNumber(call.args[0]), digits, cut), type);
   return exactResult(roundedExact(exactNumber(call.args[0]), digits, cut ? Rounding::Cut : Rounding::HalfAway), type);
 }
@@ -92,7 +86,7 @@ Result round(Call& call) {
 enum class Towards { Floor, Ceiling };
 
 template <Towards towards>
-Result wholeNumber(Call& call) {
+Result wholePart(Call& call) {
   if (anyNull(call)) return {};
   const Type type = resultType(call);
   if (type.isFloat()) {
@@ -178,7 +172,7 @@ Result rand(Call& call) {
   if (!call.args.empty()) {
     if (call.args[0].isNull()) return {};
     constexpr std::int64_t modulus = 2147483563;
-    const std::int64_t seed = std::abs(integerArgument(call.args[0]) % modulus);
+    const std::int64_t seed = std::abs(wholeNumber(call.args[0]) % modulus);
     call.session.random() = {static_cast<std::int32_t>(seed == 0 ? 12345 : seed), 67890};
   }
   return nextRandom(call.session.random());
@@ -205,8 +199,8 @@ Result str(Call& call) {
   constexpr std::int64_t mostDecimals = 16;
   constexpr std::int64_t longest = 8000;
   if (anyNull(call)) return {};
-  const std::int64_t length = call.args.size() > 1 ? integerArgument(call.args[1]) : 10;
-  std::int64_t decimals = call.args.size() > 2 ? integerArgument(call.args[2]) : 0;
+  const std::int64_t length = call.args.size() > 1 ? wholeNumber(call.args[1]) : 10;
+  std::int64_t decimals = call.args.size() > 2 ? wholeNumber(call.args[2]) : 0;
   if (length < 1 || length > longest || decimals < 0) return {};
   decimals = std::min(decimals, mostDecimals);
   const double value = approximateNumber(call.args[0]);
@@ -224,8 +218,8 @@ Result str(Call& call) {
 constexpr std::array functions{
     Function{"ts_abs", 2, 2, true, abs},
     Function{"ts_round", 3, 4, true, round},
-    Function{"ts_floor", 2, 2, true, wholeNumber<Towards::Floor>},
-    Function{"ts_ceiling", 2, 2, true, wholeNumber<Towards::Ceiling>},
+    Function{"ts_floor", 2, 2, true, wholePart<Towards::Floor>},
+    Function{"ts_ceiling", 2, 2, true, wholePart<Towards::Ceiling>},
     Function{"ts_sign", 2, 2, true, sign},
     Function{"ts_power", 3, 3, true, power},
     Function{"ts_sqrt", 1, 1, true, floatFunction<squareRoot>},

@@ -16,13 +16,6 @@ enum class Operator { Add, Subtract, Multiply, Divide, Modulo };
   throw SqlError(Message::ArithmeticOverflow, {"expression", messageName(type)});
 }
 
-std::int64_t integerOperand(const Datum& value) {
-  if (value.kind() == Kind::Integer) return value.integer();
-  const auto whole = exactNumber(value).toInteger(Rounding::Cut);
-  if (!whole) overflow(Type::of(TypeKind::BigInt));
-  return *whole;
-}
-
 std::int64_t fitted(std::int64_t value, const Type& type) {
   if (!fitsInteger(value, type.kind)) overflow(type);
   return value;
@@ -136,7 +129,7 @@ Result arithmetic(Call& call) {
   const Datum& left = call.args[0];
   const Datum& right = call.args[1];
   const Type type = Type::unpack(call.args[2].integer());
-  if (type.isInteger()) return integerOperation(operation, integerOperand(left), integerOperand(right), type);
+  if (type.isInteger()) return integerOperation(operation, wholeNumber(left), wholeNumber(right), type);
   if (type.isFloat()) return floatOperation(operation, approximateNumber(left), approximateNumber(right), type);
   if (type.isExactText()) return exactOperation(operation, exactNumber(left), exactNumber(right), type);
   if (type.kind == TypeKind::DateTime || type.kind == TypeKind::SmallDateTime) {
@@ -149,7 +142,7 @@ Result arithmetic(Call& call) {
 Result negate(Call& call) {
   if (anyNull(call)) return {};
   const Type type = Type::unpack(call.args[1].integer());
-  if (type.isInteger()) return integerOperation(Operator::Subtract, 0, integerOperand(call.args[0]), type);
+  if (type.isInteger()) return integerOperation(Operator::Subtract, 0, wholeNumber(call.args[0]), type);
   if (type.isFloat()) return floatOperation(Operator::Subtract, 0, approximateNumber(call.args[0]), type);
   if (type.isExactText()) return exactText(exactNumber(call.args[0]).negated(), type, "expression");
   throw SqlError(Message::InvalidOperand, {messageName(type), "minus"});
@@ -160,8 +153,8 @@ enum class BitOperator { And, Or, Xor };
 template <BitOperator operation>
 Result bits(Call& call) {
   if (anyNull(call)) return {};
-  const std::int64_t left = integerOperand(call.args[0]);
-  const std::int64_t right = integerOperand(call.args[1]);
+  const std::int64_t left = wholeNumber(call.args[0]);
+  const std::int64_t right = wholeNumber(call.args[1]);
   switch (operation) {
     case BitOperator::And:
       return left & right;
@@ -176,7 +169,7 @@ Result bits(Call& call) {
 // value, packed type: as many bits as the type has.
 Result complement(Call& call) {
   if (anyNull(call)) return {};
-  const std::int64_t value = integerOperand(call.args[0]);
+  const std::int64_t value = wholeNumber(call.args[0]);
   const TypeKind kind = Type::unpack(call.args[1].integer()).kind;
   if (kind == TypeKind::Bit) return value == 0 ? 1 : 0;
   return kind == TypeKind::TinyInt ? ~value & 0xFF : ~value;

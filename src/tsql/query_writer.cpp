@@ -9,11 +9,6 @@ using tree::SetOperator;
 
 namespace {
 
-Type literalType(const ShapedBatch& batch, const Typed& value) {
-  const auto length = batch.literals[static_cast<std::size_t>(value.literal)].text.size();
-  return Type::text(value.type.kind, std::max<std::int32_t>(1, static_cast<std::int32_t>(length))).orNull(false);
-}
-
 std::string_view word(SetOperator operation) {
   switch (operation) {
     case SetOperator::None:

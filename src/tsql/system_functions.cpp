@@ -2,6 +2,7 @@
 #include <array>
 #include <string>
 
+#include "tsql/convert.h"
 #include "tsql/convert_binary.h"
 #include "tsql/function_groups.h"
 
@@ -26,7 +27,7 @@ Result objectId(Call& call) {
 
 Result objectName(Call& call) {
   if (anyNull(call)) return {};
-  auto name = call.session.objectName(call.args[0].integer());
+  auto name = call.session.objectName(wholeNumber(call.args[0]));
   return name ? Result(std::move(*name)) : Result();
 }
 
@@ -38,12 +39,17 @@ Result userName(Call& call) {
   return call.session.userName();
 }
 
+Result version(Call& call) {
+  return call.session.version();
+}
+
 constexpr std::array functions{
     Function{"ts_newid", 0, 0, false, newid},
     Function{"ts_object_id", 1, 2, false, objectId},
     Function{"ts_object_name", 1, 1, false, objectName},
     Function{"ts_db_name", 0, 0, false, databaseName},
     Function{"ts_user_name", 0, 0, false, userName},
+    Function{"ts_version", 0, 0, false, version},
 };
 
 }  // namespace

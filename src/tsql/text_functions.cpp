@@ -42,14 +42,14 @@ Result dataLengthCall(Call& call) {
 
 Result left(Call& call) {
   if (anyNull(call)) return {};
-  const std::int64_t count = call.args[1].integer();
+  const std::int64_t count = wholeNumber(call.args[1]);
   if (count < 0) throw SqlError(Message::InvalidLength, {"LEFT or SUBSTRING"});
   return part(call.args[0].text(), 0, count);
 }
 
 Result right(Call& call) {
   if (anyNull(call)) return {};
-  const std::int64_t count = call.args[1].integer();
+  const std::int64_t count = wholeNumber(call.args[1]);
   if (count < 0) throw SqlError(Message::InvalidRightLength, {"RIGHT"});
   const std::int64_t length = unitsOf(call.args[0].text());
   return part(call.args[0].text(), std::max<std::int64_t>(length - count, 0), count);
@@ -58,8 +58,8 @@ Result right(Call& call) {
 // text or bytes, start, length: what lies before position 1 counts in the length.
 Result substring(Call& call) {
   if (anyNull(call)) return {};
-  const std::int64_t start = call.args[1].integer();
-  const std::int64_t count = call.args[2].integer();
+  const std::int64_t start = wholeNumber(call.args[1]);
+  const std::int64_t count = wholeNumber(call.args[2]);
   if (count < 0) throw SqlError(Message::InvalidLength, {"LEFT or SUBSTRING"});
   const bool bytes = call.args[0].kind() == Kind::Blob;
   const auto length = bytes ? static_cast<std::int64_t>(call.args[0].blob().size()) : unitsOf(call.args[0].text());
@@ -76,7 +76,7 @@ Result charindex(Call& call) {
   if (anyNull(call)) return {};
   const std::u16string searched = foldedUnits(call.args[0].text(), call.collation);
   const std::u16string text = foldedUnits(call.args[1].text(), call.collation);
-  const std::int64_t start = call.args.size() > 2 ? std::max<std::int64_t>(call.args[2].integer(), 1) : 1;
+  const std::int64_t start = call.args.size() > 2 ? std::max<std::int64_t>(wholeNumber(call.args[2]), 1) : 1;
   if (searched.empty() || std::cmp_greater(start, text.size())) return 0;
   const auto found = text.find(searched, static_cast<std::size_t>(start - 1));
   return found == std::u16string::npos ? 0 : static_cast<std::int64_t>(found) + 1;
@@ -107,14 +107,14 @@ Result replace(Call& call) {
 
 // text, count, packed type of the text: 8000 bytes are the most, but for `max`.
 Result replicate(Call& call) {
-  if (anyNull(call) || call.args[1].integer() < 0) return {};
+  if (anyNull(call) || wholeNumber(call.args[1]) < 0) return {};
   const std::string_view text = call.args[0].text();
   const Type type = Type::unpack(call.args[2].integer());
   const bool unbounded = type.length == maxLength || type.isLongText();
   const std::int64_t most = type.isUnicode() ? mostBytes / 2 : mostBytes;
   constexpr std::int64_t mostOfMax = std::numeric_limits<std::int32_t>::max();  // bytes of varchar(max)
   const std::int64_t length = std::max<std::int64_t>(lengthIn(type, text, call.collation), 1);
-  const std::int64_t count = std::min(call.args[1].integer(), (unbounded ? mostOfMax : most) / length + 1);
+  const std::int64_t count = std::min(wholeNumber(call.args[1]), (unbounded ? mostOfMax : most) / length + 1);
   if (unbounded && count * static_cast<std::int64_t>(text.size()) > mostOfMax) throw SqlError(Message::Truncated);
   std::string repeated;
   repeated.reserve(static_cast<std::size_t>(count) * text.size());
@@ -136,8 +136,8 @@ Result reverse(Call& call) {
 Result stuff(Call& call) {
   if (call.args[0].isNull() || call.args[1].isNull() || call.args[2].isNull()) return {};
   const std::u16string text = toUtf16(call.args[0].text());
-  const std::int64_t start = call.args[1].integer();
-  const std::int64_t count = call.args[2].integer();
+  const std::int64_t start = wholeNumber(call.args[1]);
+  const std::int64_t count = wholeNumber(call.args[2]);
   if (start < 1 || count < 0 || std::cmp_greater(start, text.size())) return {};
   const auto first = static_cast<std::size_t>(start - 1);
   const auto removed = static_cast<std::size_t>(std::min<std::int64_t>(count, static_cast<std::int64_t>(text.size())));
@@ -148,8 +148,8 @@ Result stuff(Call& call) {
 }
 
 Result space(Call& call) {
-  if (anyNull(call) || call.args[0].integer() < 0) return {};
-  return std::string(static_cast<std::size_t>(std::min(call.args[0].integer(), mostBytes)), ' ');
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0) return {};
+  return std::string(static_cast<std::size_t>(std::min(wholeNumber(call.args[0]), mostBytes)), ' ');
 }
 
 template <char32_t (Collation::*mapping)(char32_t) const>
@@ -186,8 +186,8 @@ Result ascii(Call& call) {
 }
 
 Result character(Call& call) {
-  if (anyNull(call) || call.args[0].integer() < 0 || call.args[0].integer() > 255) return {};
-  const std::string byte(1, static_cast<char>(call.args[0].integer()));
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0 || wholeNumber(call.args[0]) > 255) return {};
+  const std::string byte(1, static_cast<char>(wholeNumber(call.args[0])));
   return isAscii(byte) ? byte : call.collation.fromCodePage(byte);
 }
 
@@ -198,8 +198,8 @@ Result unicode(Call& call) {
 }
 
 Result nationalCharacter(Call& call) {
-  if (anyNull(call) || call.args[0].integer() < 0 || call.args[0].integer() > 0xFFFF) return {};
-  return fromUtf16(std::u16string(1, static_cast<char16_t>(call.args[0].integer())));
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0 || wholeNumber(call.args[0]) > 0xFFFF) return {};
+  return fromUtf16(std::u16string(1, static_cast<char16_t>(wholeNumber(call.args[0]))));
 }
 
 // text[, quote]: a text of more than 128 units, or a quote that is none, gives null.

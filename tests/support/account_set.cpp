@@ -56,14 +56,13 @@ class Template {
  public:
   Template() : path_(temporaryName("template")) {
     removeFile(path_);
-    embedded::createAccountSet(path_.string());
+    embedded::EmbeddedEngine::createAccountSet(path_);
     {
       embedded::EmbeddedEngine engine;
       const auto connection = open(engine, path_.string());
       connection->begin();
       runScript(*connection, fileText(fs::path(TOLVANE_SOURCE_DIR) / "schema" / "accountset.sql"));
       connection->commit();
-      embedded::releaseConnections();
     }
   }
   ~Template() { removeFile(path_); }
@@ -121,7 +120,6 @@ AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std
 
 AccountSet::~AccountSet() {
   parts_.reset();
-  embedded::releaseConnections();
   removeFile(path_);
 }
 

@@ -15,6 +15,7 @@ const std::vector<CallRow>& systemRows() {
       {"ts_object_name", {6}, "null"},
       {"ts_db_name", {}, "'Accounts'"},
       {"ts_user_name", {}, "'dbo'"},
+      {"ts_version", {}, "'Version'"},
   };
   return rows;
 }

@@ -27,6 +27,8 @@ const std::vector<CallRow>& textRows() {
       {"ts_datalength", {Datum(), varchar()}, "null"},
       {"ts_left", {"abc", 2}, "'ab'"},
       {"ts_left", {"abc", 9}, "'abc'"},
+      {"ts_left", {"abc", 1.9}, "'a'"},
+      {"ts_left", {"abc", "2"}, "'ab'"},
       {"ts_left", {"报表", 1}, "'报'"},
       {"ts_left", {"abc", -1}, "537 Invalid length parameter passed to the LEFT or SUBSTRING function."},
       {"ts_right", {"abc", 2}, "'bc'"},
