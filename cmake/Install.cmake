@@ -14,7 +14,8 @@ install(FILES samples/README.md samples/demo.sql samples/older.sql samples/docum
   DESTINATION "${TOLVANE_SHARE}/samples")
 install(PROGRAMS samples/tour.sh DESTINATION "${TOLVANE_SHARE}/samples")
 install(FILES man/tolvane.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
-install(FILES README.md CHANGELOG.md docs/architecture.md docs/accountset.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/accountset.md docs/calls.md
+  DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME "${PROJECT_NAME}")
@@ -27,5 +28,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION database)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The tour's last step looks at the account set from outside.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS sqlite3)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 include(CPack)

@@ -1,4 +1,5 @@
--- A demonstration account set: what is inserted into a new one. Made by make_demo.py; change that instead.
+-- A demonstration account set: what is inserted into a new one.
+-- Made by make_demo.py; change that instead.
 -- Every name, number and amount in it is invented.
 
 -- Users and groups.

@@ -21,7 +21,8 @@ def balance_sheet(title, scale):
              ("预付账款", 312400.00, 298750.00), ("其他应收款", 88930.42, 102114.77), ("存货", 3567210.88, 3321904.15),
              ("固定资产", 5820000.00, 5640000.00), ("减：累计折旧", -1932450.17, -1786320.44), ("在建工程", 450000.00, 260000.00),
              ("无形资产", 720000.00, 756000.00), ("长期待摊费用", 96000.00, 108000.00)]
-    rows = [[name, index, round(end * scale, 2), round(start * scale, 2)] for index, (name, end, start) in enumerate(items, 1)]
+    rows = [[name, index, round(end * scale, 2), round(start * scale, 2)]
+            for index, (name, end, start) in enumerate(items, 1)]
     total = with_totals([[row[0], row[2], row[3]] for row in rows], "资产总计")[-1]
     move = str.maketrans("BC", "CD")
     rows.append([total[0], len(rows) + 1] + [cell.translate(move) for cell in total[1:]])
@@ -60,7 +61,8 @@ def ageing(title, partners, scale):
 def grid(title, headings, names, base, unit=UNIT):
     rows = []
     for index, name in enumerate(names, 1):
-        rows.append([name] + [round(base * (1 + 0.13 * index) * (1 + 0.07 * column), 2) for column in range(len(headings) - 1)])
+        rows.append([name] + [round(base * (1 + 0.13 * index) * (1 + 0.07 * column), 2)
+                              for column in range(len(headings) - 1)])
     return workbook(title, unit, headings, with_totals(rows, "合计"))
 
 
@@ -91,8 +93,8 @@ def workbooks():
     yield "payroll", grid("工资汇总表", ["部门", "应发", "扣款", "实发"], DEPARTMENTS, 86000.0)
     yield "product_cost", grid("产品成本计算表", ["产品", "直接材料", "直接人工", "制造费用"], ["产品甲", "产品乙", "产品丙", "产品丁"], 73200.0)
     yield "english_summary", grid("Management Summary", ["Item", "Actual", "Budget", "Last Year"],
-                                  ["Revenue", "Cost of sales", "Selling expenses", "Administration", "Finance cost"], 512000.0,
-                                  "Unit: RMB yuan")
+                                  ["Revenue", "Cost of sales", "Selling expenses", "Administration", "Finance cost"],
+                                  512000.0, "Unit: RMB yuan")
     for code, regime in (("small", "小企业会计制度"), ("standards", "新会计准则"), ("enterprise", "企业会计制度")):
         yield f"template_{code}_balance", balance_sheet(f"{regime}资产负债表", 0)
         yield f"template_{code}_income", income_statement(f"{regime}利润表", 0)
@@ -100,15 +102,16 @@ def workbooks():
 
 
 def other_files():
-    trend = [["月份", "收入", "成本"]] + [[month, 160000.0 + 4200.5 * i, 110000.0 + 3100.25 * i] for i, month in enumerate(MONTHS)]
+    trend = [["月份", "收入", "成本"]]
+    trend += [[month, 160000.0 + 4200.5 * index, 110000.0 + 3100.25 * index] for index, month in enumerate(MONTHS)]
     ratio = [["指标", "本期", "上期"], ["流动比率", 1.82, 1.76], ["速动比率", 1.13, 1.08], ["资产负债率", 0.46, 0.48]]
     staff = [["Department", "Head count"], ["Finance", 12.0], ["Sales", 31.0], ["Production", 86.0]]
     yield "trend.variant", variant_table(trend)
     yield "ratios.variant", variant_table(ratio)
     yield "staff.variant", variant_table(staff)
     for name, orientation, scale in (("portrait", "Portrait", 100), ("landscape", "Landscape", 85)):
-        text = f"[Page]\r\nPaper=A4\r\nOrientation={orientation}\r\nScale={scale}\r\nMargins=20,20,15,15\r\nCopies=1\r\n"
-        yield f"{name}.printer", text.encode("ascii")
+        lines = ["[Page]", "Paper=A4", f"Orientation={orientation}", f"Scale={scale}", "Margins=20,20,15,15", "Copies=1", ""]
+        yield f"{name}.printer", "\r\n".join(lines).encode("ascii")
 
 
 def main():

@@ -71,7 +71,8 @@ def _sheet(title, unit, headings, rows):
         body += f'<row r="{number}">{"".join(cells)}</row>'
     return ('<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n'
             '<worksheet xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">'
-            '<cols><col min="1" max="1" width="30" customWidth="1"/><col min="2" max="9" width="18" customWidth="1"/></cols>'
+            '<cols><col min="1" max="1" width="30" customWidth="1"/>'
+            '<col min="2" max="9" width="18" customWidth="1"/></cols>'
             f"<sheetData>{body}</sheetData></worksheet>")
 
 
@@ -89,7 +90,7 @@ def with_totals(rows, label, first=5):
 
 
 def workbook(title, unit, headings, rows):
-    """A zipped workbook of one sheet: title, unit, headings and rows; text in a row's cell is text, "=F|V" a formula."""
+    """A zipped workbook of one sheet: title, unit, headings and rows; a text "=F|V" is a formula F of value V."""
     parts = [("[Content_Types].xml", _TYPES), ("_rels/.rels", _RELATIONS),
              ("xl/workbook.xml", _WORKBOOK.format(name=escape(title)[:31])),
              ("xl/_rels/workbook.xml.rels", _WORKBOOK_RELATIONS), ("xl/styles.xml", _STYLES),

@@ -67,7 +67,7 @@ step call --table SrvRptRetrieve.GetRptlistOrderBy 'sOrderStr="FRptID DESC"' lGe
 
 title "5. The function menu was rebuilt: entries by classification, and the reports under each"
 step sql "select FSubFuncID, FFuncName, FFuncName_En from t_LocalSubFunc order by FIndex"
-step sql "select top 12 FSubFuncID, FDetailFuncID, FFuncName, FClassName from t_LocalDetailFunc order by FSubFuncID, FIndex"
+step sql "select top 12 FSubFuncID, FDetailFuncID, FFuncName from t_LocalDetailFunc order by FSubFuncID, FIndex"
 
 title "6. The document comes back as it was saved, byte for byte"
 fetch=(call SrvRptRetrieve.GetRptPlx "lRptID=$report")
@@ -81,7 +81,7 @@ printf 'no difference in %s bytes\n' "$(wc -c < fetched.xlsx)"
 
 title "7. Rights: the creator's, and who may do what with a report of the demonstration"
 step call SrvRptRetrieve.GetRptRight "lRptID=$report"
-step sql "select u.FName, r.FRightCode from t_Rpt_Right r inner join t_User u on u.FUserID = r.FUserID where r.FRptID = 1 order by r.FRightCode desc, u.FName"
+step sql "select u.FName, r.FRightCode from t_Rpt_Right r, t_User u where u.FUserID = r.FUserID and r.FRptID = 1"
 step call SrvRptRetrieve.GetRptAuthorize lRptID=1
 
 title "8. The same list for another user, in English: only what she may see"
@@ -93,10 +93,12 @@ step call --table RptPropItemClassInfo.GetAllPropName
 step call --table RptPropItemClassInfo.GetRptByProp 'sPropName="(用途)-对外报送"'
 
 title "10. What is refused says why, in the caller's language"
-refused call --dsn "$TOLVANE_DSN;Language=en" SrvRptUpdate.SavePlxToSrv 'sSysName="报表系统"' 'sRptName="  "' "vPlx=@$document" lOwner=1
+refused call --dsn "$TOLVANE_DSN;Language=en" SrvRptUpdate.SavePlxToSrv 'sSysName="GL"' 'sRptName="  "' \
+  "vPlx=@$document" lOwner=1
 
 title "11. The account set is an ordinary database"
-show sqlite3 demo.db "select FRptID, FRptName, FRptType, length(FRptData) from t_Rpt_Content where FRptID >= $((report - 3))"
-sqlite3 -box demo.db "select FRptID, FRptName, FRptType, length(FRptData) from t_Rpt_Content where FRptID >= $((report - 3))"
+look="select FRptID, FRptName, FRptType, length(FRptData) from t_Rpt_Content where FRptID >= $((report - 3))"
+show sqlite3 -box demo.db "$look"
+sqlite3 -box demo.db "$look"
 
 title "The account set stays in $folder/demo.db"

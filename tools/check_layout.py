@@ -3,7 +3,8 @@
 
   - a source file has at most 900 lines, unless it is a table (LONG_TABLES says which and why);
   - every folder of src/ has a line in docs/architecture.md;
-  - tests/ mirrors src/: a tests/F/x_test.cpp belongs to a src/F/x.h or x.cpp, or its folder is one of SHARED;
+  - tests/ mirrors src/: a tests/F/x_test.cpp, or x_conversation_test.cpp where the exact operations are tested, belongs to
+    a src/F/x.h or x.cpp, or its folder is one of SHARED;
   - a path in backquotes in README.md, CONTRIBUTING.md and docs/*.md exists.
 """
 
@@ -16,7 +17,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 LIMIT = 900
 LONG_TABLES = {}
 # Test folders that stand for no single folder of src/.
-SHARED = {"contract", "fault", "support", "tour", "sql"}
+SHARED = {"contract", "samples", "fault", "support", "tour", "sql"}
 # What documents may name although it is not in the tree: it is made by building.
 MADE = ("build/", "dist/", "docs/reference/")
 
@@ -45,7 +46,7 @@ def folders_without_a_line(names):
 def tests_without_a_subject(names):
     present = set(names)
     for name in names:
-        match = re.fullmatch(r"tests/(\w+)/(\w+)_test\.cpp", name)
+        match = re.fullmatch(r"tests/(\w+)/(\w+?)(?:_conversation)?_test\.cpp", name)
         if match and match[1] not in SHARED:
             stem = f"src/{match[1]}/{match[2]}"
             if not {f"{stem}.h", f"{stem}.cpp"} & present:
@@ -58,7 +59,7 @@ def paths_that_do_not_exist(names):
             continue
         for path in re.findall(r"`((?:\./)?[\w.-]+(?:/[\w.-]+)+/?)`", (ROOT / name).read_text(encoding="utf-8")):
             plain = path.removeprefix("./")
-            if not plain.startswith(MADE) and not (ROOT / plain).exists() and not (ROOT / name).parent.joinpath(plain).exists():
+            if not plain.startswith(MADE) and not any((base / plain).exists() for base in (ROOT, (ROOT / name).parent)):
                 yield f"{name}: names {path}, which does not exist"
 
 

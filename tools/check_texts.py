@@ -42,11 +42,13 @@ def main():
         key = value.strip(" ")
         if key in UNTRANSLATED:
             continue
-        findings += [f"{path}: {value!r} has no translation in ebo.{language}" for language in keys if key not in keys[language]]
+        findings += [f"{path}: {value!r} has no translation in ebo.{language}"
+                     for language in keys if key not in keys[language]]
     for key in sorted(set(keys["cht"]) ^ set(keys["en"])):
         findings.append(f"resources: {key!r} is in one of the files only")
     for language, table in keys.items():
-        findings += [f"resources/ebo.{language}: the key {key!r} has blanks at its ends" for key in table if key != key.strip(" ")]
+        findings += [f"resources/ebo.{language}: the key {key!r} has blanks at its ends"
+                     for key in table if key != key.strip(" ")]
     print("\n".join(findings), end="\n" if findings else "")
     return 1 if findings else 0
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Every check of the sources that is not a test, one door for all of them. Goes on after a failure and says at the end
-# what failed. Needs a build in build/ (clang-tidy reads its compile commands, the reference pages come from its program).
+# what failed. Needs a build in build/: clang-tidy reads its compile commands, and it has the program that
+# writes the reference pages.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 failed=()
@@ -13,25 +14,34 @@ check() {
   "$@" || failed+=("$name")
 }
 
-sources() { git ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do [ -f "$file" ] && echo "$file"; done; }
+sources() {
+  git ls-files --cached --others --exclude-standard -- "$@" | while read -r file; do
+    [ ! -f "$file" ] || echo "$file"
+  done
+}
 
 format() { sources '*.cpp' '*.h' | xargs -r clang-format --dry-run -Werror; }
 
+# Where it is remembered that a file had no findings: by the file's content, the shared headers and the settings.
+tidy_mark() {
+  local sum
+  sum="$(cat .clang-tidy "$1" $(sources 'src/platform/*.h' 'src/frame/*.h') | sha256sum | cut -c 1-16)"
+  echo "build/tidy/$(echo "$1" | tr / _).$sum"
+}
+
 # The service folders and what they stand on: no foreign headers there, so that a run takes a minute, not twenty.
-# The last run's findings hold for files that have not changed since; build/tidy remembers which.
 tidy() {
-  local file mark status=0 due=()
+  local file status=0 due=()
   mkdir -p build/tidy
   while read -r file; do
-    mark="build/tidy/$(echo "$file" | tr / _).$(cat .clang-tidy "$file" $(sources 'src/platform/*.h' 'src/frame/*.h') | sha256sum | cut -c 1-16)"
-    [ -e "$mark" ] || due+=("$file")
+    [ -e "$(tidy_mark "$file")" ] || due+=("$file")
   done < <(sources 'src/platform/*.cpp' 'src/frame/*.cpp' 'src/reportstore/*.cpp' 'src/classification/*.cpp' \
     'src/csreports/*.cpp' 'src/multiaccount/*.cpp' 'src/batchprint/*.cpp' 'src/catalogue/*.cpp')
   [ ${#due[@]} = 0 ] && return 0
   printf '%s\n' "${due[@]}" | xargs -P 2 -n 4 clang-tidy --quiet -p build 2> build/tidy/errors || status=1
   if [ "$status" = 0 ]; then
     for file in "${due[@]}"; do
-      touch "build/tidy/$(echo "$file" | tr / _).$(cat .clang-tidy "$file" $(sources 'src/platform/*.h' 'src/frame/*.h') | sha256sum | cut -c 1-16)"
+      touch "$(tidy_mark "$file")"
     done
   else
     grep -v 'warnings generated\|Suppressed\|Use -header-filter' build/tidy/errors >&2
@@ -41,7 +51,8 @@ tidy() {
 
 reference() {
   rm -rf build/reference
-  build/tolvane reference build/reference && diff -r build/reference docs/reference
+  mkdir -p build/reference
+  build/reference_pages build/reference && diff -r build/reference docs/reference
 }
 
 manual() { man --warnings -E UTF-8 -l man/tolvane.1 2>&1 > /dev/null | { ! grep .; }; }

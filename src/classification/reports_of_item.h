@@ -10,9 +10,6 @@
 
 namespace tolvane {
 
-/// The standard whose items stand for report types.
-inline constexpr std::int32_t natureStandard = 1;
-
 /// Who reads the list.
 struct ItemReader {
   bool seesSharedReports = false;

@@ -1,5 +1,6 @@
 #include "classification/rpt_prop_item_class_info.h"
 
+#include "classification/identifier_ranges.h"
 #include "classification/reports_of_item.h"
 #include "frame/identity.h"
 #include "frame/result_forms.h"

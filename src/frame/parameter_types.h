@@ -57,7 +57,10 @@ struct BoundedArray {
     elements.assign(count, Element{});
     dimensioned = true;
   }
-  [[nodiscard]] std::int32_t upper() const { return lower + static_cast<std::int32_t>(elements.size()) - 1; }
+  /// The last index; one below `lower` without elements, hence the wider type.
+  [[nodiscard]] std::int64_t upper() const {
+    return std::int64_t{lower} + static_cast<std::int64_t>(elements.size()) - 1;
+  }
   /// Error 9 outside the bounds.
   [[nodiscard]] Element& at(std::int32_t index);
   [[nodiscard]] const Element& at(std::int32_t index) const { return const_cast<BoundedArray*>(this)->at(index); }

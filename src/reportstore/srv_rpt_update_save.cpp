@@ -1,5 +1,4 @@
 // Saving a report.
-#include "frame/menu_refresh.h"
 #include "frame/service_errors.h"
 #include "frame/sql_text.h"
 #include "frame/variant_record.h"
@@ -47,8 +46,7 @@ std::int32_t SrvRptUpdate::SavePlxToSrv(const std::string& sDsn, const std::stri
     grantCreatorRight(call, id, userID);
   }
   registerObject(call, id, name);
-  refreshFuncMenu(platform(), call);
-  call.complete();
+  finishWithMenu(call);
   return id;
 }
 

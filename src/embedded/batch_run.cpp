@@ -1,0 +1,484 @@
+#include "embedded/batch_run.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "embedded/errors.h"
+#include "embedded/icu_collation.h"
+#include "embedded/utf8.h"
+#include "tsql/convert.h"
+#include "tsql/error_reach.h"
+
+namespace tolvane::embedded {
+namespace {
+
+using tsql::Datum;
+using tsql::Result;
+
+// Loops that never end are stopped by a command's deadline, which SQLite does not see between statements.
+constexpr int userError = 50000;
+constexpr int highestMessageSeverity = 10;
+
+bool sameType(const tsql::Type& a, const tsql::Type& b) {
+  return a.orNull() == b.orNull();
+}
+
+Datum literalDatum(const tsql::Literal& literal) {
+  if (literal.type.isInteger()) return {literal.integer};
+  if (literal.type.isFloat()) return {literal.real};
+  if (literal.type.isBinary())
+    return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
+  return {literal.text};
+}
+
+Result columnResult(sqlite3_stmt* statement, int column) {
+  const auto cell = Cell::of(statement, column);
+  switch (cell.kind) {
+    case Cell::Kind::integer:
+      return {cell.integer};
+    case Cell::Kind::real:
+      return {cell.real};
+    case Cell::Kind::text:
+      return {std::string(cell.text())};
+    case Cell::Kind::bytes: {
+      const auto* bytes = reinterpret_cast<const std::byte*>(cell.data);
+      return {tsql::Bytes(bytes, bytes + cell.size)};
+    }
+    case Cell::Kind::null:
+    case Cell::Kind::unread:
+      break;
+  }
+  return {};
+}
+
+class BatchRun {
+ public:
+  BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
+      : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
+    for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
+  }
+
+  BatchResult run(FirstRead firstRead);
+  BoundQuery compileOnlyQuery();
+
+ private:
+  void compile();
+  void runSteps(std::shared_ptr<CompiledProgram> program);
+  void runStep(CompiledProgram& program, std::size_t index);
+  void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
+  void compileRest(std::shared_ptr<CompiledProgram>& program);
+  void handle(const tsql::SqlError& error);
+
+  void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
+  void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
+  void runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step);
+  void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
+  void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
+  void runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step);
+  void runTransaction(const tsql::TransactionStep& step);
+  void runDeferred(CompiledProgram& program, const tsql::DeferredStep& step);
+  [[nodiscard]] bool holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step);
+
+  [[nodiscard]] Lease bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
+                            sqlite3_destructor_type lifetime);
+  void bind(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter, sqlite3_destructor_type lifetime);
+  void bindDatum(sqlite3_stmt* statement, int position, const Datum& value, sqlite3_destructor_type lifetime);
+  void bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
+                       sqlite3_destructor_type lifetime);
+  [[nodiscard]] BoundQuery boundQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
+  [[nodiscard]] bool isSingleQuery() const;
+  void settleResults();
+
+  std::shared_ptr<Session> session_;
+  const std::string& sql_;
+  const std::vector<PlaceholderValue>& placeholders_;
+  tsql::CompileOptions options_;
+  tsql::ShapedBatch batch_;
+  std::shared_ptr<CompiledProgram> compiled_;
+  std::vector<std::shared_ptr<CompiledProgram>> deferred_;  // kept while their rows may be read
+  std::vector<Result> variables_;
+  std::optional<tsql::SqlError> firstError_;
+  BatchResult result_;
+  std::size_t next_ = 0;
+  std::size_t settled_ = 0;  // how many of the results have been read to their end
+  bool changed_ = false;     // something has run that must not run twice
+  bool ended_ = false;
+};
+
+void BatchRun::compile() {
+  if (const auto place = invalidUtf8(sql_); place != std::string::npos) {
+    throw tsql::SqlError(102, 15, "Incorrect syntax: the text is not UTF-8 at byte " + std::to_string(place + 1) + ".");
+  }
+  batch_.assign(sql_);
+  auto& catalogue = session_->catalogue();
+  try {
+    compiled_ = session_->programs().find(batch_, catalogue, options_);
+  } catch (const tsql::SqlError&) {
+    // Another connection may have made the table or column that is missing here.
+    const auto before = catalogue.version();
+    catalogue.refresh();
+    if (catalogue.version() == before) throw;
+    compiled_ = session_->programs().find(batch_, catalogue, options_);
+  }
+  if (compiled_->program.steps.empty()) {
+    throw AutomationError(oledb::noCommand, std::string(commandSource),
+                          "Command text was not set for the command object.");
+  }
+  if (compiled_->program.placeholders > static_cast<int>(placeholders_.size())) {
+    throw AutomationError(oledb::parameterNotOptional, std::string(databaseSource),
+                          "No value given for one or more required parameters.");
+  }
+}
+
+bool BatchRun::isSingleQuery() const {
+  const auto& steps = compiled_->program.steps;
+  return steps.size() == 1 && std::holds_alternative<tsql::QueryStep>(steps.front().body);
+}
+
+BoundQuery BatchRun::boundQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step) {
+  const auto& prepared = program.steps[index];
+  // The values of a query that is read later must outlive the text that they came from.
+  return {bound(prepared.pools.front(), step.query.statement, SQLITE_TRANSIENT), prepared.shape, nullptr};
+}
+
+BoundQuery BatchRun::compileOnlyQuery() {
+  session_->catalogue().refresh();
+  compile();
+  if (!isSingleQuery()) throw tsql::SqlError(tsql::Message::InvalidObject, {"?"});
+  auto query = boundQuery(*compiled_, 0, std::get<tsql::QueryStep>(compiled_->program.steps.front().body));
+  query.program = compiled_;
+  return query;
+}
+
+BatchResult BatchRun::run(FirstRead firstRead) {
+  compile();
+  if (firstRead == FirstRead::whenAsked && isSingleQuery()) {
+    auto query = boundQuery(*compiled_, 0, std::get<tsql::QueryStep>(compiled_->program.steps.front().body));
+    query.program = compiled_;
+    auto recompile = [session = session_, sql = sql_, placeholders = placeholders_] {
+      return BatchRun(session, sql, placeholders).compileOnlyQuery();
+    };
+    result_.rowSets.push_back(std::make_shared<RowSet>(session_, std::move(query), sql_, std::move(recompile)));
+    return std::move(result_);
+  }
+  variables_.resize(compiled_->program.variables.size());
+  runSteps(compiled_);
+  if (firstError_) throw *firstError_;
+  return std::move(result_);
+}
+
+void BatchRun::runSteps(std::shared_ptr<CompiledProgram> program) {
+  const auto outer = std::exchange(next_, 0);
+  while (next_ < program->program.steps.size() && !ended_) {
+    const auto index = next_++;
+    attempt(program, index);
+  }
+  next_ = outer;
+}
+
+// The tables have changed since the program was compiled, by this batch or by another connection. Before the batch has
+// done anything it may begin anew; afterwards the rest of it is compiled again.
+void BatchRun::compileRest(std::shared_ptr<CompiledProgram>& program) {
+  if (program != compiled_) throw SchemaChanged();
+  const auto steps = compiled_->program.steps.size();
+  session_->catalogue().invalidate();
+  compile();
+  if (compiled_->program.steps.size() != steps) throw SchemaChanged();
+  program = compiled_;
+}
+
+void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index) {
+  const auto held = program;  // its steps stay, whatever is compiled meanwhile
+  const auto& body = held->program.steps[index].body;
+  try {
+    settleResults();
+    session_->beginStatement();
+    try {
+      runStep(*program, index);
+    } catch (const SchemaChanged&) {
+      if (!changed_) throw;
+      compileRest(program);
+      runStep(*program, index);
+    }
+    changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
+    const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
+    if (!keepsError) session_->setLastError(0);
+  } catch (const tsql::SqlError& error) {
+    handle(error);
+  } catch (const ConstraintFailure& failure) {
+    const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
+    const std::string_view verb = !execute                                           ? "INSERT"
+                                  : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
+                                  : execute->verb == tsql::ExecuteStep::Verb::Update ? "UPDATE"
+                                                                                     : "DELETE";
+    handle(session_->catalogue().explain(failure, verb, execute ? execute->table : std::string()));
+  }
+}
+
+void BatchRun::handle(const tsql::SqlError& error) {
+  session_->setLastError(error.number());
+  session_->setRowCount(0);
+  if (!firstError_) firstError_ = error;
+  if (tsql::reachOf(error) == tsql::ErrorReach::Batch) ended_ = true;
+}
+
+void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
+  const auto& body = program.program.steps[index].body;
+  if (const auto* query = std::get_if<tsql::QueryStep>(&body)) {
+    runQuery(program, index, *query);
+  } else if (const auto* execute = std::get_if<tsql::ExecuteStep>(&body)) {
+    runExecute(program, index, *execute);
+  } else if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
+    runDdl(program, index, *ddl);
+  } else if (const auto* unless = std::get_if<tsql::JumpUnlessStep>(&body)) {
+    if (!holds(program, index, *unless)) next_ = static_cast<std::size_t>(unless->target);
+  } else if (const auto* jump = std::get_if<tsql::JumpStep>(&body)) {
+    next_ = static_cast<std::size_t>(jump->target);
+  } else if (const auto* assign = std::get_if<tsql::AssignStep>(&body)) {
+    runAssign(program, index, *assign);
+  } else if (const auto* print = std::get_if<tsql::PrintStep>(&body)) {
+    runPrint(program, index, *print);
+  } else if (const auto* transaction = std::get_if<tsql::TransactionStep>(&body)) {
+    runTransaction(*transaction);
+  } else if (const auto* error = std::get_if<tsql::ErrorStep>(&body)) {
+    throw tsql::SqlError(error->number, 16, error->message);
+  } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
+    runRaise(program, index, *raised);
+  } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
+    runDeferred(program, *later);
+  }
+  // What is left are options, which need nothing done: row counts are not results here, with NOCOUNT or without.
+}
+
+// The rows of earlier queries stay what they were, whatever the statements after them do.
+void BatchRun::settleResults() {
+  if (settled_ == result_.rowSets.size()) return;
+  settled_ = result_.rowSets.size();
+  result_.rowSets.back()->readRest();
+  session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));
+}
+
+void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step) {
+  std::shared_ptr<CompiledProgram> owner = &program == compiled_.get() ? compiled_ : deferred_.back();
+  auto query = boundQuery(program, index, step);
+  query.program = owner;
+  std::function<BoundQuery()> recompile;
+  if (&program == compiled_.get() && isSingleQuery()) {
+    recompile = [session = session_, sql = sql_, placeholders = placeholders_] {
+      return BatchRun(session, sql, placeholders).compileOnlyQuery();
+    };
+  }
+  auto rows = std::make_shared<RowSet>(session_, std::move(query), sql_, std::move(recompile));
+  rows->readFirst();
+  result_.rowSets.push_back(std::move(rows));
+  session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));
+}
+
+void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
+  session_->beforeChange(step.table);
+  auto& database = session_->database();
+  const auto& pools = program.steps[index].pools;
+  std::int64_t changed = 0;
+  const auto work = [&] {
+    for (std::size_t i = 0; i < step.statements.size(); ++i) {
+      const auto statement = bound(pools[i], step.statements[i], SQLITE_STATIC);
+      while (database.step(statement.get())) {
+      }
+      if (static_cast<int>(i) == step.counted) changed = sqlite3_changes64(database.get());
+    }
+  };
+  // Alone and outside a transaction SQLite itself makes a statement whole or not at all.
+  if (step.statements.size() == 1 && !database.inTransaction()) {
+    work();
+  } else {
+    session_->atomically(work);
+  }
+  session_->setRowCount(changed);
+  if (step.setsIdentity && changed > 0) session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
+}
+
+void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
+  session_->beforeDefinition();
+  auto& database = session_->database();
+  const auto& pools = program.steps[index].pools;
+  session_->atomically([&] {
+    for (std::size_t i = 0; i < step.statements.size(); ++i) {
+      const auto statement = bound(pools[i], step.statements[i], SQLITE_STATIC);
+      while (database.step(statement.get())) {
+      }
+    }
+  });
+  session_->setDefinitionsChanged();
+  session_->setRowCount(0);
+}
+
+bool BatchRun::holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step) {
+  const auto statement = bound(program.steps[index].pools.front(), step.condition.statement, SQLITE_STATIC);
+  return session_->database().step(statement.get()) && sqlite3_column_int(statement.get(), 0) == 1;
+}
+
+void BatchRun::runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step) {
+  const auto statement = bound(program.steps[index].pools.front(), step.query.statement, SQLITE_STATIC);
+  std::vector<Result> last;
+  std::int64_t rows = 0;
+  while (session_->database().step(statement.get())) {
+    ++rows;
+    last.clear();
+    for (std::size_t i = 0; i < step.slots.size(); ++i)
+      last.push_back(columnResult(statement.get(), static_cast<int>(i)));
+  }
+  for (std::size_t i = 0; i < last.size(); ++i)
+    variables_[static_cast<std::size_t>(step.slots[i])] = std::move(last[i]);
+  session_->setRowCount(rows);
+}
+
+void BatchRun::runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step) {
+  // Nobody listens to messages here, but the expression may fail.
+  const auto statement = bound(program.steps[index].pools.front(), step.query.statement, SQLITE_STATIC);
+  (void)session_->database().step(statement.get());
+}
+
+void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step) {
+  std::string message;
+  std::int64_t severity = 0;
+  {
+    const auto statement = bound(program.steps[index].pools.front(), step.query.statement, SQLITE_STATIC);
+    if (session_->database().step(statement.get())) {
+      message = Cell::of(statement.get(), 0).kind == Cell::Kind::text ? Cell::of(statement.get(), 0).text() : "";
+      severity = sqlite3_column_int64(statement.get(), 1);
+    }
+  }
+  if (severity > highestMessageSeverity) throw tsql::SqlError(userError, static_cast<int>(severity), message);
+}
+
+void BatchRun::runTransaction(const tsql::TransactionStep& step) {
+  switch (step.verb) {
+    case tsql::TransactionStep::Verb::Begin:
+      return session_->begin();
+    case tsql::TransactionStep::Verb::Commit:
+      return session_->commit();
+    case tsql::TransactionStep::Verb::Rollback:
+      return session_->rollback();
+  }
+}
+
+void BatchRun::runDeferred(CompiledProgram& program, const tsql::DeferredStep& step) {
+  auto& catalogue = session_->catalogue();
+  catalogue.refresh();
+  deferred_.push_back(std::make_shared<CompiledProgram>(
+      tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version()));
+  const auto current = deferred_.back();
+  runSteps(current);
+}
+
+Lease BatchRun::bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
+                      sqlite3_destructor_type lifetime) {
+  Lease lease(session_->database(), pool);
+  int position = 0;
+  for (const auto& parameter : statement.parameters) bind(lease.get(), ++position, parameter, lifetime);
+  return lease;
+}
+
+void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
+                    sqlite3_destructor_type lifetime) {
+  using Source = tsql::Parameter::Source;
+  const auto index = static_cast<std::size_t>(parameter.index);
+  const auto bindValue = [&](const Datum& value, sqlite3_destructor_type life) {
+    if (sameType(parameter.from, parameter.to)) return bindDatum(statement, position, value, life);
+    const auto converted = tsql::convert(value, parameter.from, parameter.to, std::nullopt, accountSetCollation());
+    bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
+  };
+  switch (parameter.source) {
+    case Source::Literal:
+      return bindValue(literalDatum(batch_.literals[index]), lifetime);
+    case Source::Variable:
+      return bindValue(variables_[index].datum(), lifetime);
+    case Source::Placeholder:
+      return bindPlaceholder(statement, position, parameter, lifetime);
+    case Source::RowCount:
+      return bindValue(Datum(session_->rowCount()), lifetime);
+    case Source::Error:
+      return bindValue(Datum(session_->lastError()), lifetime);
+    case Source::TranCount:
+      return bindValue(Datum(session_->transactionCount()), lifetime);
+    case Source::Identity:
+    case Source::ScopeIdentity: {
+      const auto identity = session_->identity();
+      if (!identity) return bindValue(Datum(), lifetime);
+      return bindValue(Datum(std::to_string(*identity)), SQLITE_TRANSIENT);
+    }
+    case Source::Fetch:
+      return bindValue(Datum(-1), lifetime);  // no cursor has been read from
+  }
+}
+
+void BatchRun::bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
+                               sqlite3_destructor_type lifetime) {
+  const auto& value = placeholders_[static_cast<std::size_t>(parameter.index)];
+  const Datum datum =
+      value.document
+          ? Datum(tsql::BytesView(reinterpret_cast<const std::byte*>(value.document->data()), value.document->size()))
+          : value.value.datum();
+  if (sameType(parameter.from, parameter.to) || (value.document && parameter.to.isBinary() && parameter.to.isLong())) {
+    return bindDatum(statement, position, datum, lifetime);
+  }
+  const auto converted = tsql::convert(datum, parameter.from, parameter.to, std::nullopt, accountSetCollation());
+  bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
+}
+
+void BatchRun::bindDatum(sqlite3_stmt* statement, int position, const Datum& value, sqlite3_destructor_type lifetime) {
+  int code = SQLITE_OK;
+  switch (value.kind()) {
+    case tsql::Kind::Null:
+      code = sqlite3_bind_null(statement, position);
+      break;
+    case tsql::Kind::Integer:
+      code = sqlite3_bind_int64(statement, position, value.integer());
+      break;
+    case tsql::Kind::Real:
+      code = sqlite3_bind_double(statement, position, value.real());
+      break;
+    case tsql::Kind::Text: {
+      const auto text = value.text();
+      // Without a place in memory SQLite would take an empty text for null.
+      code =
+          sqlite3_bind_text64(statement, position, text.empty() ? "" : text.data(), text.size(), lifetime, SQLITE_UTF8);
+      break;
+    }
+    case tsql::Kind::Blob: {
+      const auto bytes = value.blob();
+      code = bytes.empty() ? sqlite3_bind_zeroblob(statement, position, 0)
+                           : sqlite3_bind_blob64(statement, position, bytes.data(), bytes.size(), lifetime);
+      break;
+    }
+  }
+  if (code != SQLITE_OK) session_->database().fail(code);
+}
+
+}  // namespace
+
+BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string& sql,
+                     const std::vector<PlaceholderValue>& placeholders, FirstRead firstRead) {
+  constexpr int attempts = 4;
+  for (int attempt = 1;; ++attempt) {
+    try {
+      return BatchRun(session, sql, placeholders).run(firstRead);
+    } catch (const tsql::SqlError& error) {
+      throw session->failure(error, sql);
+    } catch (const ConstraintFailure& failure) {
+      throw session->failure(session->catalogue().explain(failure, "INSERT", {}), sql);
+    } catch (const SchemaChanged&) {
+      session->catalogue().refresh();
+      if (attempt == attempts) {
+        throw session->failure(storageError(session->database().name(), SQLITE_SCHEMA, "its tables keep changing"),
+                               sql);
+      }
+    } catch (const AutomationError& error) {
+      const bool counted = error.source() != databaseSource || !error.database().sql.empty();
+      if (counted) throw;
+      throw session->failure(error, sql);
+    }
+  }
+}
+
+}  // namespace tolvane::embedded

@@ -1,0 +1,87 @@
+#include "embedded/embedded_engine.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "embedded/embedded_connection.h"
+#include "embedded/errors.h"
+
+namespace tolvane::embedded {
+namespace {
+
+// Open files kept by a thread that has let go of their connections: opening costs as much as many statements.
+constexpr std::size_t keptSessions = 4;
+
+struct FileIdentity {
+  dev_t device = 0;
+  ino_t inode = 0;
+  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+FileIdentity identityOf(const std::filesystem::path& file) {
+  struct stat info {};
+  if (::stat(file.c_str(), &info) != 0) return {};
+  return {info.st_dev, info.st_ino};
+}
+
+struct Kept {
+  FileIdentity identity;
+  std::chrono::milliseconds busyTimeout{};
+  std::shared_ptr<Session> session;
+  std::weak_ptr<EmbeddedConnection> connection;
+};
+
+// The one used last is first.
+std::vector<Kept>& keptByThisThread() {
+  thread_local std::vector<Kept> kept;
+  return kept;
+}
+
+std::shared_ptr<EmbeddedConnection> connectionOf(Kept& kept) {
+  if (auto connection = kept.connection.lock()) return connection;
+  auto connection = std::make_shared<EmbeddedConnection>(kept.session);
+  kept.connection = connection;
+  return connection;
+}
+
+// Those whose connection is in use stay, or the thread would come to two connections to one account set.
+void forgetOldest(std::vector<Kept>& kept) {
+  for (auto i = kept.size(); i > 0 && kept.size() > keptSessions; --i) {
+    const auto candidate = kept.begin() + static_cast<std::ptrdiff_t>(i - 1);
+    if (candidate->connection.expired()) kept.erase(candidate);
+  }
+}
+
+}  // namespace
+
+std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& name) {
+  const auto text = name.get("Database");
+  if (text.empty()) {
+    throw openError(name.publicText(), "the data source names no file. Write it as Database=path.");
+  }
+  const std::filesystem::path file(text);
+  const auto identity = identityOf(file);
+  auto& kept = keptByThisThread();
+  // A file that was removed and made again under its name is another account set.
+  const auto found = std::find_if(kept.begin(), kept.end(), [&](const Kept& k) {
+    return identity != FileIdentity{} && k.identity == identity && k.busyTimeout == options_.busyTimeout;
+  });
+  if (found != kept.end()) {
+    std::rotate(kept.begin(), found, found + 1);
+    return connectionOf(kept.front());
+  }
+  auto session = std::make_shared<Session>(file, options_.busyTimeout);
+  kept.insert(kept.begin(), Kept{identity, options_.busyTimeout, std::move(session), {}});
+  auto connection = connectionOf(kept.front());
+  forgetOldest(kept);
+  return connection;
+}
+
+void EmbeddedEngine::createAccountSet(const std::filesystem::path& file) {
+  Database::create(file);
+}
+
+}  // namespace tolvane::embedded

@@ -1,0 +1,13 @@
+// The collation of account sets: Chinese order by pinyin, made of ICU's rules.
+#pragma once
+
+#include <memory>
+
+#include "tsql/collation.h"
+
+namespace tolvane::embedded {
+
+/// The one collation of the process. Letter case, character width and trailing blanks do not count, accents do.
+[[nodiscard]] const tsql::Collation& accountSetCollation();
+
+}  // namespace tolvane::embedded

@@ -1,0 +1,272 @@
+#include "embedded/schema_catalogue.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+#include "embedded/constraint_names.h"
+
+namespace tolvane::embedded {
+namespace {
+
+// Object numbers of users' tables are large on SQL Server, and nobody should take them for row numbers.
+constexpr std::int64_t firstObjectId = 1977058079;
+
+// The compiler adds an index of this kind to a unique key that may hold nulls, one of which is allowed.
+constexpr std::string_view nullIndexEnd = "/null";
+
+std::string lowered(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  }
+  return result;
+}
+
+std::string columnText(sqlite3_stmt* statement, int column) {
+  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+  return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))) : std::string();
+}
+
+// Runs one of the catalogue's own queries; `values` are its text parameters.
+void query(Database& database, const char* text, std::initializer_list<std::string_view> values,
+           const std::function<void(sqlite3_stmt*)>& row) {
+  const Lease lease(database, std::make_shared<StatementPool>(text));
+  int index = 0;
+  for (const auto value : values) {
+    sqlite3_bind_text(lease.get(), ++index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
+  }
+  while (database.stepOwn(lease.get())) row(lease.get());
+}
+
+// The words after "<kind> constraint failed: ".
+std::string_view failedObject(std::string_view message) {
+  const auto colon = message.find(": ");
+  return colon == std::string_view::npos ? std::string_view() : message.substr(colon + 2);
+}
+
+// "t.a, t.b" -> t; "index 'x'" -> nothing.
+std::string_view tableOf(std::string_view object) {
+  return object.substr(0, object.find('.'));
+}
+
+std::vector<std::string> columnsOf(std::string_view object) {
+  std::vector<std::string> columns;
+  while (!object.empty()) {
+    const auto comma = object.find(", ");
+    const auto item = object.substr(0, comma);
+    const auto point = item.rfind('.');
+    columns.emplace_back(point == std::string_view::npos ? item : item.substr(point + 1));
+    object = comma == std::string_view::npos ? std::string_view() : object.substr(comma + 2);
+  }
+  return columns;
+}
+
+std::optional<std::string> indexInQuotes(std::string_view object) {
+  constexpr std::string_view start = "index '";
+  if (!object.starts_with(start) || !object.ends_with('\'')) return std::nullopt;
+  return std::string(object.substr(start.size(), object.size() - start.size() - 1));
+}
+
+const tsql::Index* indexOver(const tsql::Table& table, const std::vector<std::string>& columns) {
+  for (const auto& index : table.indexes) {
+    if (!index.unique || index.columns.size() != columns.size()) continue;
+    const bool same = std::equal(columns.begin(), columns.end(), index.columns.begin(),
+                                 [&](const std::string& name, int ordinal) { return table.find(name) == ordinal; });
+    if (same) return &index;
+  }
+  return nullptr;
+}
+
+std::string withSchema(std::string_view table) {
+  return "dbo." + std::string(table);
+}
+
+}  // namespace
+
+SchemaCatalogue::SchemaCatalogue(Database& database)
+    : database_(database), versionPragma_(std::make_shared<StatementPool>("PRAGMA schema_version")) {}
+
+std::int64_t SchemaCatalogue::schemaVersion() const {
+  const Lease lease(database_, versionPragma_);
+  return database_.stepOwn(lease.get()) ? sqlite3_column_int64(lease.get(), 0) : 0;
+}
+
+void SchemaCatalogue::invalidate() {
+  namesRead_ = false;
+  owners_.clear();
+  // Programs of the old version may still hold tables; they go when the next change comes.
+  retired_.clear();
+  for (auto& [name, entry] : entries_) {
+    if (entry.table) retired_.push_back(std::move(entry.table));
+  }
+  entries_.clear();
+  ++version_;
+}
+
+void SchemaCatalogue::refresh() {
+  if (namesRead_ && schemaVersion() != readVersion_) invalidate();
+}
+
+void SchemaCatalogue::readNames() const {
+  if (namesRead_) return;
+  readVersion_ = schemaVersion();
+  const auto take = [&](std::string schema) {
+    return [this, schema = std::move(schema)](sqlite3_stmt* row) {
+      const auto kind = columnText(row, 0);
+      auto name = columnText(row, 1);
+      if (kind == "index") {
+        owners_.insert_or_assign(lowered(name), lowered(columnText(row, 2)));
+      } else if (!name.starts_with("sqlite_")) {
+        auto key = lowered(name);
+        entries_.insert_or_assign(std::move(key), Entry{std::move(name), schema, kind, columnText(row, 3),
+                                                        sqlite3_column_int64(row, 4), nullptr});
+      }
+    };
+  };
+  query(database_,
+        "SELECT type, name, tbl_name, sql, rowid FROM main.sqlite_master WHERE type IN ('table','view','index')", {},
+        take("main"));
+  query(database_,
+        "SELECT type, name, tbl_name, sql, -rowid FROM temp.sqlite_master WHERE type IN ('table','view','index')", {},
+        take("temp"));
+  namesRead_ = true;
+}
+
+SchemaCatalogue::Entry* SchemaCatalogue::entry(std::string_view name) const {
+  readNames();
+  const auto found = entries_.find(lowered(name));
+  return found == entries_.end() ? nullptr : &found->second;
+}
+
+const tsql::Table* SchemaCatalogue::find(std::string_view name) const {
+  auto* found = entry(name);
+  if (!found) return nullptr;
+  if (!found->table) readTable(*found);
+  return found->table.get();
+}
+
+const tsql::Table* SchemaCatalogue::findByIndex(std::string_view indexName) const {
+  readNames();
+  const auto owner = owners_.find(lowered(indexName));
+  return owner == owners_.end() ? nullptr : find(owner->second);
+}
+
+std::optional<std::int64_t> SchemaCatalogue::objectId(std::string_view name) const {
+  const auto* found = entry(name);
+  if (!found) return std::nullopt;
+  return firstObjectId - found->number;
+}
+
+std::optional<std::string> SchemaCatalogue::objectName(std::int64_t id) const {
+  readNames();
+  for (const auto& [key, entry] : entries_) {
+    if (firstObjectId - entry.number == id) return entry.name;
+  }
+  return std::nullopt;
+}
+
+void SchemaCatalogue::readTable(Entry& entry) const {
+  entry.table = std::make_unique<tsql::Table>();
+  entry.table->name = entry.name;
+  entry.table->view = entry.kind == "view";
+  entry.table->temporary = entry.schema == "temp";
+  std::vector<int> key;
+  readColumns(entry, key);
+  if (!entry.table->view) readIndexes(entry, key);
+}
+
+void SchemaCatalogue::readColumns(Entry& entry, std::vector<int>& key) const {
+  std::vector<std::pair<int, int>> keyColumns;  // place in the key, ordinal
+  const bool numbered = lowered(entry.sql).find("autoincrement") != std::string::npos;
+  query(database_, "SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_info(?1, ?2)",
+        {entry.name, entry.schema}, [&](sqlite3_stmt* row) {
+          tsql::Column column;
+          column.name = columnText(row, 0);
+          const auto declared = columnText(row, 1);
+          const auto type = tsql::Type::fromDeclared(declared);
+          column.type = type.value_or(tsql::Type::text(tsql::TypeKind::NVarChar, tsql::maxLength));
+          const int place = sqlite3_column_int(row, 4);
+          column.identity = numbered && place == 1 && lowered(declared) == "integer";
+          column.type.nullable = sqlite3_column_int(row, 2) == 0 && !column.identity;
+          column.defaultText = columnText(row, 3);
+          if (place > 0) keyColumns.emplace_back(place, static_cast<int>(entry.table->columns.size()));
+          entry.table->columns.push_back(std::move(column));
+        });
+  std::sort(keyColumns.begin(), keyColumns.end());
+  for (const auto& [place, ordinal] : keyColumns) key.push_back(ordinal);
+}
+
+void SchemaCatalogue::readIndexes(Entry& entry, const std::vector<int>& key) const {
+  auto& table = *entry.table;
+  const auto names = constraintNames(entry.sql);
+  std::size_t uniqueNumber = 0;
+  bool keyListed = false;
+  // The list comes in the reverse order of making.
+  query(database_, "SELECT name, \"unique\", origin FROM pragma_index_list(?1, ?2) ORDER BY seq DESC",
+        {entry.name, entry.schema}, [&](sqlite3_stmt* row) {
+          tsql::Index index;
+          index.name = columnText(row, 0);
+          if (index.name.ends_with(nullIndexEnd)) return;
+          index.unique = sqlite3_column_int(row, 1) != 0;
+          const auto origin = columnText(row, 2);
+          query(database_, "SELECT cid FROM pragma_index_info(?1, ?2) ORDER BY seqno", {index.name, entry.schema},
+                [&](sqlite3_stmt* column) { index.columns.push_back(sqlite3_column_int(column, 0)); });
+          if (origin == "pk") {
+            index.primary = keyListed = true;
+            index.name = names.primaryKey.empty() ? "PK__" + table.name : names.primaryKey;
+          } else if (origin == "u") {
+            const auto number = uniqueNumber++;
+            const bool named = number < names.uniques.size() && !names.uniques[number].empty();
+            index.name = named ? names.uniques[number] : "UQ__" + table.name + "__" + std::to_string(number + 1);
+          }
+          // An index whose name was taken in the database stands under its table's name.
+          const auto prefix = table.name + ".";
+          if (index.name.starts_with(prefix)) index.name.erase(0, prefix.size());
+          table.indexes.push_back(std::move(index));
+        });
+  if (!keyListed && !key.empty()) {
+    // The row number itself is the key: SQLite keeps no index for it.
+    table.indexes.push_back({names.primaryKey.empty() ? "PK__" + table.name : names.primaryKey, key, true, true});
+  }
+}
+
+tsql::SqlError SchemaCatalogue::explain(const ConstraintFailure& failure, std::string_view verb,
+                                        std::string_view table) const {
+  using tsql::Message;
+  const auto object = failedObject(failure.what());
+  switch (failure.code()) {
+    case SQLITE_CONSTRAINT_NOTNULL: {
+      const auto columns = columnsOf(object);
+      return {515, 16,
+              "Cannot insert the value NULL into column '" + (columns.empty() ? std::string() : columns.front()) +
+                  "', table '" + withSchema(tableOf(object)) + "'; column does not allow nulls. " + std::string(verb) +
+                  " fails."};
+    }
+    case SQLITE_CONSTRAINT_UNIQUE:
+    case SQLITE_CONSTRAINT_PRIMARYKEY:
+    case SQLITE_CONSTRAINT_ROWID: {
+      if (auto name = indexInQuotes(object)) {
+        if (name->ends_with(nullIndexEnd)) name->resize(name->size() - nullIndexEnd.size());
+        if (owners_.contains(lowered(*name))) return {Message::DuplicateIndexRow, {withSchema(table), *name}};
+        return {Message::DuplicateKey, {"UNIQUE KEY", *name, withSchema(table)}};
+      }
+      const auto owner = tableOf(object);
+      const auto* written = find(owner);
+      const auto* index = written ? indexOver(*written, columnsOf(object)) : nullptr;
+      if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", std::string(object), withSchema(owner)}};
+      if (index->primary) return {Message::DuplicateKey, {"PRIMARY KEY", index->name, withSchema(owner)}};
+      const auto made = owners_.contains(lowered(index->name)) ||
+                        owners_.contains(lowered(written->name) + "." + lowered(index->name));
+      if (made) return {Message::DuplicateIndexRow, {withSchema(owner), index->name}};
+      return {Message::DuplicateKey, {"UNIQUE KEY", index->name, withSchema(owner)}};
+    }
+    case SQLITE_CONSTRAINT_FOREIGNKEY:
+      return {Message::ConstraintConflict,
+              {verb, verb == "DELETE" ? "REFERENCE" : "FOREIGN KEY", "FK_" + std::string(table), withSchema(table)}};
+    default:
+      return {Message::ConstraintConflict, {verb, "CHECK", object, withSchema(table)}};
+  }
+}
+
+}  // namespace tolvane::embedded

@@ -1,0 +1,178 @@
+#include "embedded/session.h"
+
+#include <algorithm>
+#include <cctype>
+#include <ctime>
+#include <filesystem>
+#include <utility>
+
+#include "embedded/errors.h"
+
+namespace tolvane::embedded {
+namespace {
+
+// Own statements are few; the bound only guards against a caller that updates hundreds of tables in turn.
+constexpr std::size_t ownStatementBound = 256;
+
+// An object name as OBJECT_ID takes it: the last part of "db.owner.name", without brackets.
+std::string_view lastPart(std::string_view name) {
+  const auto point = name.rfind('.');
+  if (point != std::string_view::npos) name.remove_prefix(point + 1);
+  if (name.size() >= 2 && name.front() == '[' && name.back() == ']') name = name.substr(1, name.size() - 2);
+  return name;
+}
+
+}  // namespace
+
+Session::Session(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout)
+    : database_(file, busyTimeout), functions_(database_, *this), catalogue_(database_) {
+  sqlite3_randomness(sizeof random_.first, &random_.first);
+  random_.first &= 0x3FFFFFFF;
+}
+
+Session::~Session() {
+  rollbackIfAny();
+}
+
+void Session::begin() {
+  if (depth_ == 0) {
+    // A statement in the middle of its rows keeps the state that it began with, and SQLite does not let a connection
+    // write on an old state.
+    settleRunning();
+    runOwn("BEGIN IMMEDIATE");
+  }
+  ++depth_;
+}
+
+void Session::commit() {
+  if (depth_ == 0) throw tsql::SqlError(tsql::Message::CommitWithoutBegin);
+  if (depth_ == 1) {
+    runOwn("COMMIT");
+    definitionsChanged_ = false;
+  }
+  --depth_;
+}
+
+void Session::rollback() {
+  if (depth_ == 0) throw tsql::SqlError(tsql::Message::RollbackWithoutBegin);
+  settleRunning();
+  depth_ = 0;
+  // SQLite may have ended the transaction by itself, as it does when the disk is full.
+  if (database_.inTransaction()) runOwn("ROLLBACK");
+  if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
+}
+
+void Session::rollbackIfAny() noexcept {
+  depth_ = 0;
+  if (database_.inTransaction()) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+  if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
+}
+
+void Session::undo(bool whole) noexcept {
+  if (!database_.inTransaction()) {
+    depth_ = 0;
+    return;
+  }
+  const char* text = whole ? "ROLLBACK" : "ROLLBACK TO tolvane_statement; RELEASE tolvane_statement";
+  sqlite3_exec(database_.get(), text, nullptr, nullptr, nullptr);
+}
+
+void Session::beforeChange(std::string_view table, const OpenReader* changer) {
+  // Settling takes a reader off the list.
+  const auto readers = readers_;
+  for (auto* reader : readers) {
+    // Outside a transaction a running reader would hold the write back, whatever it reads.
+    const bool disturbed = reader == changer ? reader->running() : reader->reads(table);
+    if (disturbed || (depth_ == 0 && reader->running())) reader->settle();
+  }
+}
+
+void Session::beforeDefinition() {
+  const auto readers = readers_;
+  for (auto* reader : readers) reader->settle();
+}
+
+void Session::settleRunning() {
+  const auto readers = readers_;
+  for (auto* reader : readers) {
+    if (reader->running()) reader->settle();
+  }
+}
+
+Lease Session::own(const std::string& text) {
+  auto found = ownStatements_.find(text);
+  if (found == ownStatements_.end()) {
+    if (ownStatements_.size() >= ownStatementBound) ownStatements_.clear();
+    found = ownStatements_.emplace(text, std::make_shared<StatementPool>(text)).first;
+  }
+  return {database_, found->second};
+}
+
+void Session::runOwn(const std::string& text) {
+  const auto statement = own(text);
+  while (database_.stepOwn(statement.get())) {
+  }
+}
+
+void Session::setDefinitionsChanged() {
+  catalogue_.invalidate();
+  definitionsChanged_ = depth_ > 0;
+}
+
+AutomationError Session::failure(const tsql::SqlError& error, std::string_view sql) {
+  ++failures_;
+  lastError_ = error.number();
+  return toAutomationError(error, sql);
+}
+
+AutomationError Session::failure(AutomationError error, std::string_view sql) {
+  ++failures_;
+  auto detail = error.database();
+  if (detail.sql.empty()) detail.sql = sql;
+  error.withDatabase(std::move(detail));
+  // A full disk and the like end SQLite's transaction together with the statement.
+  if (!database_.inTransaction()) depth_ = 0;
+  return error;
+}
+
+tsql::DateTime Session::now() const {
+  if (now_) return *now_;
+  std::timespec moment{};
+  std::timespec_get(&moment, TIME_UTC);
+  std::tm local{};
+  localtime_r(&moment.tv_sec, &local);
+  const auto milliseconds = static_cast<int>(moment.tv_nsec / 1'000'000);
+  const auto second = std::min(local.tm_sec, 59);
+  const auto ticks = tsql::ticksOf({local.tm_hour, local.tm_min, second, milliseconds});
+  now_ = tsql::carried(tsql::daysOf({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}), ticks)
+             .value_or(tsql::DateTime{});
+  return *now_;
+}
+
+std::string Session::databaseName() const {
+  return std::filesystem::path(database_.name()).stem().string();
+}
+
+std::string Session::version() const {
+  return std::string("Tolvane embedded account set, SQLite ") + sqlite3_libversion();
+}
+
+std::optional<std::int64_t> Session::objectId(std::string_view name, std::string_view type) const {
+  const auto* table = catalogue_.find(lastPart(name));
+  if (!table) return std::nullopt;
+  if (!type.empty()) {
+    std::string wanted(type);
+    while (!wanted.empty() && wanted.back() == ' ') wanted.pop_back();
+    const std::string_view kind = table->view ? "V" : "U";
+    if (!tsql::sameName(wanted, kind)) return std::nullopt;
+  }
+  return catalogue_.objectId(table->name);
+}
+
+std::array<std::byte, 16> Session::uniqueBytes() {
+  std::array<std::byte, 16> bytes{};
+  sqlite3_randomness(static_cast<int>(bytes.size()), bytes.data());
+  return bytes;
+}
+
+}  // namespace tolvane::embedded

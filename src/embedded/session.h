@@ -1,0 +1,136 @@
+// One connection to an account set from the inside: the open file, what T-SQL knows of it, its transaction, and the
+// record sets that still read from it.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "embedded/database.h"
+#include "embedded/function_bridge.h"
+#include "embedded/program_cache.h"
+#include "embedded/schema_catalogue.h"
+#include "platform/error.h"
+#include "tsql/functions.h"
+
+namespace tolvane::embedded {
+
+/// Something that still reads rows by a running statement.
+class OpenReader {
+ public:
+  virtual ~OpenReader() = default;
+  /// Reads what is left, so that nothing that happens to the tables from now on can be seen in the rows.
+  virtual void settle() = 0;
+  /// Whether rows of the table are among those that are read.
+  [[nodiscard]] virtual bool reads(std::string_view table) const = 0;
+  /// Whether a statement of it is in the middle of its rows.
+  [[nodiscard]] virtual bool running() const = 0;
+
+ protected:
+  OpenReader() = default;
+  OpenReader(const OpenReader&) = default;
+  OpenReader& operator=(const OpenReader&) = default;
+};
+
+/// Used by one thread. Record sets and commands hold it alive.
+class Session final : public tsql::Session {
+ public:
+  Session(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout);
+  ~Session() override;
+
+  [[nodiscard]] Database& database() { return database_; }
+  [[nodiscard]] SchemaCatalogue& catalogue() { return catalogue_; }
+  [[nodiscard]] ProgramCache& programs() { return programs_; }
+
+  // Transactions. The depth is @@TRANCOUNT.
+  /// Begins one, or counts one more. Waits for writers of other connections.
+  void begin();
+  /// Ends the innermost; the outermost one writes. Raises 3902 without one.
+  void commit();
+  /// Undoes everything, whatever the depth. Raises 3903 without one.
+  void rollback();
+  /// The same, for want of a transaction without an error.
+  void rollbackIfAny() noexcept;
+
+  /// Runs `work` so that all of its changes are made or none.
+  template <typename Work>
+  void atomically(Work&& work) {
+    const bool whole = depth_ == 0;
+    runOwn(whole ? "BEGIN IMMEDIATE" : "SAVEPOINT tolvane_statement");
+    try {
+      work();
+      runOwn(whole ? "COMMIT" : "RELEASE tolvane_statement");
+    } catch (const std::exception&) {
+      undo(whole);
+      throw;
+    }
+  }
+
+  /// Settles the record sets that a change of the table's rows would disturb. `changer` is the one that makes the
+  /// change, which need not read what it has not begun to read.
+  void beforeChange(std::string_view table, const OpenReader* changer = nullptr);
+  /// Settles all, because tables are about to be made or to go.
+  void beforeDefinition();
+  void add(OpenReader& reader) { readers_.push_back(&reader); }
+  void remove(OpenReader& reader) noexcept { std::erase(readers_, &reader); }
+
+  /// A prepared form of one of the engine's own texts.
+  [[nodiscard]] Lease own(const std::string& text);
+  void runOwn(const std::string& text);
+
+  // What the running batch tells the next statement.
+  void beginStatement() { now_.reset(); }
+  void setRowCount(std::int64_t rows) { rowCount_ = rows; }
+  void setLastError(std::int32_t number) { lastError_ = number; }
+  void setIdentity(std::int64_t identity) { identity_ = identity; }
+  void setDefinitionsChanged();
+
+  /// Counts an error of the database and hands it on as automation sees it.
+  [[nodiscard]] AutomationError failure(const tsql::SqlError& error, std::string_view sql);
+  [[nodiscard]] AutomationError failure(AutomationError error, std::string_view sql);
+  [[nodiscard]] std::uint64_t failures() const { return failures_; }
+
+  // tsql::Session
+  [[nodiscard]] tsql::DateTime now() const override;
+  [[nodiscard]] std::int64_t rowCount() const override { return rowCount_; }
+  [[nodiscard]] std::int32_t lastError() const override { return lastError_; }
+  [[nodiscard]] std::int32_t transactionCount() const override { return depth_; }
+  [[nodiscard]] std::optional<std::int64_t> identity() const override { return identity_; }
+  [[nodiscard]] std::optional<std::int64_t> scopeIdentity() const override { return identity_; }
+  [[nodiscard]] std::string databaseName() const override;
+  [[nodiscard]] std::string userName() const override { return "dbo"; }
+  [[nodiscard]] std::string version() const override;
+  [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const override;
+  [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const override {
+    return catalogue_.objectName(id);
+  }
+  [[nodiscard]] tsql::RandomState& random() override { return random_; }
+  [[nodiscard]] std::array<std::byte, 16> uniqueBytes() override;
+
+ private:
+  void undo(bool whole) noexcept;
+  void settleRunning();
+
+  Database database_;
+  FunctionBridge functions_;
+  SchemaCatalogue catalogue_;
+  ProgramCache programs_;
+  std::unordered_map<std::string, std::shared_ptr<StatementPool>> ownStatements_;
+  std::vector<OpenReader*> readers_;
+  std::int32_t depth_ = 0;
+  bool definitionsChanged_ = false;
+  std::int64_t rowCount_ = 0;
+  std::int32_t lastError_ = 0;
+  std::optional<std::int64_t> identity_;
+  std::uint64_t failures_ = 0;
+  mutable std::optional<tsql::DateTime> now_;
+  tsql::RandomState random_;
+};
+
+}  // namespace tolvane::embedded

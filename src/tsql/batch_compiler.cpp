@@ -1,0 +1,338 @@
+#include "tsql/batch_compiler.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "tsql/parser.h"
+
+namespace tolvane::tsql {
+
+using tree::StatementKind;
+using tree::StatementNode;
+
+namespace {
+
+bool isDefinition(StatementKind kind) {
+  return kind == StatementKind::CreateTable || kind == StatementKind::CreateIndex || kind == StatementKind::AlterAdd ||
+         kind == StatementKind::AlterDropColumn || kind == StatementKind::DropTable || kind == StatementKind::DropIndex;
+}
+
+bool defines(const StatementNode& node) {
+  if (isDefinition(node.kind)) return true;
+  if (node.kind == StatementKind::Select && node.query->body->select && !node.query->body->select->into.empty())
+    return true;
+  return std::ranges::any_of(node.statements, [](const auto& inner) { return defines(*inner); });
+}
+
+// Statements that say nothing about tables are compiled at once, whatever came before them.
+bool namesTables(StatementKind kind) {
+  switch (kind) {
+    case StatementKind::Select:
+    case StatementKind::Insert:
+    case StatementKind::Update:
+    case StatementKind::Delete:
+    case StatementKind::Truncate:
+    case StatementKind::If:
+    case StatementKind::Set:
+    case StatementKind::Declare:
+    case StatementKind::Print:
+      return true;
+    default:
+      return isDefinition(kind);
+  }
+}
+
+bool usesVariable(const tree::Expression& expression, const std::string& name) {
+  if (expression.kind == tree::ExpressionKind::Variable && sameName(expression.name, name)) return true;
+  const auto uses = [&](const tree::ExpressionPtr& part) { return part && usesVariable(*part, name); };
+  return std::ranges::any_of(expression.arguments, uses) || uses(expression.operand) || uses(expression.otherwise);
+}
+
+}  // namespace
+
+void BatchCompiler::declareVariables(const std::vector<tree::StatementPtr>& statements) {
+  for (const auto& node : statements) {
+    declareVariables(node->statements);
+    for (const auto& declaration : node->declarations) {
+      const auto same = [&](const Variable& other) { return sameName(other.name, declaration.name); };
+      if (std::ranges::any_of(program_.variables, same)) {
+        throw SqlError(Message::VariableDeclaredTwice, {declaration.name}).at(lineOf(batch_, declaration.token));
+      }
+      program_.variables.push_back({declaration.name, declaration.type});
+    }
+  }
+}
+
+void BatchCompiler::compileAll(const std::vector<tree::StatementPtr>& statements) {
+  for (const auto& node : statements) statement(*node, false);
+}
+
+void BatchCompiler::compileReached(const StatementNode& node) {
+  statement(node, true);
+}
+
+// A statement on tables that are not there yet, or whose tables the batch may have changed by then, waits until it is
+// reached.
+void BatchCompiler::statement(const StatementNode& node, bool reached) {
+  const std::size_t steps = program_.steps.size();
+  const auto defer = [&] {
+    program_.steps.resize(steps);
+    program_.returnsRows = program_.returnsRows || node.kind == StatementKind::Select || node.kind == StatementKind::If;
+    add(node, DeferredStep{node.token, node.endToken});
+  };
+  if (definitionsSeen_ && !reached && namesTables(node.kind)) return defer();
+  try {
+    dispatch(node);
+  } catch (const UnknownTable& unknown) {
+    if (reached) throw SqlError(Message::InvalidObject, {unknown.name}).at(lineOf(batch_, unknown.token));
+    defer();
+  } catch (SqlError& failure) {
+    if (failure.line() == 0) failure.at(lineOf(batch_, node.token));
+    throw;
+  }
+  if (defines(node)) definitionsSeen_ = true;
+}
+
+int BatchCompiler::add(const StatementNode& node, StepBody body) {
+  program_.steps.push_back({lineOf(batch_, node.token), std::move(body)});
+  return next() - 1;
+}
+
+void BatchCompiler::sendTo(int step, int target) {
+  auto& body = program_.steps[static_cast<std::size_t>(step)].body;
+  if (auto* jump = std::get_if<JumpStep>(&body)) jump->target = target;
+  if (auto* jump = std::get_if<JumpUnlessStep>(&body)) jump->target = target;
+}
+
+// What depends on the catalogue only fails when the statement is reached: it may stand behind an IF that keeps it from
+// that.
+void BatchCompiler::error(const StatementNode& node, const SqlError& failure) {
+  add(node, ErrorStep{failure.number(), failure.message()});
+}
+
+void BatchCompiler::written(const Table& table) {
+  auto& tables = program_.tablesWritten;
+  if (std::ranges::find(tables, table.name) == tables.end()) tables.push_back(table.name);
+}
+
+void BatchCompiler::dispatch(const StatementNode& node) {
+  writer_.beginStatement();
+  switch (node.kind) {
+    case StatementKind::Select:
+      return select(node);
+    case StatementKind::Insert:
+      return insert(node);
+    case StatementKind::Update:
+      return update(node);
+    case StatementKind::Delete:
+      return remove(node);
+    case StatementKind::Truncate:
+      return truncate(node);
+    case StatementKind::CreateTable:
+      return createTable(node);
+    case StatementKind::CreateIndex:
+      return createIndex(node);
+    case StatementKind::AlterAdd:
+      return alterAdd(node);
+    case StatementKind::AlterDropColumn:
+      return alterDrop(node);
+    case StatementKind::DropTable:
+      return dropTable(node);
+    case StatementKind::DropIndex:
+      return dropIndex(node);
+    case StatementKind::If:
+      return conditional(node);
+    case StatementKind::While:
+      return loop(node);
+    case StatementKind::Block:
+      return compileAll(node.statements);
+    case StatementKind::Break:
+    case StatementKind::Continue:
+      return leaveLoop(node);
+    case StatementKind::Return:
+      add(node, JumpStep{-1});
+      return;
+    case StatementKind::Declare:
+      return declare(node);
+    case StatementKind::Set:
+      return assignVariable(node, node.name, *node.value, node.operation);
+    case StatementKind::Print:
+      return print(node);
+    case StatementKind::RaiseError:
+      return raise(node);
+    case StatementKind::Begin:
+      add(node, TransactionStep{TransactionStep::Verb::Begin});
+      return;
+    case StatementKind::Commit:
+      add(node, TransactionStep{TransactionStep::Verb::Commit});
+      return;
+    case StatementKind::Rollback:
+      add(node, TransactionStep{TransactionStep::Verb::Rollback});
+      return;
+    case StatementKind::Option:
+      add(node, OptionStep{node.name, node.on});
+      return;
+    case StatementKind::IdentityInsert: {
+      const std::string& name = changedTable(node.table).name;
+      if (node.on) {
+        identityInsert_.insert(name);
+      } else {
+        identityInsert_.erase(name);
+      }
+      add(node, OptionStep{"IDENTITY_INSERT " + name, node.on});
+      return;
+    }
+  }
+}
+
+int BatchCompiler::conditionStep(const StatementNode& node, const tree::Expression& condition) {
+  writer_.beginStatement();
+  Query query;
+  query.statement = writer_.finish("SELECT " + writer_.condition(condition, nullptr));
+  query.columns.push_back({"", Type::of(TypeKind::Bit), "", "", false});
+  return add(node, JumpUnlessStep{std::move(query), 0});
+}
+
+void BatchCompiler::conditional(const StatementNode& node) {
+  const int test = conditionStep(node, *node.where);
+  statement(*node.statements[0], false);
+  if (node.statements.size() == 1) return sendTo(test, next());
+  const int end = add(node, JumpStep{});
+  sendTo(test, next());
+  // The ELSE branch does not run after the other one, so definitions there do not reach it.
+  const bool seen = std::exchange(definitionsSeen_, false);
+  statement(*node.statements[1], false);
+  definitionsSeen_ = definitionsSeen_ || seen;
+  sendTo(end, next());
+}
+
+void BatchCompiler::loop(const StatementNode& node) {
+  if (defines(node)) definitionsSeen_ = true;
+  loops_.push_back({next(), {}});
+  const int test = conditionStep(node, *node.where);
+  statement(*node.statements[0], false);
+  add(node, JumpStep{loops_.back().begin});
+  sendTo(test, next());
+  for (const int step : loops_.back().breaks) sendTo(step, next());
+  loops_.pop_back();
+}
+
+void BatchCompiler::leaveLoop(const StatementNode& node) {
+  const bool leaves = node.kind == StatementKind::Break;
+  if (loops_.empty()) {
+    throw SqlError(leaves ? 135 : 136, 15,
+                   std::string("Cannot use a ") + (leaves ? "BREAK" : "CONTINUE") +
+                       " statement outside the scope of a WHILE statement.")
+        .at(lineOf(batch_, node.token));
+  }
+  const int step = add(node, JumpStep{loops_.back().begin});
+  if (leaves) loops_.back().breaks.push_back(step);
+}
+
+void BatchCompiler::declare(const StatementNode& node) {
+  for (const auto& declaration : node.declarations) {
+    if (declaration.value) assignVariable(node, declaration.name, *declaration.value, {});
+  }
+}
+
+void BatchCompiler::assignVariable(const StatementNode& node, const std::string& name, const tree::Expression& value,
+                                   const std::string& operation) {
+  writer_.beginStatement();
+  const int slot = writer_.variableSlot(name, node.token);
+  const Type type = program_.variables[static_cast<std::size_t>(slot)].type;
+  Typed result;
+  if (operation.empty()) {
+    result = writer_.expression(value, nullptr);
+  } else {
+    result = writer_.compound(operation, name, value, node.token);
+  }
+  AssignStep step;
+  step.slots.push_back(slot);
+  step.query.statement = writer_.finish("SELECT " + writer_.convert(std::move(result), type, Writer::When::Late).sql);
+  step.query.columns.push_back({"", type, "", "", false});
+  add(node, std::move(step));
+}
+
+void BatchCompiler::select(const StatementNode& node) {
+  const auto& body = *node.query->body;
+  if (body.select && !body.select->into.empty()) return selectInto(node, *body.select);
+  const bool assigns =
+      body.select && std::ranges::any_of(body.select->items, [](const auto& item) { return !item.variable.empty(); });
+  if (assigns) return selectVariables(node, *body.select);
+  const BoundQuery query = writer_.bind(*node.query, nullptr, false);
+  program_.returnsRows = true;
+  add(node, QueryStep{writer_.finishQuery(query)});
+}
+
+void BatchCompiler::selectVariables(const StatementNode& node, const tree::Select& select) {
+  AssignStep step;
+  for (const auto& item : select.items) {
+    if (item.variable.empty()) {
+      throw SqlError(
+          141, 15,
+          "A SELECT statement that assigns a value to a variable must not be combined with data-retrieval operations.")
+          .at(lineOf(batch_, item.token));
+    }
+    step.slots.push_back(writer_.variableSlot(item.variable, item.token));
+    if (!select.from.empty() && usesVariable(*item.expression, item.variable)) {
+      throw notSupported(batch_, item.token, "a variable that grows from row to row");
+    }
+  }
+  BoundQuery query = writer_.bind(*node.query, nullptr, false);
+  for (std::size_t i = 0; i < step.slots.size(); ++i) {
+    const Type& type = program_.variables[static_cast<std::size_t>(step.slots[i])].type;
+    Typed& value = query.body->outputs[i].value;
+    value = writer_.convert(std::move(value), type, Writer::When::Late);
+    step.query.columns.push_back({"", type, "", "", false});
+  }
+  step.query.statement = writer_.finish(writer_.render(query, false));
+  add(node, std::move(step));
+}
+
+void BatchCompiler::print(const StatementNode& node) {
+  Typed value = writer_.expression(*node.value, nullptr);
+  if (!value.type.isText()) value = writer_.convert(std::move(value), Type::text(TypeKind::NVarChar, 4000));
+  PrintStep step;
+  step.query.statement = writer_.finish("SELECT " + value.sql);
+  step.query.columns.push_back({"", value.type, "", "", false});
+  add(node, std::move(step));
+}
+
+void BatchCompiler::raise(const StatementNode& node) {
+  Typed message = writer_.expression(*node.arguments[0], nullptr);
+  if (!message.type.isText()) throw notSupported(batch_, node.arguments[0]->token, "RAISERROR with a message number");
+  const Typed severity = writer_.convert(writer_.expression(*node.arguments[1], nullptr), Type::of(TypeKind::Int));
+  RaiseStep step;
+  step.query.statement = writer_.finish("SELECT " + message.sql + "," + severity.sql);
+  step.query.columns.push_back({"", message.type, "", "", false});
+  step.query.columns.push_back({"", Type::of(TypeKind::Int), "", "", false});
+  add(node, std::move(step));
+}
+
+Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const CompileOptions& options) {
+  Program program;
+  program.placeholders = batch.placeholders;
+  Parser parser(batch, program.structuralLiterals);
+  const auto statements = parser.parseBatch();
+  BatchCompiler compiler(batch, catalogue, program, options);
+  compiler.declareVariables(statements);
+  compiler.compileAll(statements);
+  auto& structural = program.structuralLiterals;
+  std::ranges::sort(structural);
+  structural.erase(std::ranges::unique(structural).begin(), structural.end());
+  return program;
+}
+
+Program compileDeferred(const ShapedBatch& batch, const Program& program, const DeferredStep& step,
+                        const Catalogue& catalogue, const CompileOptions& options) {
+  Program result;
+  result.variables = program.variables;
+  result.placeholders = program.placeholders;
+  Parser parser(batch, result.structuralLiterals);
+  const auto statement = parser.parseStatementAt(step.firstToken);
+  BatchCompiler compiler(batch, catalogue, result, options);
+  compiler.compileReached(*statement);
+  return result;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,99 @@
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tsql/writer.h"
+
+namespace tolvane::tsql {
+
+// Turns the statements of a batch into the steps of a program.
+class BatchCompiler {
+ public:
+  BatchCompiler(const ShapedBatch& batch, const Catalogue& catalogue, Program& program, const CompileOptions& options)
+      : batch_(batch), catalogue_(catalogue), program_(program), writer_(batch, catalogue, program, options) {}
+
+  // Gives every variable of the statements its slot.
+  void declareVariables(const std::vector<tree::StatementPtr>& statements);
+  void compileAll(const std::vector<tree::StatementPtr>& statements);
+  // One statement whose tables must be there now.
+  void compileReached(const tree::StatementNode& statement);
+
+ private:
+  struct Loop {
+    int begin = 0;
+    std::vector<int> breaks;  // steps to be sent behind the loop
+  };
+
+  void statement(const tree::StatementNode& node, bool reached);
+  void dispatch(const tree::StatementNode& node);
+  int add(const tree::StatementNode& node, StepBody body);
+  int next() const { return static_cast<int>(program_.steps.size()); }
+  void sendTo(int step, int target);
+  void error(const tree::StatementNode& node, const SqlError& error);
+  void written(const Table& table);
+
+  // Control flow (batch_compiler.cpp).
+  void conditional(const tree::StatementNode& node);
+  void loop(const tree::StatementNode& node);
+  void leaveLoop(const tree::StatementNode& node);
+  void declare(const tree::StatementNode& node);
+  void assignVariable(const tree::StatementNode& node, const std::string& name, const tree::Expression& value,
+                      const std::string& operation);
+  void select(const tree::StatementNode& node);
+  void selectVariables(const tree::StatementNode& node, const tree::Select& select);
+  void print(const tree::StatementNode& node);
+  void raise(const tree::StatementNode& node);
+  int conditionStep(const tree::StatementNode& node, const tree::Expression& condition);
+
+  // Changes (change_compiler.cpp).
+  void insert(const tree::StatementNode& node);
+  void update(const tree::StatementNode& node);
+  void remove(const tree::StatementNode& node);
+  void truncate(const tree::StatementNode& node);
+  const Table& changedTable(const tree::TableName& name) const;
+  std::vector<int> insertColumns(const tree::StatementNode& node, const Table& table);
+  std::string insertValues(const tree::Select& select, const Table& table, const std::vector<int>& columns);
+  std::string insertQuery(const tree::Query& query, const Table& table, const std::vector<int>& columns);
+  void checkCount(const tree::StatementNode& node, std::size_t given, std::size_t wanted) const;
+  struct Target {
+    const Table* table = nullptr;
+    std::string alias;
+    std::string from;  // FROM text with the target in it
+    bool joined = false;
+  };
+  Target target(const tree::StatementNode& node, Scope& scope);
+  void updateInTwoPasses(const tree::StatementNode& node, const Table& table, const std::vector<int>& columns,
+                         const std::string& rows);
+
+  // Definitions (definition_compiler.cpp).
+  void selectInto(const tree::StatementNode& node, const tree::Select& select);
+  void createTable(const tree::StatementNode& node);
+  void createIndex(const tree::StatementNode& node);
+  void alterAdd(const tree::StatementNode& node);
+  void addColumn(const tree::StatementNode& node, const Table& table, const tree::ColumnDefinition& definition,
+                 DdlStep& step);
+  void addConstraint(const tree::StatementNode& node, const Table& table, const tree::Constraint& constraint,
+                     DdlStep& step);
+  void alterDrop(const tree::StatementNode& node);
+  void dropTable(const tree::StatementNode& node);
+  void dropIndex(const tree::StatementNode& node);
+  std::string defaultText(const tree::Expression& value, const Column& column, bool& constant);
+  std::string checkText(const tree::Expression& condition, const Table& table);
+  std::string foreignKeyText(const tree::Constraint& constraint, const Table& table);
+  std::string nullIndex(const std::string& name, const Table& table, const std::vector<int>& columns) const;
+  std::vector<int> ordinals(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
+  std::string keyText(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
+  Table tableOf(const tree::StatementNode& node) const;
+
+  const ShapedBatch& batch_;
+  const Catalogue& catalogue_;
+  Program& program_;
+  Writer writer_;
+  std::vector<Loop> loops_;
+  std::set<std::string> identityInsert_;  // tables with SET IDENTITY_INSERT ON, folded
+  bool definitionsSeen_ = false;          // the catalogue may have changed since the batch was compiled
+};
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,355 @@
+#include <algorithm>
+
+#include "tsql/date_part.h"
+#include "tsql/function_table.h"
+#include "tsql/parser.h"
+#include "tsql/writer.h"
+
+namespace tolvane::tsql {
+
+using tree::Expression;
+using tree::ExpressionKind;
+
+namespace {
+
+Type longest(const Type& text) {
+  return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar,
+                    text.length == maxLength || text.isLongText() ? maxLength
+                    : text.isUnicode()                            ? 4000
+                                                                  : 8000);
+}
+
+Type variable(const Type& text) {
+  if (text.isLongText()) return longest(text);
+  return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, text.length);
+}
+
+// Numbers below int are int to the functions of mathematics; text and null are float.
+Type numberType(const Type& type) {
+  if (type.kind == TypeKind::Real) return Type::of(TypeKind::Float);
+  if (type.kind == TypeKind::SmallMoney) return Type::of(TypeKind::Money);
+  if (type.isInteger() && type.kind < TypeKind::Int) return Type::of(TypeKind::Int);
+  return type.isNumber() ? type : Type::of(TypeKind::Float);
+}
+
+Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
+  switch (row.result) {
+    case ResultRule::Int:
+      return Type::of(TypeKind::Int);
+    case ResultRule::BigInt:
+      return Type::of(TypeKind::BigInt);
+    case ResultRule::Float:
+      return Type::of(TypeKind::Float);
+    case ResultRule::DateTime:
+      return Type::of(TypeKind::DateTime);
+    case ResultRule::VarChar:
+      return Type::text(TypeKind::VarChar, row.length);
+    case ResultRule::NVarChar:
+      return Type::text(TypeKind::NVarChar, row.length);
+    case ResultRule::Char:
+      return Type::text(TypeKind::Char, row.length);
+    case ResultRule::NChar:
+      return Type::text(TypeKind::NChar, row.length);
+    case ResultRule::Guid:
+      return Type::of(TypeKind::UniqueIdentifier);
+    case ResultRule::FirstText:
+      return variable(values[0].type);
+    case ResultRule::FirstTextLong:
+      return longest(values[0].type);
+    case ResultRule::LastTextLong: {
+      const bool unicode = std::ranges::any_of(values, [](const Typed& value) { return value.type.isUnicode(); });
+      const bool unlimited =
+          std::ranges::any_of(values, [](const Typed& value) { return value.type.length == maxLength; });
+      return Type::text(unicode ? TypeKind::NVarChar : TypeKind::VarChar, unlimited ? maxLength
+                                                                          : unicode ? 4000
+                                                                                    : 8000);
+    }
+    case ResultRule::FirstBytes:
+      if (values[0].type.kind == TypeKind::Image) return Type::text(TypeKind::VarBinary, 8000);
+      return values[0].type.isBinary() ? Type::text(TypeKind::VarBinary, values[0].type.length)
+                                       : variable(values[0].type);
+    case ResultRule::FirstNumber:
+      return numberType(values[0].type);
+    case ResultRule::FirstRounded: {
+      const Type type = numberType(values[0].type);
+      return type.kind == TypeKind::Decimal ? Type::decimal(std::max<int>(type.precision, 1), 0) : type;
+    }
+    case ResultRule::FirstScaled:
+      return numberType(values[0].type);
+    case ResultRule::DateOfArgument:
+      return values[2].type.isDate() ? values[2].type : Type::of(TypeKind::DateTime);
+  }
+  return {};
+}
+
+}  // namespace
+
+Typed Writer::call(const Expression& expression, Scope* scope) {
+  if (expression.over) return windowed(expression, scope);
+  if (findAggregateRow(expression.name) != nullptr) return aggregate(expression, scope);
+  const FunctionRow* row = findFunctionRow(expression.name);
+  if (row == nullptr) {
+    const Token& token = batch_.tokens[static_cast<std::size_t>(expression.token)];
+    fail(expression.token, Message::NotFunction, {batch_.text.substr(token.begin, token.end - token.begin)});
+  }
+  const auto count = static_cast<int>(expression.arguments.size());
+  if (count < row->minArguments || count > row->maxArguments || expression.star || expression.distinct) {
+    std::string name(row->name);
+    std::ranges::transform(name, name.begin(),
+                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    if (row->minArguments != row->maxArguments) {
+      fail(expression.token, Message::FunctionArgumentRange,
+           {name, std::to_string(row->minArguments), std::to_string(row->maxArguments)});
+    }
+    fail(expression.token, Message::FunctionArgumentCount, {name, std::to_string(row->minArguments)});
+  }
+  if (row->runtime.empty()) return writtenOut(expression, scope);
+  std::vector<Typed> values;
+  Typed result;
+  bool nullable = row->nullable;
+  std::string text(row->runtime);
+  text += '(';
+  for (std::size_t i = 0; i < expression.arguments.size(); ++i) {
+    Typed value;
+    if (i > 0) text += ',';
+    text += argument(expression, i, static_cast<int>(row->arguments[i]), scope, value);
+    nullable = nullable || value.type.nullable;
+    result.subquery = result.subquery || value.subquery;
+    values.push_back(std::move(value));
+  }
+  result.type = resultType(*row, values).orNull(nullable);
+  if (row->extra != Extra::Nothing) {
+    if (!values.empty()) text += ',';
+    text += std::to_string((row->extra == Extra::FirstType ? values[0].type : result.type).pack());
+  }
+  result.sql = text + ')';
+  return result;
+}
+
+std::string Writer::argument(const Expression& call, std::size_t index, int code, Scope* scope, Typed& value) {
+  const Expression& argument = *call.arguments[index];
+  const auto rule = static_cast<Argument>(code);
+  if (rule == Argument::DatePart) {
+    const auto part = argument.kind == ExpressionKind::Column && argument.qualifier.empty()
+                          ? findDatePart(argument.name)
+                          : std::nullopt;
+    if (!part) {
+      std::string name = call.name;
+      std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
+      const Token& token = batch_.tokens[static_cast<std::size_t>(argument.token)];
+      fail(argument.token, Message::NotDatepart, {batch_.text.substr(token.begin, token.end - token.begin), name});
+    }
+    value.type = Type::text(TypeKind::VarChar, 11).orNull(false);
+    return quotedText(nameOf(*part));
+  }
+  value = expression(argument, scope);
+  const Type& type = value.type;
+  switch (rule) {
+    case Argument::Text:
+      if (!type.isText()) value = convert(std::move(value), Type::text(TypeKind::VarChar, type.isBinary() ? 8000 : 53));
+      break;
+    case Argument::Unicode:
+      if (!type.isUnicode()) value = convert(std::move(value), Type::text(TypeKind::NVarChar, 4000));
+      break;
+    case Argument::Integer:
+      value = convert(std::move(value), Type::of(type.kind == TypeKind::BigInt ? TypeKind::BigInt : TypeKind::Int));
+      break;
+    case Argument::Float:
+      value = convert(std::move(value), Type::of(TypeKind::Float));
+      break;
+    case Argument::Number: {
+      if (type.isDate() || type.isBinary() || type.isLongText() || type.kind == TypeKind::UniqueIdentifier) {
+        fail(argument.token, Message::OperandClash, {type.baseName(), "float"});
+      }
+      const Type number = numberType(type);
+      value = convert(std::move(value), number);
+      break;
+    }
+    case Argument::DateTime:
+      value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      break;
+    case Argument::Bytes:
+      if (!type.isText() && !type.isBinary()) value = convert(std::move(value), Type::text(TypeKind::VarChar, 53));
+      break;
+    case Argument::Any:
+    case Argument::None:
+    case Argument::DatePart:
+      if (call.name == "DATEADD" && !type.isDate()) value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      break;
+  }
+  return value.sql;
+}
+
+Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
+  Typed result;
+  if (expression.name == "SCOPE_IDENTITY") {
+    result.type = Type::decimal(38, 0);
+    result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
+    return result;
+  }
+  if (expression.name == "ROW_NUMBER" || expression.name == "RANK") {
+    fail(expression.token, 10753, "The function '" + expression.name + "' must have an OVER clause.");
+  }
+  std::vector<Typed> values;
+  for (const auto& argument : expression.arguments) {
+    values.push_back(this->expression(*argument, scope));
+    result.subquery = result.subquery || values.back().subquery;
+  }
+  if (expression.name == "ISNULL") {
+    const Type type = values[0].type.kind == TypeKind::Null ? values[1].type : values[0].type;
+    result.type = type.orNull(values[0].type.nullable && values[1].type.nullable);
+    // The second value is cut to the width of the first.
+    const bool same = values[1].type.orNull() == type.orNull() || values[1].type.kind == TypeKind::Null;
+    const std::string other = same ? values[1].sql : convert(values[1], type, When::Late).sql;
+    result.sql = "ifnull(" + values[0].sql + "," + other + ")";
+    return result;
+  }
+  if (expression.name == "NULLIF") {
+    if (values[0].type.kind == TypeKind::Null) {
+      fail(expression.token, 4151,
+           "The type of the first argument to NULLIF cannot be the NULL constant because the type of the first "
+           "argument has to be known.");
+    }
+    result.type = values[0].type.orNull();
+    result.sql = "(CASE WHEN " + compare("=", values[0], values[1], expression.token) + " THEN NULL ELSE " +
+                 values[0].sql + " END)";
+    return result;
+  }
+  Type type;
+  bool nullable = true;
+  for (const Typed& value : values) {
+    nullable = nullable && value.type.nullable;
+    type = commonType(type, value.type);
+  }
+  if (type.kind == TypeKind::Null) {
+    fail(expression.token, 4127,
+         "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.");
+  }
+  result.type = type.orNull(nullable);
+  result.sql = "coalesce(";
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (i > 0) result.sql += ',';
+    result.sql += convert(values[i], type, When::Late).sql;
+  }
+  result.sql += ')';
+  return result;
+}
+
+Typed Writer::aggregate(const Expression& expression, Scope* scope) {
+  const AggregateRow& row = *findAggregateRow(expression.name);
+  if (scope == nullptr || !scope->aggregatesAllowed) {
+    fail(expression.token, 147,
+         "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause or a "
+         "select list, and the column being aggregated is an outer reference.");
+  }
+  if (scope->insideAggregate > 0) {
+    fail(expression.token, 130,
+         "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+  }
+  scope->aggregated = true;
+  Typed result;
+  const bool counts = row.rule == AggregateRule::Count || row.rule == AggregateRule::CountBig;
+  if (expression.star ? !counts : expression.arguments.size() != 1) {
+    fail(expression.token, Message::FunctionArgumentCount, {expression.name, "1"});
+  }
+  const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt).orNull(false);
+  if (expression.star) {
+    result.sql = "count(*)";
+    result.type = count;
+    return result;
+  }
+  ++scope->insideAggregate;
+  Typed value = this->expression(*expression.arguments[0], scope);
+  --scope->insideAggregate;
+  if (value.subquery) {
+    fail(expression.token, 130,
+         "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+  }
+  const auto invalid = [&] {
+    std::string name = expression.name;
+    std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
+    fail(expression.token, Message::InvalidOperand, {value.type.baseName(), name});
+  };
+  if (value.type.isLong() && !counts) invalid();
+  if (value.type.kind == TypeKind::Bit && !counts) invalid();
+  const std::string distinct = expression.distinct ? "DISTINCT " : "";
+  if (counts) {
+    if (expression.distinct) comparable(value.type, expression.token);
+    result.type = count;
+    result.sql = "count(" + distinct + value.sql + (expression.distinct ? collation(value.type) : "") + ")";
+    return result;
+  }
+  if (row.rule == AggregateRule::Least || row.rule == AggregateRule::Greatest) {
+    result.type = value.type.orNull();
+    result.sql = std::string(row.runtime) + "(" + value.sql + collation(value.type) + ")";
+    return result;
+  }
+  if (!value.type.isNumber()) invalid();
+  if (row.rule == AggregateRule::Spread) {
+    value = convert(std::move(value), Type::of(TypeKind::Float));
+    result.type = Type::of(TypeKind::Float);
+    result.sql = std::string(row.runtime) + "(" + distinct + value.sql + ")";
+    return result;
+  }
+  if (value.type.kind == TypeKind::Decimal) {
+    const int scale = row.rule == AggregateRule::Average ? std::max<int>(value.type.scale, 6) : value.type.scale;
+    result.type = Type::decimal(38, scale);
+  } else if (value.type.isMoney()) {
+    result.type = Type::of(TypeKind::Money);
+  } else {
+    result.type = numberType(value.type).orNull();
+  }
+  const std::string packed = std::to_string(result.type.pack());
+  if (expression.distinct) {
+    // DISTINCT leaves room for one argument only, so the values are made distinct as the type of the result.
+    value = convert(std::move(value), result.type);
+    result.sql = std::string(row.distinct) + "(DISTINCT " + value.sql + collation(value.type) + ")";
+    if (result.type.kind == TypeKind::Int) {
+      result.sql =
+          "ts_convert(" + result.sql + "," + std::to_string(Type::of(TypeKind::BigInt).pack()) + "," + packed + ")";
+    }
+  } else {
+    result.sql = std::string(row.runtime) + "(" + value.sql + "," + packed + ")";
+  }
+  return result;
+}
+
+// ROW_NUMBER() and RANK() alone: other functions over a window are refused.
+Typed Writer::windowed(const Expression& expression, Scope* scope) {
+  const bool known = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
+  if (!known) refuse(expression.token, "a function with OVER other than ROW_NUMBER and RANK");
+  if (!expression.arguments.empty()) fail(expression.token, Message::FunctionArgumentCount, {expression.name, "0"});
+  if (expression.order.empty()) {
+    fail(expression.token, 4112, "The function '" + expression.name + "' must have an OVER clause with ORDER BY.");
+  }
+  Typed result;
+  result.type = Type::of(TypeKind::BigInt).orNull(false);
+  result.sql = (expression.name == "ROW_NUMBER" ? "row_number() OVER ("
+                : expression.name == "RANK"     ? "rank() OVER ("
+                                                : "dense_rank() OVER (");
+  const auto list = [&](std::string_view word, std::size_t count, const auto& item) {
+    for (std::size_t i = 0; i < count; ++i) {
+      result.sql += i == 0 ? std::string(word) : ",";
+      item(i);
+    }
+  };
+  list("PARTITION BY ", expression.partition.size(), [&](std::size_t i) {
+    const Typed value = this->expression(*expression.partition[i], scope);
+    comparable(value.type, expression.token);
+    result.sql += value.sql + collation(value.type);
+  });
+  list(expression.partition.empty() ? "ORDER BY " : " ORDER BY ", expression.order.size(), [&](std::size_t i) {
+    const Typed value = this->expression(*expression.order[i].expression, scope);
+    comparable(value.type, expression.token);
+    // A literal orders nothing (SQL Server refuses it), and SQLite would take it for a position.
+    if (value.literal >= 0)
+      fail(expression.token, 5308,
+           "Windowed functions and NEXT VALUE FOR functions do not support integer indices as ORDER BY clause "
+           "expressions.");
+    result.sql += value.sql + collation(value.type) + (expression.order[i].descending ? " DESC" : "");
+  });
+  result.sql += ")";
+  return result;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,137 @@
+// Conversion, assignment and LIKE: the functions that the compiler writes on its own account.
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <optional>
+
+#include "tsql/convert.h"
+#include "tsql/function_groups.h"
+#include "tsql/like.h"
+#include "tsql/sql_error.h"
+#include "tsql/unicode.h"
+
+namespace tolvane::tsql {
+namespace {
+
+// value, packed from, packed to[, style]: -1 or no style is the default of the pair; a null style gives null.
+Result convertCall(Call& call) {
+  if (call.args.size() > 3 && call.args[3].isNull()) return {};
+  std::optional<int> style;
+  if (call.args.size() > 3 && wholeNumber(call.args[3]) >= 0) {
+    constexpr std::int64_t beyondAllStyles = 1000;
+    style = static_cast<int>(std::min(wholeNumber(call.args[3]), beyondAllStyles));
+  }
+  return convert(call.args[0], Type::unpack(call.args[1].integer()), Type::unpack(call.args[2].integer()), style,
+                 call.collation);
+}
+
+// value, packed from, packed to, 'table.column'.
+Result assignCall(Call& call) {
+  return assign(call.args[0], Type::unpack(call.args[1].integer()), Type::unpack(call.args[2].integer()),
+                call.args[3].text(), call.collation);
+}
+
+// text, pattern, escape or null, 1 for unicode text.
+Result like(Call& call) {
+  if (call.args[0].isNull() || call.args[1].isNull()) return {};
+  std::optional<char16_t> escape;
+  if (!call.args[2].isNull()) {
+    const std::u16string units = toUtf16(call.args[2].text());
+    if (units.size() != 1) throw SqlError(Message::InvalidEscape, {call.args[2].text(), "LIKE"});
+    escape = units[0];
+  }
+  const LikePattern pattern(call.args[1].text(), escape, call.collation);
+  return pattern.matches(call.args[0].text(), call.args[3].integer() != 0) ? 1 : 0;
+}
+
+// The xprec of syscolumns: how many digits a number or a date has.
+int precisionOf(const Type& type) {
+  switch (type.kind) {
+    case TypeKind::Decimal:
+      return type.precision;
+    case TypeKind::Bit:
+      return 1;
+    case TypeKind::TinyInt:
+      return 3;
+    case TypeKind::SmallInt:
+      return 5;
+    case TypeKind::Int:
+    case TypeKind::SmallMoney:
+    case TypeKind::Date:
+      return 10;
+    case TypeKind::BigInt:
+    case TypeKind::Money:
+      return 19;
+    case TypeKind::Real:
+      return 24;
+    case TypeKind::Float:
+      return 53;
+    case TypeKind::SmallDateTime:
+      return 16;
+    case TypeKind::DateTime:
+      return 23;
+    default:
+      return 0;
+  }
+}
+
+int scaleOf(const Type& type) {
+  return type.kind == TypeKind::Decimal ? type.scale : type.isMoney() ? 4 : type.kind == TypeKind::DateTime ? 3 : 0;
+}
+
+// CHARACTER_MAXIMUM_LENGTH of INFORMATION_SCHEMA.COLUMNS: -1 for `max`, null for what is neither text nor bytes.
+Result charactersOf(const Type& type) {
+  constexpr std::int64_t longestBytes = std::numeric_limits<std::int32_t>::max();
+  if (type.kind == TypeKind::NText) return longestBytes / 2;
+  if (type.kind == TypeKind::Text || type.kind == TypeKind::Image) return longestBytes;
+  return typeRow(type.kind).takesLength ? Result(type.length) : Result();
+}
+
+// NUMERIC_PRECISION and NUMERIC_SCALE there: null for what is no number, and no scale for floating point and bit.
+Result numericPrecisionOf(const Type& type) {
+  return type.isNumber() && type.kind != TypeKind::Bit ? Result(precisionOf(type)) : Result();
+}
+Result numericScaleOf(const Type& type) {
+  const bool scaled = type.isNumber() && !type.isFloat() && type.kind != TypeKind::Bit;
+  return scaled ? Result(scaleOf(type)) : Result();
+}
+
+// What the system tables tell of a column's type.
+struct TypeProperty {
+  std::string_view name;
+  Result (*of)(const Type& type);
+};
+constexpr std::array properties{
+    TypeProperty{"name", [](const Type& type) { return Result(std::string(type.baseName())); }},
+    TypeProperty{"xtype", [](const Type& type) { return Result(typeRow(type.kind).systemType); }},
+    TypeProperty{"length", [](const Type& type) { return Result(type.storageLength()); }},
+    TypeProperty{"xprec", [](const Type& type) { return Result(precisionOf(type)); }},
+    TypeProperty{"xscale", [](const Type& type) { return Result(scaleOf(type)); }},
+    TypeProperty{"characters", charactersOf},
+    TypeProperty{"precision", numericPrecisionOf},
+    TypeProperty{"scale", numericScaleOf},
+};
+
+// Declared column type of SQLite, then the name of one of the properties; null for a type that is none of T-SQL's.
+Result declaredType(Call& call) {
+  if (anyNull(call)) return {};
+  const auto type = Type::fromDeclared(call.args[0].text());
+  const auto property = std::find_if(properties.begin(), properties.end(),
+                                     [&](const TypeProperty& each) { return each.name == call.args[1].text(); });
+  return type && property != properties.end() ? property->of(*type) : Result();
+}
+
+constexpr std::array functions{
+    Function{"ts_convert", 3, 4, true, convertCall},
+    Function{"ts_assign", 4, 4, true, assignCall},
+    Function{"ts_like", 4, 4, true, like},
+    Function{"ts_declared_type", 2, 2, true, declaredType},
+};
+
+}  // namespace
+
+std::span<const Function> conversionFunctions() {
+  return functions;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "tsql/sql_error.h"
+
+namespace tolvane::tsql {
+
+// How far an error reaches, as SQL Server decides it by number.
+enum class ErrorReach {
+  Statement,  // the statement is undone, the next one of the batch runs
+  Batch,      // the statement is undone and the rest of the batch does not run
+};
+
+ErrorReach reachOf(const SqlError& error);
+
+}  // namespace tolvane::tsql

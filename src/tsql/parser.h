@@ -1,0 +1,150 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tsql/compiler.h"
+#include "tsql/tree.h"
+
+namespace tolvane::tsql {
+
+// Makes the tree of a batch, or of one statement of it. Throws SqlError (102, 156 and the like) at the first token that
+// does not fit. `structural` collects the literals whose value the tree holds.
+class Parser {
+ public:
+  Parser(const ShapedBatch& batch, std::vector<int>& structural) : batch_(batch), structural_(structural) {}
+
+  // All statements up to the end of the text.
+  std::vector<tree::StatementPtr> parseBatch();
+  // The statement that begins at a token.
+  tree::StatementPtr parseStatementAt(int token);
+
+ private:
+  // Tokens.
+  const Token& token() const { return batch_.tokens[static_cast<std::size_t>(at_)]; }
+  std::string_view text(const Token& token) const { return batch_.text.substr(token.begin, token.end - token.begin); }
+  std::string_view here() const { return text(token()); }
+  const Token& peek(int ahead) const;
+  bool isWord(std::string_view upper) const { return isWord(0, upper); }
+  bool isWord(int ahead, std::string_view upper) const;
+  bool isOperator(std::string_view symbol) const { return isOperator(0, symbol); }
+  bool isOperator(int ahead, std::string_view symbol) const;
+  bool isEnd() const { return token().kind == TokenKind::End; }
+  bool takeWord(std::string_view upper);
+  bool takeOperator(std::string_view symbol);
+  void expectWord(std::string_view upper);
+  void expectOperator(std::string_view symbol);
+  [[noreturn]] void fail() const;
+  [[noreturn]] void refuse(std::string_view what) const;
+  bool isName() const;
+  std::string name();
+  std::string anyName();
+  std::string optionalAlias();
+  int structuralInteger();
+  int takeSignedInteger();
+
+  // Statements (parser_statement.cpp, parser_definition.cpp).
+  tree::StatementPtr statement();
+  tree::StatementPtr simpleStatement();
+  tree::StatementPtr block();
+  tree::StatementPtr conditional();
+  tree::StatementPtr loop();
+  tree::StatementPtr begin();
+  tree::StatementPtr declare();
+  tree::StatementPtr set();
+  tree::StatementPtr print();
+  tree::StatementPtr raiseError();
+  tree::StatementPtr transaction(tree::StatementKind kind);
+  tree::StatementPtr selectStatement();
+  tree::StatementPtr insert();
+  tree::StatementPtr update();
+  tree::StatementPtr remove();
+  tree::StatementPtr truncate();
+  tree::StatementPtr create();
+  tree::StatementPtr createTable();
+  tree::StatementPtr createIndex(bool unique);
+  tree::StatementPtr alter();
+  tree::StatementPtr drop();
+  tree::StatementPtr withQuery();
+  std::vector<tree::Assignment> assignments();
+  void fromAndWhere(tree::StatementNode& statement);
+  void top(tree::StatementNode& statement);
+  void definitionItem(tree::StatementNode& statement);
+  tree::ColumnDefinition columnDefinition();
+  bool constraint(tree::Constraint& result);
+  void foreignKey(tree::Constraint& result);
+  std::vector<tree::KeyColumn> keyColumns();
+  std::vector<std::string> nameList();
+  tree::TableName tableName();
+  Type type();
+
+  // Queries (parser_query.cpp).
+  tree::QueryPtr query();
+  std::vector<tree::CommonTable> commonTables();
+  std::unique_ptr<tree::QueryBody> setOperation();
+  std::unique_ptr<tree::QueryBody> intersection();
+  std::unique_ptr<tree::QueryBody> queryTerm();
+  std::unique_ptr<tree::Select> select();
+  tree::SelectItem selectItem();
+  std::vector<std::vector<tree::ExpressionPtr>> valueRows();
+  std::vector<tree::OrderItem> orderBy();
+  std::vector<tree::TableReferencePtr> tableReferences();
+  tree::TableReferencePtr joinedTable();
+  tree::TableReferencePtr tablePrimary();
+  bool joinKind(tree::JoinKind& kind);
+  void tableAlias(tree::TableReference& reference);
+  void tableHints();
+  bool beginsQuery(int ahead) const;
+
+  // Expressions (parser_expression.cpp).
+  tree::ExpressionPtr condition();
+  tree::ExpressionPtr requiredCondition();
+  tree::ExpressionPtr asCondition(tree::ExpressionPtr value) const;
+  tree::ExpressionPtr conjunction();
+  tree::ExpressionPtr negation();
+  tree::ExpressionPtr predicate();
+  tree::ExpressionPtr predicateTail(tree::ExpressionPtr left);
+  tree::ExpressionPtr comparison(tree::ExpressionPtr left);
+  tree::ExpressionPtr expression();
+  tree::ExpressionPtr term();
+  tree::ExpressionPtr unary();
+  tree::ExpressionPtr primary();
+  tree::ExpressionPtr wordExpression();
+  tree::ExpressionPtr caseExpression();
+  tree::ExpressionPtr castExpression();
+  tree::ExpressionPtr convertExpression();
+  tree::ExpressionPtr call(std::string name);
+  void window(tree::Expression& call);
+  tree::ExpressionPtr columnName();
+  tree::ExpressionPtr make(tree::ExpressionKind kind) const;
+
+  // Nesting is bounded, so that no text can use up the stack.
+  struct Depth {
+    explicit Depth(Parser& parser);
+    ~Depth() { --parser_.depth_; }
+    Depth(const Depth&) = delete;
+    Depth& operator=(const Depth&) = delete;
+    Parser& parser_;
+  };
+
+  const ShapedBatch& batch_;
+  std::vector<int>& structural_;
+  int at_ = 0;
+  int depth_ = 0;
+};
+
+// Whether T-SQL reserves the word, so that it names nothing without brackets. Letter case does not matter.
+bool isReserved(std::string_view word);
+
+// A name token without its brackets or quotes.
+std::string nameOf(const ShapedBatch& batch, const Token& token);
+
+// The 1-based line on which a token begins.
+int lineOf(const ShapedBatch& batch, int token);
+
+// The error for a construct that T-SQL has and this engine has not: 40517, with the word and what it belongs to.
+SqlError notSupported(const ShapedBatch& batch, int token, std::string_view what);
+
+}  // namespace tolvane::tsql

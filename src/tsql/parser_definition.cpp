@@ -1,0 +1,348 @@
+#include "tsql/parser.h"
+
+namespace tolvane::tsql {
+
+using tree::Constraint;
+using tree::StatementKind;
+using tree::StatementPtr;
+
+namespace {
+
+StatementPtr makeStatement(StatementKind kind) {
+  auto result = std::make_unique<tree::StatementNode>();
+  result->kind = kind;
+  return result;
+}
+
+}  // namespace
+
+// [[server.]database.]schema.]name; `db..name` leaves the schema out.
+tree::TableName Parser::tableName() {
+  tree::TableName result;
+  result.token = at_;
+  if (token().kind == TokenKind::Variable) refuse("a table variable");
+  result.name = name();
+  while (takeOperator(".")) {
+    result.schema = std::move(result.name);
+    result.name.clear();
+    if (isOperator(".")) continue;
+    result.name = anyName();
+  }
+  return result;
+}
+
+std::vector<std::string> Parser::nameList() {
+  std::vector<std::string> result;
+  expectOperator("(");
+  do {
+    result.push_back(name());
+    while (takeOperator(".")) result.back() = anyName();
+  } while (takeOperator(","));
+  expectOperator(")");
+  return result;
+}
+
+Type Parser::type() {
+  const int first = at_;
+  if (token().kind != TokenKind::Word && token().kind != TokenKind::QuotedName) fail();
+  std::string written = anyName();
+  if (takeOperator(".")) written = anyName();  // dbo.sysname
+  if (isWord("PRECISION") || isWord("VARYING")) written += " " + anyName();
+  const auto found = typeNamed(written);
+  if (!found) {
+    const int line = lineOf(batch_, first);
+    for (const std::string_view known : {"time", "datetime2", "datetimeoffset", "xml", "sql_variant", "geography",
+                                         "geometry", "hierarchyid", "table", "cursor"}) {
+      if (sameName(known, written)) throw notSupported(batch_, first, "the type");
+    }
+    throw SqlError(243, 16, "Type " + written + " is not a defined system type.").at(line);
+  }
+  Type type = *found;
+  if (!isOperator("(")) {
+    // Without a length: one character, but for CAST and CONVERT, which the caller adjusts by the length 0.
+    if (typeRow(type.kind).takesLength && !sameName(written, "sysname")) type.length = 0;
+    return type;
+  }
+  ++at_;
+  const auto tooWide = [&](int limit) {
+    throw SqlError(131, 15,
+                   "The size (" + std::to_string(type.length) + ") given to the type '" + written +
+                       "' exceeds the maximum allowed (" + std::to_string(limit) + ").")
+        .at(lineOf(batch_, first));
+  };
+  if (typeRow(type.kind).takesLength) {
+    if (takeWord("MAX")) {
+      if (type.kind == TypeKind::Char || type.kind == TypeKind::NChar || type.kind == TypeKind::Binary) fail();
+      type.length = maxLength;
+    } else {
+      type.length = structuralInteger();
+      const int limit = type.isUnicode() ? 4000 : 8000;
+      if (type.length > limit) tooWide(limit);
+      if (type.length == 0) {
+        throw SqlError(
+            1001, 15,
+            "Line " + std::to_string(lineOf(batch_, first)) + ": Length or precision specification 0 is invalid.");
+      }
+    }
+  } else if (type.kind == TypeKind::Decimal) {
+    const int precision = structuralInteger();
+    const int scale = takeOperator(",") ? structuralInteger() : 0;
+    type.length = precision;
+    if (precision > 38) tooWide(38);
+    if (precision < 1)
+      throw SqlError(
+          1001, 15,
+          "Line " + std::to_string(lineOf(batch_, first)) + ": Length or precision specification 0 is invalid.");
+    if (scale > precision) {
+      throw SqlError(192, 15, "The scale must be less than or equal to the precision.").at(lineOf(batch_, first));
+    }
+    type = Type::decimal(precision, scale);
+  } else if (type.kind == TypeKind::Float) {
+    const int bits = structuralInteger();
+    if (bits < 1 || bits > 53) fail();
+    type = Type::of(bits <= 24 ? TypeKind::Real : TypeKind::Float);
+  } else if (isWord("MAX") || token().kind == TokenKind::Literal) {
+    throw SqlError(2716, 16,
+                   "Column, parameter, or variable #1: Cannot specify a column width on data type " +
+                       std::string(type.baseName()) + ".")
+        .at(lineOf(batch_, first));
+  } else {
+    fail();
+  }
+  expectOperator(")");
+  return type;
+}
+
+StatementPtr Parser::create() {
+  ++at_;
+  const bool unique = takeWord("UNIQUE");
+  if (isWord("CLUSTERED") || isWord("NONCLUSTERED")) ++at_;
+  if (isWord("INDEX")) return createIndex(unique);
+  if (unique) fail();
+  if (isWord("TABLE")) return createTable();
+  refuse("CREATE of that kind");
+}
+
+StatementPtr Parser::createTable() {
+  auto result = makeStatement(StatementKind::CreateTable);
+  ++at_;
+  result->table = tableName();
+  expectOperator("(");
+  do {
+    if (isOperator(")")) break;  // a comma may stand after the last definition
+    definitionItem(*result);
+  } while (takeOperator(","));
+  expectOperator(")");
+  if (result->definitions.empty()) fail();
+  // ON [PRIMARY], TEXTIMAGE_ON [PRIMARY]: there are no file groups.
+  while (isWord("ON") || isWord("TEXTIMAGE_ON")) {
+    ++at_;
+    if (!takeWord("PRIMARY")) name();
+  }
+  return result;
+}
+
+void Parser::definitionItem(tree::StatementNode& statement) {
+  Constraint found;
+  if (constraint(found)) {
+    statement.constraints.push_back(std::move(found));
+  } else {
+    statement.definitions.push_back(columnDefinition());
+  }
+}
+
+tree::ColumnDefinition Parser::columnDefinition() {
+  tree::ColumnDefinition column;
+  column.token = at_;
+  column.name = name();
+  if (isWord("AS")) refuse("a computed column");
+  column.type = type();
+  if (column.type.length == 0 && typeRow(column.type.kind).takesLength) column.type.length = 1;
+  if (column.type.kind == TypeKind::Timestamp) refuse("timestamp");
+  for (;;) {
+    Constraint found;
+    if (takeWord("NULL")) {
+      column.nullable = true;
+    } else if (isWord("NOT") && isWord(1, "NULL")) {
+      at_ += 2;
+      column.nullable = false;
+    } else if (takeWord("IDENTITY")) {
+      column.identity = true;
+      if (takeOperator("(")) {
+        column.seed = takeSignedInteger();
+        expectOperator(",");
+        column.increment = takeSignedInteger();
+        expectOperator(")");
+      }
+      if (takeWord("NOT")) {
+        expectWord("FOR");
+        expectWord("REPLICATION");
+      }
+    } else if (takeWord("ROWGUIDCOL")) {
+    } else if (takeWord("COLLATE")) {
+      name();
+    } else if (constraint(found)) {
+      column.constraints.push_back(std::move(found));
+    } else {
+      return column;
+    }
+  }
+}
+
+// A constraint of a column or a table; false where none begins here.
+bool Parser::constraint(Constraint& result) {
+  result.token = at_;
+  const bool named = takeWord("CONSTRAINT");
+  if (named) result.name = name();
+  if (takeWord("PRIMARY")) {
+    expectWord("KEY");
+    result.kind = Constraint::Kind::PrimaryKey;
+  } else if (takeWord("UNIQUE")) {
+    result.kind = Constraint::Kind::Unique;
+  } else if (takeWord("DEFAULT")) {
+    result.kind = Constraint::Kind::Default;
+    result.expression = unary();
+    if (takeWord("FOR")) result.forColumn = name();
+    if (isWord("WITH") && isWord(1, "VALUES")) at_ += 2;
+    return true;
+  } else if (takeWord("CHECK")) {
+    result.kind = Constraint::Kind::Check;
+    expectOperator("(");
+    result.expression = requiredCondition();
+    expectOperator(")");
+    return true;
+  } else if (takeWord("FOREIGN")) {
+    expectWord("KEY");
+    for (auto& column : nameList()) result.columns.push_back({std::move(column), false});
+    foreignKey(result);
+    return true;
+  } else if (isWord("REFERENCES")) {
+    foreignKey(result);
+    return true;
+  } else {
+    if (named) fail();
+    return false;
+  }
+  if (isWord("CLUSTERED") || isWord("NONCLUSTERED")) ++at_;
+  if (isOperator("(")) result.columns = keyColumns();
+  if (isWord("WITH") && (isOperator(1, "(") || isWord(1, "FILLFACTOR"))) {
+    ++at_;
+    if (isOperator("(")) {
+      tableHints();
+    } else {
+      ++at_;
+      expectOperator("=");
+      structuralInteger();
+    }
+  }
+  if (isWord("ON") && isName()) refuse("a file group");
+  if (isWord("ON") && (isWord(1, "PRIMARY") || peek(1).kind == TokenKind::QuotedName)) at_ += 2;
+  return true;
+}
+
+void Parser::foreignKey(Constraint& result) {
+  result.kind = Constraint::Kind::ForeignKey;
+  expectWord("REFERENCES");
+  result.target = tableName();
+  if (isOperator("(")) result.targetColumns = nameList();
+  while (isWord("ON") && (isWord(1, "DELETE") || isWord(1, "UPDATE"))) {
+    std::string& action = isWord(1, "DELETE") ? result.onDelete : result.onUpdate;
+    at_ += 2;
+    if (takeWord("CASCADE")) {
+      action = "CASCADE";
+    } else if (takeWord("NO")) {
+      if (!isWord("ACTION")) fail();
+      ++at_;
+      action = "NO ACTION";
+    } else if (takeWord("SET")) {
+      action = isWord("NULL") ? "SET NULL" : "SET DEFAULT";
+      if (!takeWord("NULL")) expectWord("DEFAULT");
+    } else {
+      fail();
+    }
+  }
+}
+
+std::vector<tree::KeyColumn> Parser::keyColumns() {
+  std::vector<tree::KeyColumn> result;
+  expectOperator("(");
+  do {
+    tree::KeyColumn column;
+    column.name = name();
+    column.descending = takeWord("DESC");
+    if (!column.descending) takeWord("ASC");
+    result.push_back(std::move(column));
+  } while (takeOperator(","));
+  expectOperator(")");
+  return result;
+}
+
+StatementPtr Parser::createIndex(bool unique) {
+  auto result = makeStatement(StatementKind::CreateIndex);
+  result->unique = unique;
+  ++at_;
+  result->name = name();
+  expectWord("ON");
+  result->table = tableName();
+  result->keys = keyColumns();
+  if (isWord("INCLUDE")) refuse("INCLUDE");
+  if (isWord("WHERE")) refuse("an index with a condition");
+  if (isWord("WITH")) refuse("WITH in CREATE INDEX");
+  if (isWord("ON")) {
+    ++at_;
+    if (!takeWord("PRIMARY")) name();
+  }
+  return result;
+}
+
+StatementPtr Parser::alter() {
+  ++at_;
+  if (!isWord("TABLE")) refuse("ALTER of that kind");
+  ++at_;
+  const auto table = tableName();
+  if (isWord("WITH") && (isWord(1, "CHECK") || isWord(1, "NOCHECK"))) at_ += 2;
+  if (takeWord("ADD")) {
+    auto result = makeStatement(StatementKind::AlterAdd);
+    result->table = table;
+    do {
+      definitionItem(*result);
+    } while (takeOperator(","));
+    return result;
+  }
+  if (!takeWord("DROP")) refuse("ALTER TABLE of that kind");
+  if (takeWord("COLUMN")) {
+    auto result = makeStatement(StatementKind::AlterDropColumn);
+    result->table = table;
+    do {
+      result->columns.push_back(name());
+    } while (takeOperator(","));
+    return result;
+  }
+  refuse("ALTER TABLE ... DROP CONSTRAINT");
+}
+
+StatementPtr Parser::drop() {
+  ++at_;
+  const bool index = isWord("INDEX");
+  if (!index && !isWord("TABLE")) refuse("DROP of that kind");
+  auto result = makeStatement(index ? StatementKind::DropIndex : StatementKind::DropTable);
+  ++at_;
+  if (takeWord("IF")) {
+    expectWord("EXISTS");
+    result->ifExists = true;
+  }
+  do {
+    // DROP INDEX table.index, or index ON table
+    auto target = tableName();
+    if (index && takeWord("ON")) {
+      auto table = tableName();
+      table.schema = std::move(table.name);
+      table.name = std::move(target.name);
+      target = std::move(table);
+    }
+    result->tables.push_back(std::move(target));
+  } while (takeOperator(","));
+  return result;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,345 @@
+#include "tsql/parser.h"
+
+namespace tolvane::tsql {
+
+using tree::Expression;
+using tree::ExpressionKind;
+using tree::ExpressionPtr;
+
+ExpressionPtr Parser::make(ExpressionKind kind) const {
+  auto result = std::make_unique<Expression>();
+  result->kind = kind;
+  result->token = at_;
+  return result;
+}
+
+// A value in the place of a condition is an error that names the word after it.
+ExpressionPtr Parser::asCondition(ExpressionPtr value) const {
+  if (value->kind >= ExpressionKind::Compare) return value;
+  const std::string near =
+      isEnd() ? nameOf(batch_, batch_.tokens[static_cast<std::size_t>(at_ - 1)]) : nameOf(batch_, token());
+  throw SqlError(
+      4145, 15,
+      "An expression of non-boolean type specified in a context where a condition is expected, near '" + near + "'.")
+      .at(lineOf(batch_, at_));
+}
+
+ExpressionPtr Parser::requiredCondition() {
+  return asCondition(condition());
+}
+
+// AND and OR take any number of arguments, so that long chains do not become deep trees.
+ExpressionPtr Parser::condition() {
+  const Depth depth(*this);
+  auto first = conjunction();
+  if (!isWord("OR")) return first;
+  auto result = make(ExpressionKind::Or);
+  result->arguments.push_back(asCondition(std::move(first)));
+  while (takeWord("OR")) result->arguments.push_back(asCondition(conjunction()));
+  return result;
+}
+
+ExpressionPtr Parser::conjunction() {
+  auto first = negation();
+  if (!isWord("AND")) return first;
+  auto result = make(ExpressionKind::And);
+  result->arguments.push_back(asCondition(std::move(first)));
+  while (takeWord("AND")) result->arguments.push_back(asCondition(negation()));
+  return result;
+}
+
+ExpressionPtr Parser::negation() {
+  if (!isWord("NOT")) return predicate();
+  const Depth depth(*this);
+  auto result = make(ExpressionKind::Not);
+  ++at_;
+  result->arguments.push_back(asCondition(negation()));
+  return result;
+}
+
+// `( condition )` and `( expression )` begin alike: a bracket is read as a condition, which may turn out a plain value.
+ExpressionPtr Parser::predicate() {
+  if (isWord("EXISTS")) {
+    auto result = make(ExpressionKind::Exists);
+    ++at_;
+    expectOperator("(");
+    result->query = query();
+    expectOperator(")");
+    return result;
+  }
+  return predicateTail(expression());
+}
+
+ExpressionPtr Parser::predicateTail(ExpressionPtr left) {
+  if (isWord("IS")) {
+    auto result = make(ExpressionKind::IsNull);
+    ++at_;
+    result->negated = takeWord("NOT");
+    expectWord("NULL");
+    result->arguments.push_back(std::move(left));
+    return result;
+  }
+  const int ahead = isWord("NOT") ? 1 : 0;
+  const bool between = isWord(ahead, "BETWEEN");
+  const bool in = isWord(ahead, "IN");
+  const bool like = isWord(ahead, "LIKE");
+  if (!between && !in && !like) return comparison(std::move(left));
+  at_ += ahead;
+  auto result = make(between ? ExpressionKind::Between : like ? ExpressionKind::Like : ExpressionKind::InList);
+  result->negated = ahead == 1;
+  ++at_;
+  result->arguments.push_back(std::move(left));
+  if (between) {
+    result->arguments.push_back(expression());
+    expectWord("AND");
+    result->arguments.push_back(expression());
+  } else if (like) {
+    result->arguments.push_back(expression());
+    if (takeWord("ESCAPE")) result->arguments.push_back(expression());
+  } else {
+    expectOperator("(");
+    if (beginsQuery(0)) {
+      result->kind = ExpressionKind::InQuery;
+      result->query = query();
+    } else {
+      do {
+        result->arguments.push_back(expression());
+      } while (takeOperator(","));
+    }
+    expectOperator(")");
+  }
+  return result;
+}
+
+ExpressionPtr Parser::comparison(ExpressionPtr left) {
+  static constexpr std::string_view operators[] = {"=", "<>", "!=", "<", ">", "<=", ">=", "!<", "!>"};
+  static constexpr std::string_view meanings[] = {"=", "<>", "<>", "<", ">", "<=", ">=", ">=", "<="};
+  for (std::size_t i = 0; i < std::size(operators); ++i) {
+    if (!isOperator(operators[i])) continue;
+    auto result = make(ExpressionKind::Compare);
+    result->name = meanings[i];
+    ++at_;
+    // < = and > = may be written apart, as may < >.
+    if ((result->name == "<" || result->name == ">") && isOperator("=")) {
+      ++at_;
+      result->name += '=';
+    } else if (result->name == "<" && takeOperator(">")) {
+      result->name = "<>";
+    }
+    result->arguments.push_back(std::move(left));
+    if (isWord("ALL") || isWord("ANY") || isWord("SOME")) {
+      result->kind = ExpressionKind::Quantified;
+      result->all = isWord("ALL");
+      ++at_;
+      expectOperator("(");
+      result->query = query();
+      expectOperator(")");
+    } else {
+      result->arguments.push_back(expression());
+    }
+    return result;
+  }
+  return left;
+}
+
+// + - & ^ | share one rank in T-SQL, from left to right.
+ExpressionPtr Parser::expression() {
+  const Depth depth(*this);
+  auto left = term();
+  int chain = 0;
+  while (isOperator("+") || isOperator("-") || isOperator("&") || isOperator("|") || isOperator("^")) {
+    if (++chain > 400) fail();
+    auto result = make(ExpressionKind::Binary);
+    result->name = here();
+    ++at_;
+    result->arguments.push_back(std::move(left));
+    result->arguments.push_back(term());
+    left = std::move(result);
+  }
+  if (isWord("COLLATE")) refuse("COLLATE");
+  return left;
+}
+
+ExpressionPtr Parser::term() {
+  auto left = unary();
+  int chain = 0;
+  while (isOperator("*") || isOperator("/") || isOperator("%")) {
+    if (++chain > 400) fail();
+    auto result = make(ExpressionKind::Binary);
+    result->name = here();
+    ++at_;
+    result->arguments.push_back(std::move(left));
+    result->arguments.push_back(unary());
+    left = std::move(result);
+  }
+  return left;
+}
+
+ExpressionPtr Parser::unary() {
+  if (!isOperator("-") && !isOperator("+") && !isOperator("~")) return primary();
+  const Depth depth(*this);
+  auto result = make(ExpressionKind::Unary);
+  result->name = here();
+  ++at_;
+  result->arguments.push_back(unary());
+  return result;
+}
+
+ExpressionPtr Parser::primary() {
+  switch (token().kind) {
+    case TokenKind::Literal:
+    case TokenKind::Placeholder: {
+      auto result = make(token().kind == TokenKind::Literal ? ExpressionKind::Literal : ExpressionKind::Placeholder);
+      result->literal = token().literal;
+      ++at_;
+      return result;
+    }
+    case TokenKind::Variable: {
+      auto result = make(ExpressionKind::Variable);
+      result->name = here();
+      ++at_;
+      return result;
+    }
+    case TokenKind::QuotedName:
+      return columnName();
+    case TokenKind::Word:
+      return wordExpression();
+    default:
+      break;
+  }
+  if (!isOperator("(")) fail();
+  if (beginsQuery(1)) {
+    auto result = make(ExpressionKind::Subquery);
+    ++at_;
+    result->query = query();
+    expectOperator(")");
+    return result;
+  }
+  ++at_;
+  auto inner = condition();
+  expectOperator(")");
+  return inner;
+}
+
+ExpressionPtr Parser::wordExpression() {
+  if (isWord("NULL")) {
+    auto result = make(ExpressionKind::Null);
+    ++at_;
+    return result;
+  }
+  if (isWord("DEFAULT")) {
+    auto result = make(ExpressionKind::Default);
+    ++at_;
+    return result;
+  }
+  if (isWord("CASE")) return caseExpression();
+  if (isWord("CAST") && isOperator(1, "(")) return castExpression();
+  if (isWord("CONVERT")) return convertExpression();
+  const bool functionWord = isWord("LEFT") || isWord("RIGHT") || isWord("COALESCE") || isWord("NULLIF");
+  if (isOperator(1, "(") && (functionWord || !isReserved(here()))) {
+    std::string function(here());
+    for (char& c : function) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    return call(std::move(function));
+  }
+  if (isWord("CURRENT_TIMESTAMP") || isWord("CURRENT_USER") || isWord("USER") || isWord("SESSION_USER") ||
+      isWord("SYSTEM_USER")) {
+    auto result = make(ExpressionKind::Call);
+    result->name = isWord("CURRENT_TIMESTAMP") ? "GETDATE" : "USER_NAME";
+    ++at_;
+    return result;
+  }
+  return columnName();
+}
+
+ExpressionPtr Parser::caseExpression() {
+  const Depth depth(*this);
+  auto result = make(ExpressionKind::Case);
+  ++at_;
+  if (!isWord("WHEN")) result->operand = expression();
+  while (takeWord("WHEN")) {
+    result->arguments.push_back(result->operand ? expression() : requiredCondition());
+    expectWord("THEN");
+    result->arguments.push_back(expression());
+  }
+  if (result->arguments.empty()) fail();
+  if (takeWord("ELSE")) result->otherwise = expression();
+  expectWord("END");
+  return result;
+}
+
+ExpressionPtr Parser::castExpression() {
+  auto result = make(ExpressionKind::Cast);
+  result->name = "CAST";
+  at_ += 2;
+  result->arguments.push_back(expression());
+  expectWord("AS");
+  result->type = type();
+  if (typeRow(result->type.kind).takesLength && result->type.length == 0) result->type.length = 30;
+  expectOperator(")");
+  return result;
+}
+
+ExpressionPtr Parser::convertExpression() {
+  auto result = make(ExpressionKind::Cast);
+  result->name = "CONVERT";
+  ++at_;
+  expectOperator("(");
+  result->type = type();
+  if (typeRow(result->type.kind).takesLength && result->type.length == 0) result->type.length = 30;
+  expectOperator(",");
+  result->arguments.push_back(expression());
+  if (takeOperator(",")) result->arguments.push_back(expression());
+  expectOperator(")");
+  return result;
+}
+
+ExpressionPtr Parser::call(std::string function) {
+  auto result = make(ExpressionKind::Call);
+  result->name = std::move(function);
+  at_ += 2;
+  if (isOperator("*") && isOperator(1, ")")) {
+    result->star = true;
+    ++at_;
+  } else if (!isOperator(")")) {
+    if (takeWord("DISTINCT")) {
+      result->distinct = true;
+    } else {
+      takeWord("ALL");
+    }
+    do {
+      result->arguments.push_back(expression());
+    } while (takeOperator(","));
+  }
+  expectOperator(")");
+  if (isWord("OVER")) window(*result);
+  return result;
+}
+
+void Parser::window(Expression& call) {
+  call.over = true;
+  ++at_;
+  expectOperator("(");
+  if (takeWord("PARTITION")) {
+    expectWord("BY");
+    do {
+      call.partition.push_back(expression());
+    } while (takeOperator(","));
+  }
+  if (isWord("ORDER")) call.order = orderBy();
+  if (isWord("ROWS") || isWord("RANGE")) refuse("a window frame");
+  expectOperator(")");
+}
+
+// [[database.]schema.]table.column: the last two parts count.
+ExpressionPtr Parser::columnName() {
+  auto result = make(ExpressionKind::Column);
+  result->name = name();
+  while (isOperator(".") && !isOperator(1, "*")) {
+    ++at_;
+    result->qualifier = std::move(result->name);
+    result->name = anyName();
+  }
+  return result;
+}
+
+}  // namespace tolvane::tsql

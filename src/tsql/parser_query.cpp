@@ -1,0 +1,344 @@
+#include "tsql/parser.h"
+
+namespace tolvane::tsql {
+
+using tree::JoinKind;
+using tree::QueryBody;
+using tree::Select;
+using tree::SelectItem;
+using tree::SetOperator;
+using tree::TableReference;
+using tree::TableReferencePtr;
+
+// Whether a query begins at that token: SELECT, or brackets with a SELECT inside.
+bool Parser::beginsQuery(int ahead) const {
+  while (isOperator(ahead, "(")) ++ahead;
+  return isWord(ahead, "SELECT");
+}
+
+tree::QueryPtr Parser::query() {
+  const Depth depth(*this);
+  auto result = std::make_unique<tree::Query>();
+  result->token = at_;
+  result->with = commonTables();
+  result->body = setOperation();
+  if (isWord("ORDER")) result->order = orderBy();
+  if (isWord("FOR")) refuse("FOR");
+  if (isWord("COMPUTE")) refuse("COMPUTE");
+  return result;
+}
+
+std::vector<tree::CommonTable> Parser::commonTables() {
+  std::vector<tree::CommonTable> result;
+  if (!takeWord("WITH")) return result;
+  do {
+    tree::CommonTable table;
+    table.token = at_;
+    table.name = name();
+    if (isOperator("(")) table.columns = nameList();
+    expectWord("AS");
+    expectOperator("(");
+    table.query = query();
+    expectOperator(")");
+    result.push_back(std::move(table));
+  } while (takeOperator(","));
+  return result;
+}
+
+// UNION and EXCEPT from left to right; INTERSECT binds tighter.
+std::unique_ptr<QueryBody> Parser::setOperation() {
+  auto left = intersection();
+  int chain = 0;
+  while (isWord("UNION") || isWord("EXCEPT")) {
+    if (++chain > 200) refuse("a longer chain of set operations");
+    auto result = std::make_unique<QueryBody>();
+    result->token = at_;
+    result->operation = isWord("EXCEPT") ? SetOperator::Except : SetOperator::Union;
+    ++at_;
+    if (result->operation == SetOperator::Union && takeWord("ALL")) result->operation = SetOperator::UnionAll;
+    result->left = std::move(left);
+    result->right = intersection();
+    left = std::move(result);
+  }
+  return left;
+}
+
+std::unique_ptr<QueryBody> Parser::intersection() {
+  auto left = queryTerm();
+  int chain = 0;
+  while (isWord("INTERSECT")) {
+    if (++chain > 200) refuse("a longer chain of set operations");
+    auto result = std::make_unique<QueryBody>();
+    result->token = at_++;
+    result->operation = SetOperator::Intersect;
+    result->left = std::move(left);
+    result->right = queryTerm();
+    left = std::move(result);
+  }
+  return left;
+}
+
+std::unique_ptr<QueryBody> Parser::queryTerm() {
+  auto result = std::make_unique<QueryBody>();
+  result->token = at_;
+  if (takeOperator("(")) {
+    result->nested = query();
+    if (!result->nested->order.empty()) {
+      throw SqlError(Message::IncorrectSyntaxKeyword, {"ORDER"}).at(lineOf(batch_, result->token));
+    }
+    expectOperator(")");
+  } else {
+    result->select = select();
+  }
+  return result;
+}
+
+std::unique_ptr<Select> Parser::select() {
+  auto result = std::make_unique<Select>();
+  result->token = at_;
+  expectWord("SELECT");
+  if (!takeWord("ALL")) result->distinct = takeWord("DISTINCT");
+  if (takeWord("TOP")) {
+    const bool bracket = takeOperator("(");
+    result->top = bracket ? expression() : primary();
+    if (bracket) expectOperator(")");
+    result->percent = takeWord("PERCENT");
+    if (isWord("WITH") && isWord(1, "TIES")) refuse("TOP ... WITH TIES");
+  }
+  do {
+    result->items.push_back(selectItem());
+  } while (takeOperator(","));
+  if (takeWord("INTO")) {
+    const auto target = tableName();
+    result->into = target.name;
+  }
+  if (takeWord("FROM")) result->from = tableReferences();
+  if (takeWord("WHERE")) result->where = requiredCondition();
+  if (takeWord("GROUP")) {
+    expectWord("BY");
+    takeWord("ALL");
+    do {
+      result->groupBy.push_back(expression());
+    } while (takeOperator(","));
+    if (isWord("WITH")) refuse("GROUP BY ... WITH");
+  }
+  if (takeWord("HAVING")) result->having = requiredCondition();
+  return result;
+}
+
+SelectItem Parser::selectItem() {
+  SelectItem item;
+  item.token = at_;
+  if (takeOperator("*")) {
+    item.star = true;
+    return item;
+  }
+  if (isName()) {
+    // a.* and dbo.a.*
+    int ahead = 0;
+    while (isOperator(ahead + 1, ".") && !isOperator(ahead + 2, "*")) ahead += 2;
+    if (isOperator(ahead + 1, ".") && isOperator(ahead + 2, "*")) {
+      item.star = true;
+      item.qualifier = nameOf(batch_, peek(ahead));
+      at_ += ahead + 3;
+      return item;
+    }
+    // alias = expression
+    if (isOperator(1, "=")) {
+      item.alias = name();
+      ++at_;
+      item.expression = expression();
+      return item;
+    }
+  }
+  if (token().kind == TokenKind::Variable && isOperator(1, "=") && !here().starts_with("@@")) {
+    item.variable = here();
+    at_ += 2;
+    item.expression = expression();
+    return item;
+  }
+  item.expression = expression();
+  item.alias = optionalAlias();
+  return item;
+}
+
+// [AS] name; AS takes a text in quotes too.
+std::string Parser::optionalAlias() {
+  const bool as = takeWord("AS");
+  if (token().kind == TokenKind::Literal) {
+    const int index = token().literal;
+    const Literal& literal = batch_.literals[static_cast<std::size_t>(index)];
+    if (!literal.type.isText()) {
+      if (as) fail();
+      return {};
+    }
+    structural_.push_back(index);
+    ++at_;
+    return std::string(literal.text);
+  }
+  if (as || isName()) return name();
+  return {};
+}
+
+std::vector<std::vector<tree::ExpressionPtr>> Parser::valueRows() {
+  std::vector<std::vector<tree::ExpressionPtr>> rows;
+  do {
+    expectOperator("(");
+    std::vector<tree::ExpressionPtr> row;
+    do {
+      row.push_back(expression());
+    } while (takeOperator(","));
+    expectOperator(")");
+    rows.push_back(std::move(row));
+  } while (takeOperator(","));
+  return rows;
+}
+
+std::vector<tree::OrderItem> Parser::orderBy() {
+  expectWord("ORDER");
+  expectWord("BY");
+  std::vector<tree::OrderItem> result;
+  do {
+    tree::OrderItem item;
+    item.expression = expression();
+    item.descending = takeWord("DESC");
+    if (!item.descending) takeWord("ASC");
+    result.push_back(std::move(item));
+  } while (takeOperator(","));
+  if (isWord("OFFSET")) refuse("OFFSET");
+  return result;
+}
+
+std::vector<TableReferencePtr> Parser::tableReferences() {
+  std::vector<TableReferencePtr> result;
+  do {
+    result.push_back(joinedTable());
+  } while (takeOperator(","));
+  return result;
+}
+
+TableReferencePtr Parser::joinedTable() {
+  const Depth depth(*this);
+  auto left = tablePrimary();
+  JoinKind kind = JoinKind::Inner;
+  int chain = 0;
+  while (joinKind(kind)) {
+    if (++chain > 63) refuse("a longer chain of joins");
+    auto join = std::make_unique<TableReference>();
+    join->kind = TableReference::Kind::Join;
+    join->token = at_;
+    join->join = kind;
+    join->left = std::move(left);
+    join->right = kind == JoinKind::Cross ? tablePrimary() : joinedTable();
+    // a JOIN b JOIN c ON .. ON ..: the right side has taken what belongs to it.
+    if (kind != JoinKind::Cross) {
+      expectWord("ON");
+      join->on = requiredCondition();
+    }
+    left = std::move(join);
+  }
+  return left;
+}
+
+// Looks for the words of a join. The right side of a join is read by joinedTable, so a chain `a JOIN b ON .. JOIN c ON
+// ..` must stop there: a join word belongs to the left side unless its ON is still owed, which only the brackets-free
+// form `a JOIN b JOIN c ON .. ON ..` has.
+bool Parser::joinKind(JoinKind& kind) {
+  if (isWord("CROSS") && isWord(1, "APPLY")) refuse("CROSS APPLY");
+  if (isWord("OUTER") && isWord(1, "APPLY")) refuse("OUTER APPLY");
+  if (takeWord("JOIN")) {
+    kind = JoinKind::Inner;
+    return true;
+  }
+  if (isWord("INNER")) {
+    kind = JoinKind::Inner;
+  } else if (isWord("CROSS")) {
+    kind = JoinKind::Cross;
+  } else if (isWord("LEFT")) {
+    kind = JoinKind::Left;
+  } else if (isWord("RIGHT")) {
+    kind = JoinKind::Right;
+  } else if (isWord("FULL")) {
+    kind = JoinKind::Full;
+  } else {
+    return false;
+  }
+  ++at_;
+  takeWord("OUTER");
+  for (const auto hint : {"LOOP", "HASH", "MERGE", "REMOTE"}) takeWord(hint);
+  expectWord("JOIN");
+  return true;
+}
+
+TableReferencePtr Parser::tablePrimary() {
+  auto result = std::make_unique<TableReference>();
+  result->token = at_;
+  if (takeOperator("(")) {
+    if (beginsQuery(0)) {
+      result->kind = TableReference::Kind::Derived;
+      result->query = query();
+      expectOperator(")");
+      tableAlias(*result);
+      if (result->alias.empty()) fail();
+      return result;
+    }
+    if (isWord("VALUES")) {
+      ++at_;
+      result->kind = TableReference::Kind::Derived;
+      result->query = std::make_unique<tree::Query>();
+      result->query->token = at_;
+      result->query->body = std::make_unique<QueryBody>();
+      result->query->body->select = std::make_unique<Select>();
+      result->query->body->select->token = at_;
+      result->query->body->select->values = valueRows();
+      expectOperator(")");
+      tableAlias(*result);
+      if (result->alias.empty() || result->columnAliases.empty()) fail();
+      return result;
+    }
+    result = joinedTable();
+    expectOperator(")");
+    return result;
+  }
+  if (token().kind == TokenKind::Variable) refuse("a table variable");
+  const auto table = tableName();
+  if (isOperator("(") && !isWord(1, "NOLOCK") && !isWord(1, "READUNCOMMITTED") && !isWord(1, "UPDLOCK") &&
+      !isWord(1, "HOLDLOCK") && !isWord(1, "ROWLOCK") && !isWord(1, "TABLOCK") && !isWord(1, "TABLOCKX") &&
+      !isWord(1, "READPAST") && !isWord(1, "PAGLOCK") && !isWord(1, "XLOCK") && !isWord(1, "INDEX")) {
+    refuse("a function as a table");
+  }
+  result->schema = table.schema;
+  result->name = table.name;
+  tableHints();
+  tableAlias(*result);
+  tableHints();
+  return result;
+}
+
+void Parser::tableAlias(TableReference& reference) {
+  if (takeWord("AS")) {
+    reference.alias = name();
+  } else if (isName()) {
+    reference.alias = name();
+  } else {
+    return;
+  }
+  if (reference.kind == TableReference::Kind::Derived && isOperator("(")) reference.columnAliases = nameList();
+}
+
+// WITH (NOLOCK), (NOLOCK): there is nothing to hint at.
+void Parser::tableHints() {
+  const bool with = isWord("WITH") && isOperator(1, "(");
+  if (!with && !(isOperator("(") && peek(1).kind == TokenKind::Word)) return;
+  at_ += with ? 2 : 1;
+  int depth = 1;
+  while (depth > 0) {
+    if (isEnd()) fail();
+    if (isOperator("(")) ++depth;
+    if (isOperator(")")) --depth;
+    if (token().kind == TokenKind::Literal) structural_.push_back(token().literal);
+    ++at_;
+  }
+}
+
+}  // namespace tolvane::tsql

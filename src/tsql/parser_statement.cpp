@@ -1,0 +1,363 @@
+#include "tsql/parser.h"
+
+namespace tolvane::tsql {
+
+using tree::StatementKind;
+using tree::StatementPtr;
+
+namespace {
+
+StatementPtr makeStatement(StatementKind kind) {
+  auto result = std::make_unique<tree::StatementNode>();
+  result->kind = kind;
+  return result;
+}
+
+}  // namespace
+
+StatementPtr Parser::statement() {
+  const Depth depth(*this);
+  const int first = at_;
+  auto result = simpleStatement();
+  result->token = first;
+  result->endToken = at_;
+  while (takeOperator(";")) {
+  }
+  return result;
+}
+
+StatementPtr Parser::simpleStatement() {
+  if (beginsQuery(0)) return selectStatement();
+  if (isWord("WITH")) return withQuery();
+  if (isWord("INSERT")) return insert();
+  if (isWord("UPDATE")) return update();
+  if (isWord("DELETE")) return remove();
+  if (isWord("IF")) return conditional();
+  if (isWord("WHILE")) return loop();
+  if (isWord("BEGIN")) return begin();
+  if (isWord("DECLARE")) return declare();
+  if (isWord("SET")) return set();
+  if (isWord("PRINT")) return print();
+  if (isWord("RAISERROR")) return raiseError();
+  if (isWord("COMMIT")) return transaction(StatementKind::Commit);
+  if (isWord("ROLLBACK")) return transaction(StatementKind::Rollback);
+  if (isWord("CREATE")) return create();
+  if (isWord("ALTER")) return alter();
+  if (isWord("DROP")) return drop();
+  if (isWord("TRUNCATE")) return truncate();
+  if (isWord("BREAK") || isWord("CONTINUE")) {
+    auto result = makeStatement(isWord("BREAK") ? StatementKind::Break : StatementKind::Continue);
+    ++at_;
+    return result;
+  }
+  if (takeWord("RETURN")) return makeStatement(StatementKind::Return);
+  static constexpr std::string_view known[] = {
+      "EXEC",  "EXECUTE", "MERGE",  "GRANT",   "REVOKE", "DENY", "USE",        "GOTO", "WAITFOR",   "OPEN",
+      "FETCH", "CLOSE",   "BACKUP", "RESTORE", "DBCC",   "KILL", "CHECKPOINT", "SAVE", "DEALLOCATE"};
+  for (const auto word : known) {
+    if (isWord(word)) refuse("the statement");
+  }
+  fail();
+}
+
+StatementPtr Parser::selectStatement() {
+  auto result = makeStatement(StatementKind::Select);
+  result->query = query();
+  if (isWord("OPTION") && isOperator(1, "(")) refuse("OPTION");
+  return result;
+}
+
+StatementPtr Parser::withQuery() {
+  // Common table expressions may stand before a SELECT only.
+  auto result = makeStatement(StatementKind::Select);
+  const int first = at_;
+  auto with = commonTables();
+  if (!beginsQuery(0)) refuse("a common table expression in another statement than SELECT");
+  result->query = query();
+  result->query->token = first;
+  result->query->with = std::move(with);
+  return result;
+}
+
+void Parser::top(tree::StatementNode& statement) {
+  if (!takeWord("TOP")) return;
+  const bool bracket = takeOperator("(");
+  statement.top = bracket ? expression() : primary();
+  if (bracket) expectOperator(")");
+  if (isWord("PERCENT")) refuse("TOP ... PERCENT");
+}
+
+StatementPtr Parser::insert() {
+  auto result = makeStatement(StatementKind::Insert);
+  ++at_;
+  if (isWord("TOP")) refuse("INSERT TOP");
+  takeWord("INTO");
+  result->table = tableName();
+  if (isWord("WITH") && isOperator(1, "(")) tableHints();
+  if (isOperator("(") && !beginsQuery(0)) result->columns = nameList();
+  if (isWord("OUTPUT")) refuse("OUTPUT");
+  if (takeWord("DEFAULT")) {
+    expectWord("VALUES");
+    result->defaultValues = true;
+    return result;
+  }
+  if (takeWord("VALUES")) {
+    result->query = std::make_unique<tree::Query>();
+    result->query->token = at_;
+    result->query->body = std::make_unique<tree::QueryBody>();
+    result->query->body->token = at_;
+    result->query->body->select = std::make_unique<tree::Select>();
+    result->query->body->select->token = at_;
+    result->query->body->select->values = valueRows();
+    return result;
+  }
+  if (isWord("EXEC") || isWord("EXECUTE")) refuse("INSERT ... EXEC");
+  result->query = query();
+  return result;
+}
+
+std::vector<tree::Assignment> Parser::assignments() {
+  std::vector<tree::Assignment> result;
+  do {
+    tree::Assignment assignment;
+    assignment.token = at_;
+    if (token().kind == TokenKind::Variable) refuse("a variable in the SET of an UPDATE");
+    assignment.column = name();
+    while (takeOperator(".")) assignment.column = anyName();
+    if (!takeOperator("=")) {
+      for (const std::string_view compound : {"+=", "-=", "*=", "/=", "%=", "&=", "|=", "^="}) {
+        if (isOperator(compound)) assignment.operation = compound.substr(0, 1);
+      }
+      if (assignment.operation.empty()) fail();
+      ++at_;
+    }
+    assignment.value = expression();
+    result.push_back(std::move(assignment));
+  } while (takeOperator(","));
+  return result;
+}
+
+void Parser::fromAndWhere(tree::StatementNode& statement) {
+  if (isWord("OUTPUT")) refuse("OUTPUT");
+  if (takeWord("FROM")) {
+    statement.hasFrom = true;
+    statement.from = tableReferences();
+  }
+  if (takeWord("WHERE")) {
+    if (isWord("CURRENT") && isWord(1, "OF")) refuse("WHERE CURRENT OF");
+    statement.where = requiredCondition();
+  }
+}
+
+StatementPtr Parser::update() {
+  auto result = makeStatement(StatementKind::Update);
+  ++at_;
+  top(*result);
+  result->table = tableName();
+  tableHints();
+  expectWord("SET");
+  result->assignments = assignments();
+  fromAndWhere(*result);
+  return result;
+}
+
+StatementPtr Parser::remove() {
+  auto result = makeStatement(StatementKind::Delete);
+  ++at_;
+  top(*result);
+  takeWord("FROM");
+  result->table = tableName();
+  tableHints();
+  fromAndWhere(*result);
+  return result;
+}
+
+StatementPtr Parser::truncate() {
+  auto result = makeStatement(StatementKind::Truncate);
+  ++at_;
+  expectWord("TABLE");
+  result->table = tableName();
+  return result;
+}
+
+StatementPtr Parser::conditional() {
+  auto result = makeStatement(StatementKind::If);
+  ++at_;
+  result->where = requiredCondition();
+  result->statements.push_back(statement());
+  if (takeWord("ELSE")) result->statements.push_back(statement());
+  return result;
+}
+
+StatementPtr Parser::loop() {
+  auto result = makeStatement(StatementKind::While);
+  ++at_;
+  result->where = requiredCondition();
+  result->statements.push_back(statement());
+  return result;
+}
+
+StatementPtr Parser::begin() {
+  if (isWord(1, "TRAN") || isWord(1, "TRANSACTION")) {
+    ++at_;
+    return transaction(StatementKind::Begin);
+  }
+  if (isWord(1, "TRY") || isWord(1, "CATCH") || isWord(1, "DISTRIBUTED")) {
+    ++at_;
+    refuse("BEGIN ... ");
+  }
+  auto result = makeStatement(StatementKind::Block);
+  ++at_;
+  while (takeOperator(";")) {
+  }
+  while (!isWord("END")) {
+    if (isEnd()) fail();
+    result->statements.push_back(statement());
+  }
+  if (result->statements.empty()) fail();
+  ++at_;
+  return result;
+}
+
+// BEGIN/COMMIT/ROLLBACK [TRAN[SACTION] | WORK] [name]: names mark nothing, but for ROLLBACK to a savepoint, which is
+// refused together with SAVE.
+StatementPtr Parser::transaction(StatementKind kind) {
+  auto result = makeStatement(kind);
+  if (kind != StatementKind::Begin) ++at_;
+  if (isWord("TRAN") || isWord("TRANSACTION")) {
+    ++at_;
+    if (isName()) {
+      result->name = name();
+    } else if (token().kind == TokenKind::Variable) {
+      ++at_;
+    }
+  } else {
+    takeWord("WORK");
+  }
+  return result;
+}
+
+StatementPtr Parser::declare() {
+  auto result = makeStatement(StatementKind::Declare);
+  ++at_;
+  do {
+    tree::Declaration declaration;
+    declaration.token = at_;
+    if (token().kind != TokenKind::Variable || here().starts_with("@@")) {
+      if (isName() && isWord(1, "CURSOR")) refuse("a cursor");
+      fail();
+    }
+    declaration.name = here();
+    ++at_;
+    takeWord("AS");
+    if (isWord("TABLE") || isWord("CURSOR")) refuse("a variable of that kind");
+    declaration.type = type();
+    if (typeRow(declaration.type.kind).takesLength && declaration.type.length == 0) declaration.type.length = 1;
+    if (declaration.type.isLongText() || declaration.type.kind == TypeKind::Image) {
+      throw SqlError(2739, 16, "The text, ntext, and image data types are invalid for local variables.")
+          .at(lineOf(batch_, declaration.token));
+    }
+    if (takeOperator("=")) declaration.value = expression();
+    result->declarations.push_back(std::move(declaration));
+  } while (takeOperator(","));
+  return result;
+}
+
+StatementPtr Parser::set() {
+  ++at_;
+  if (token().kind == TokenKind::Variable) {
+    auto result = makeStatement(StatementKind::Set);
+    result->name = here();
+    ++at_;
+    if (!takeOperator("=")) {
+      for (const std::string_view compound : {"+=", "-=", "*=", "/=", "%=", "&=", "|=", "^="}) {
+        if (isOperator(compound)) result->operation = compound.substr(0, 1);
+      }
+      if (result->operation.empty()) fail();
+      ++at_;
+    }
+    result->value = expression();
+    return result;
+  }
+  if (takeWord("IDENTITY_INSERT")) {
+    auto result = makeStatement(StatementKind::IdentityInsert);
+    result->table = tableName();
+    result->on = takeWord("ON");
+    if (!result->on) expectWord("OFF");
+    return result;
+  }
+  if (isWord("TRANSACTION") && isWord(1, "ISOLATION")) {
+    auto result = makeStatement(StatementKind::Option);
+    result->name = "TRANSACTION ISOLATION LEVEL";
+    at_ += 2;
+    expectWord("LEVEL");
+    if (takeWord("READ")) {
+      if (!takeWord("COMMITTED")) expectWord("UNCOMMITTED");
+    } else if (takeWord("REPEATABLE")) {
+      expectWord("READ");
+    } else if (!takeWord("SERIALIZABLE")) {
+      expectWord("SNAPSHOT");
+    }
+    return result;
+  }
+  static constexpr std::string_view accepted[] = {"NOCOUNT",
+                                                  "ANSI_NULLS",
+                                                  "ANSI_WARNINGS",
+                                                  "ANSI_PADDING",
+                                                  "ANSI_NULL_DFLT_ON",
+                                                  "ANSI_NULL_DFLT_OFF",
+                                                  "ARITHABORT",
+                                                  "ARITHIGNORE",
+                                                  "QUOTED_IDENTIFIER",
+                                                  "CONCAT_NULL_YIELDS_NULL",
+                                                  "XACT_ABORT",
+                                                  "NUMERIC_ROUNDABORT",
+                                                  "IMPLICIT_TRANSACTIONS",
+                                                  "CURSOR_CLOSE_ON_COMMIT",
+                                                  "ANSI_DEFAULTS"};
+  for (const auto option : accepted) {
+    if (!isWord(option)) continue;
+    auto result = makeStatement(StatementKind::Option);
+    result->name = option;
+    const int word = at_++;
+    result->on = takeWord("ON");
+    if (!result->on) expectWord("OFF");
+    // Options that would change what later statements mean are taken only with the meaning that holds anyway.
+    static constexpr std::string_view fixedOn[] = {"ANSI_NULLS", "QUOTED_IDENTIFIER", "CONCAT_NULL_YIELDS_NULL"};
+    static constexpr std::string_view fixedOff[] = {"IMPLICIT_TRANSACTIONS", "NUMERIC_ROUNDABORT", "ARITHIGNORE"};
+    for (const auto fixed : fixedOn) {
+      if (option == fixed && !result->on) throw notSupported(batch_, word, "the option OFF");
+    }
+    for (const auto fixed : fixedOff) {
+      if (option == fixed && result->on) throw notSupported(batch_, word, "the option ON");
+    }
+    return result;
+  }
+  if (isWord("ROWCOUNT") || isWord("DATEFORMAT") || isWord("DATEFIRST") || isWord("LANGUAGE") ||
+      isWord("LOCK_TIMEOUT") || isWord("TEXTSIZE")) {
+    refuse("the option");
+  }
+  fail();
+}
+
+StatementPtr Parser::print() {
+  auto result = makeStatement(StatementKind::Print);
+  ++at_;
+  result->value = expression();
+  return result;
+}
+
+StatementPtr Parser::raiseError() {
+  auto result = makeStatement(StatementKind::RaiseError);
+  ++at_;
+  expectOperator("(");
+  do {
+    result->arguments.push_back(expression());
+  } while (takeOperator(","));
+  expectOperator(")");
+  if (result->arguments.size() != 3) refuse("RAISERROR with values to fill in");
+  if (isWord("WITH")) refuse("RAISERROR ... WITH");
+  return result;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "tsql/type.h"
+
+// What the compiler makes of a batch: a list of steps for a small interpreter that owns an SQLite connection.
+// All texts are SQLite's dialect with parameters ?1, ?2, ...; they call the functions `ts_...` of functions.h and the
+// collations TSQL and TSQL_DECIMAL.
+namespace tolvane::tsql {
+
+// Where the interpreter takes the value of one SQLite parameter from.
+struct Parameter {
+  enum class Source {
+    Literal,        // number `index` of ShapedBatch::literals
+    Variable,       // slot `index` of Program::variables
+    Placeholder,    // number `index` of the command's "?" parameters
+    RowCount,       // @@ROWCOUNT of the statement before
+    Error,          // @@ERROR of the statement before
+    TranCount,      // @@TRANCOUNT
+    Identity,       // @@IDENTITY: decimal(38,0) text or null
+    ScopeIdentity,  // SCOPE_IDENTITY(): the same in this engine, which has no triggers
+    Fetch,          // @@FETCH_STATUS
+  };
+  Source source = Source::Literal;
+  int index = 0;
+  Type from;  // type of the value as it comes
+  // Where it differs from `from`, the interpreter converts the value with convert() before binding it (once a statement
+  // instead of once a row). The error, if any, is that statement's error.
+  Type to;
+
+  bool operator==(const Parameter&) const = default;
+};
+
+// One SQLite statement with its parameters; parameters[0] is ?1.
+struct Statement {
+  std::string text;
+  std::vector<Parameter> parameters;
+};
+
+struct ResultColumn {
+  std::string name;  // empty for an expression without alias
+  Type type;
+  std::string table;   // the table and column that a plain column comes from, as the catalogue spells them;
+  std::string column;  // empty for an expression
+  bool identity = false;
+};
+
+// For a query whose rows are rows of one table (no join, DISTINCT, GROUP BY, aggregate, set operation, view): the same
+// rows in the same order and the same columns with SQLite's row number as one more column at the end, so that a record
+// set can change, delete and re-read its rows.
+struct RowSource {
+  std::string table;  // the catalogue's spelling
+  std::string textWithRow;
+  // The same, with NULL in the place of every long column (text, ntext, image, max), which the record set reads by row
+  // number when it is asked for. Equal to textWithRow where there is no long column.
+  std::string textWithoutLong;
+  // Parameters are those of the query.
+};
+
+struct Query {
+  Statement statement;
+  std::vector<ResultColumn> columns;
+  std::optional<RowSource> rows;
+};
+
+// A SELECT whose rows go to the caller.
+struct QueryStep {
+  Query query;
+};
+
+// INSERT, UPDATE, DELETE, SELECT INTO (the filling), TRUNCATE. All statements succeed or none does.
+struct ExecuteStep {
+  enum class Verb { Insert, Update, Delete };
+  Verb verb = Verb::Insert;
+  std::string table;  // the catalogue's spelling
+  std::vector<Statement> statements;
+  int counted = 0;            // which statement's changed rows are @@ROWCOUNT; -1: not counted
+  bool setsIdentity = false;  // the table has an identity column: @@IDENTITY becomes the last row number inserted
+  bool checksKeys = false;    // foreign keys may fail: error 547
+};
+
+// CREATE, ALTER, DROP. The catalogue is read anew afterwards.
+struct DdlStep {
+  std::vector<Statement> statements;
+};
+
+// Goes to step `target` unless the query's only value is 1.
+struct JumpUnlessStep {
+  Query condition;
+  int target = 0;
+};
+
+struct JumpStep {
+  int target = 0;  // may be steps.size(); -1: the end of the batch, also from the steps of a deferred statement (RETURN)
+};
+
+// SET @x = ..., SELECT @x = ..., DECLARE @x ... = ...: column i of the query goes to variable slots[i]; the values are
+// of the variable's type already. Several rows: the last one. No row: the variables stay as they are.
+struct AssignStep {
+  Query query;
+  std::vector<int> slots;
+};
+
+// The text of the query's only value is the message. A null prints nothing.
+struct PrintStep {
+  Query query;
+};
+
+struct TransactionStep {
+  enum class Verb { Begin, Commit, Rollback };
+  Verb verb = Verb::Begin;
+};
+
+// The error is raised when the step is reached.
+struct ErrorStep {
+  int number = 0;
+  std::string message;
+};
+
+// RAISERROR: the query's two values are message and severity; severity above 10 is error 50000, otherwise a message.
+struct RaiseStep {
+  Query query;
+};
+
+// SET NOCOUNT ON and others that only have to be accepted; the name is in capitals ("NOCOUNT").
+struct OptionStep {
+  std::string name;
+  bool on = false;
+};
+
+// A statement that names tables which did not exist, or may have changed, when the batch was compiled: it is compiled
+// with compileDeferred() when it is reached, and the steps found are run in its place.
+struct DeferredStep {
+  int firstToken = 0;
+  int endToken = 0;
+};
+
+using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
+                              TransactionStep, ErrorStep, RaiseStep, OptionStep, DeferredStep>;
+
+struct Step {
+  int line = 1;  // where the statement begins in the batch
+  StepBody body;
+};
+
+struct Variable {
+  std::string name;  // with the '@', as declared
+  Type type;         // starts as null
+};
+
+struct Program {
+  std::vector<Step> steps;
+  std::vector<Variable> variables;
+  std::vector<int> structuralLiterals;  // literals whose value the program depends on, ascending
+  std::vector<std::string> tablesRead;  // the catalogue's spelling, each once, deferred statements left out
+  std::vector<std::string> tablesWritten;
+  int placeholders = 0;      // number of "?" in the text
+  bool returnsRows = false;  // some step is a QueryStep (or deferred and may be one)
+};
+
+}  // namespace tolvane::tsql

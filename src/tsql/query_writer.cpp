@@ -1,0 +1,453 @@
+#include <algorithm>
+
+#include "tsql/parser.h"
+#include "tsql/writer.h"
+
+namespace tolvane::tsql {
+
+using tree::SetOperator;
+
+namespace {
+
+std::string_view word(SetOperator operation) {
+  switch (operation) {
+    case SetOperator::None:
+      break;
+    case SetOperator::Union:
+      return " UNION ";
+    case SetOperator::UnionAll:
+      return " UNION ALL ";
+    case SetOperator::Except:
+      return " EXCEPT ";
+    case SetOperator::Intersect:
+      return " INTERSECT ";
+  }
+  return {};
+}
+
+}  // namespace
+
+// --- binding
+
+BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) {
+  BoundQuery result;
+  result.scope = std::make_unique<Scope>();
+  result.scope->parent = parent;
+  const std::size_t known = commonTables_.size();
+  if (!query.with.empty()) {
+    commonTables_.emplace_back();
+    for (const auto& table : query.with) {
+      const BoundQuery inner = bind(*table.query, nullptr, true);
+      auto text = std::make_unique<CommonTableText>();
+      text->name = table.name;
+      text->sql = render(inner, true);
+      if (!table.columns.empty() && table.columns.size() != inner.outputs.size()) {
+        fail(table.token, table.columns.size() > inner.outputs.size() ? 8158 : 8159,
+             "'" + table.name + "' has " +
+                 (table.columns.size() > inner.outputs.size()
+                      ? "more columns than were specified in the column list."
+                      : "fewer columns than were specified in the column list."));
+      }
+      for (std::size_t i = 0; i < inner.outputs.size(); ++i) {
+        const Output& output = inner.outputs[i];
+        const std::string& name = table.columns.empty() ? output.name : table.columns[i];
+        if (name.empty()) {
+          fail(table.token, 8155,
+               "No column name was specified for column " + std::to_string(i + 1) + " of '" + table.name + "'.");
+        }
+        text->columns.push_back({name, output.value.type, {}, output.table, output.column, output.identity});
+      }
+      commonTables_.back().push_back(std::move(text));
+    }
+  }
+  result.body = bindBody(*query.body, query, *result.scope, parent);
+  result.outputs = unify(*result.body);
+  convertOutputs(*result.body, result.outputs);
+  if (subquery && !query.order.empty() && !(query.body->select && query.body->select->top)) {
+    fail(query.token, 1033,
+         "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
+         "expressions, unless TOP or FOR XML is also specified.");
+  }
+  bindOrder(query, result);
+  Scope& scope = *result.scope;
+  const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
+  if (grouped && !scope.ungrouped.empty()) {
+    const std::string reason =
+        scope.groupKeys != nullptr
+            ? "' is invalid in the select list because it is not contained in either an aggregate "
+              "function or the GROUP BY clause."
+            : "' is invalid in the select list because it is not contained in an aggregate function "
+              "and there is no GROUP BY clause.";
+    fail(query.token, scope.groupKeys != nullptr ? 8120 : 8118, "Column '" + scope.ungrouped + reason);
+  }
+  commonTables_.resize(known);
+  return result;
+}
+
+std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
+                                            Scope* parent) {
+  if (body.nested) {
+    BoundQuery nested = bind(*body.nested, parent, true);
+    return std::move(nested.body);
+  }
+  if (body.operation == SetOperator::None) {
+    if (!body.select->values.empty()) return bindValues(*body.select, parent);
+    // ORDER BY may use the scope of a single SELECT; the branches of a set operation have one each.
+    if (&body == query.body.get()) return bindSelect(*body.select, scope);
+    Scope own;
+    own.parent = parent;
+    auto result = bindSelect(*body.select, own);
+    if ((own.aggregated || own.groupKeys != nullptr) && !own.ungrouped.empty()) {
+      fail(body.token, Message::ColumnNotGrouped, {own.ungrouped});
+    }
+    return result;
+  }
+  auto result = std::make_unique<BoundBody>();
+  result->operation = body.operation;
+  result->left = bindBody(*body.left, query, scope, parent);
+  result->right = bindBody(*body.right, query, scope, parent);
+  const auto width = [](const BoundBody* side) {
+    while (side->operation != SetOperator::None) side = side->left.get();
+    return side->rows.empty() ? side->outputs.size() : side->rows[0].size();
+  };
+  if (width(result->left.get()) != width(result->right.get())) fail(body.token, Message::UnionColumnCount);
+  return result;
+}
+
+std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope) {
+  auto body = std::make_unique<BoundBody>();
+  body->distinct = select.distinct;
+  std::string text;
+  if (!select.from.empty()) text = " FROM " + from(select.from, scope);
+  scope.insideGroupKey = 1;  // columns in WHERE need no group
+  if (select.where) text += " WHERE " + condition(*select.where, &scope);
+  bindGroups(select, scope, text);
+  scope.insideGroupKey = 0;
+  scope.aggregatesAllowed = true;
+  bindItems(select, scope, *body);
+  if (select.having) {
+    if (scope.groupKeys == nullptr) scope.aggregated = true;
+    const std::string having = condition(*select.having, &scope);
+    // Without GROUP BY the whole is one group; SQLite wants to see one.
+    text += (select.groupBy.empty() ? " GROUP BY NULL HAVING " : " HAVING ") + having;
+  }
+  if (select.having && select.groupBy.empty()) {
+    refuse(select.token, "HAVING without GROUP BY");
+  }
+  body->tail = std::move(text);
+  body->limit = limitOf(select, scope);
+  const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
+  body->singleRow = scope.aggregated && scope.groupKeys == nullptr;
+  if (select.from.empty() && !select.where && !grouped) body->singleRow = true;
+  if (!select.distinct && !grouped && scope.sources.size() == 1 && scope.sources[0].table != nullptr &&
+      !scope.sources[0].table->view) {
+    body->updatable = scope.sources[0].table;
+    body->rowAlias = scope.sources[0].sqlAlias;
+  }
+  if (select.distinct) {
+    for (const Output& output : body->outputs) {
+      const Type& type = output.value.type;
+      if (type.isLongText() || type.kind == TypeKind::Image) {
+        fail(select.token, 421,
+             "The " + std::string(type.baseName()) +
+                 " data type cannot be selected as DISTINCT because it is not comparable.");
+      }
+    }
+  }
+  return body;
+}
+
+std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope* parent) {
+  auto body = std::make_unique<BoundBody>();
+  for (const auto& row : select.values) {
+    std::vector<Typed> values;
+    for (const auto& value : row) values.push_back(expression(*value, parent));
+    if (!body->rows.empty() && values.size() != body->rows[0].size()) {
+      fail(select.token, 10709, "The number of columns for each row in a table value constructor must be the same.");
+    }
+    body->rows.push_back(std::move(values));
+  }
+  for (const Typed& value : body->rows[0]) body->outputs.push_back({value, {}, {}, {}, false});
+  return body;
+}
+
+void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& text) {
+  if (select.groupBy.empty()) return;
+  scope.groupKeys = &select.groupBy;
+  for (std::size_t i = 0; i < select.groupBy.size(); ++i) {
+    const auto& key = *select.groupBy[i];
+    const Typed value = expression(key, &scope);
+    comparable(value.type, key.token);
+    if (value.literal >= 0 || value.parameter >= 0) {
+      fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
+    }
+    text += (i == 0 ? " GROUP BY " : ",") + value.sql + collation(value.type);
+  }
+}
+
+void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body) {
+  for (const auto& item : select.items) {
+    if (item.star) {
+      expandStar(item, scope, body);
+      continue;
+    }
+    Output output;
+    output.value = expression(*item.expression, &scope);
+    if (output.value.column != nullptr) {
+      output.name = output.value.column->name;
+      output.table = output.value.column->table;
+      output.column = output.value.column->column;
+      output.identity = output.value.column->identity;
+      // The name is written as in the statement, not as in the table.
+      output.name = item.expression->name;
+    }
+    if (!item.alias.empty()) output.name = item.alias;
+    body.outputs.push_back(std::move(output));
+  }
+}
+
+void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& body) {
+  bool found = false;
+  for (const Source& source : scope.sources) {
+    if (!item.qualifier.empty() && !sameName(source.name, item.qualifier)) continue;
+    found = true;
+    for (const SourceColumn& column : source.columns) {
+      Output output;
+      output.value.sql = column.sql;
+      output.value.type = column.type;
+      output.value.column = &column;
+      output.name = column.name;
+      output.table = column.table;
+      output.column = column.column;
+      output.identity = column.identity;
+      const bool grouped = scope.groupKeys != nullptr && std::ranges::any_of(*scope.groupKeys, [&](const auto& key) {
+                             return key->kind == tree::ExpressionKind::Column && sameName(key->name, column.name);
+                           });
+      if (!grouped && scope.ungrouped.empty()) scope.ungrouped = source.name + "." + column.name;
+      body.outputs.push_back(std::move(output));
+    }
+  }
+  if (found) return;
+  if (item.qualifier.empty()) {
+    throw SqlError(263, 16, "Must specify table to select from.").at(lineOf(batch_, item.token));
+  }
+  fail(item.token, 107,
+       "The column prefix '" + item.qualifier + "' does not match with a table name or alias name used in the query.");
+}
+
+std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
+  if (!select.top) return {};
+  Typed value = expression(*select.top, scope.parent);
+  if (value.column != nullptr || value.subquery) refuse(select.top->token, "TOP of an expression");
+  if (select.percent) refuse(select.top->token, "TOP ... PERCENT");
+  if (!value.type.isInteger() && value.type.kind != TypeKind::Null) {
+    if (!value.type.isNumber()) {
+      fail(select.top->token, 1060,
+           "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
+    }
+    value = convert(std::move(value), Type::of(TypeKind::BigInt));
+  }
+  // SQLite reads a negative limit as none.
+  return value.literal >= 0 ? value.sql : "max(0," + value.sql + ")";
+}
+
+// --- the columns of set operations
+
+// The types that the columns of all branches have in common, with the names of the first.
+std::vector<Output> Writer::unify(BoundBody& body) {
+  if (body.operation == SetOperator::None) {
+    std::vector<Output> outputs = body.outputs;
+    for (std::size_t row = 1; row < body.rows.size(); ++row) {
+      for (std::size_t i = 0; i < outputs.size(); ++i) {
+        outputs[i].value.type = commonType(outputs[i].value.type, body.rows[row][i].type);
+      }
+    }
+    return outputs;
+  }
+  std::vector<Output> outputs = unify(*body.left);
+  const std::vector<Output> right = unify(*body.right);
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    Output& output = outputs[i];
+    output.value.type = commonType(output.value.type, right[i].value.type);
+    if (output.table != right[i].table || output.column != right[i].column) {
+      output.table.clear();
+      output.column.clear();
+    }
+    output.identity = false;
+    if (body.operation != SetOperator::UnionAll) comparable(output.value.type, 0);
+  }
+  return outputs;
+}
+
+void Writer::convertOutputs(BoundBody& body, const std::vector<Output>& outputs) {
+  if (body.operation != SetOperator::None) {
+    convertOutputs(*body.left, outputs);
+    convertOutputs(*body.right, outputs);
+    return;
+  }
+  for (auto& row : body.rows) {
+    for (std::size_t i = 0; i < outputs.size(); ++i) row[i] = convert(std::move(row[i]), outputs[i].value.type);
+  }
+  if (!body.rows.empty()) return;
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const Type type = outputs[i].value.type.kind == TypeKind::Null ? body.outputs[i].value.type : outputs[i].value.type;
+    body.outputs[i].value = convert(std::move(body.outputs[i].value), type);
+  }
+}
+
+// --- ORDER BY
+
+void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
+  const bool set = query.body->operation != SetOperator::None;
+  const bool distinct = !set && query.body->select && query.body->select->distinct;
+  std::vector<std::size_t> used;
+  for (const auto& item : query.order) {
+    const tree::Expression& key = *item.expression;
+    std::size_t position = 0;
+    Typed value;
+    if (key.kind == tree::ExpressionKind::Literal) {
+      const Literal& literal = batch_.literals[static_cast<std::size_t>(key.literal)];
+      if (literal.type.kind != TypeKind::Int) {
+        fail(key.token, 408,
+             "A constant expression was encountered in the ORDER BY list, position " +
+                 std::to_string(bound.order.size() + 1) + ".");
+      }
+      structural(key.literal);
+      if (literal.integer < 1 || literal.integer > static_cast<std::int64_t>(bound.outputs.size())) {
+        fail(key.token, Message::OrderByPosition, {std::to_string(literal.integer)});
+      }
+      position = static_cast<std::size_t>(literal.integer);
+    } else if (key.kind == tree::ExpressionKind::Column && key.qualifier.empty()) {
+      // An alias or an output column of that name comes before the columns of the tables.
+      for (std::size_t i = 0; i < bound.outputs.size(); ++i) {
+        if (!sameName(bound.outputs[i].name, key.name)) continue;
+        if (position == 0) {
+          position = i + 1;
+        } else if (bound.outputs[i].value.sql != bound.outputs[position - 1].value.sql) {
+          fail(key.token, Message::AmbiguousColumn, {key.name});
+        }
+      }
+    }
+    if (position == 0) {
+      if (set) {
+        fail(key.token, 104,
+             "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT or EXCEPT "
+             "operator.");
+      }
+      value = expression(key, bound.scope.get());
+      for (std::size_t i = 0; i < bound.outputs.size() && position == 0; ++i) {
+        if (bound.outputs[i].value.sql == value.sql) position = i + 1;
+      }
+      // A value that is the same for all rows orders nothing.
+      if (value.parameter >= 0 && position == 0) {
+        fail(key.token, 1008,
+             "The SELECT item identified by the ORDER BY number " + std::to_string(bound.order.size() + 1) +
+                 " contains a variable as part of the expression identifying a column position.");
+      }
+    }
+    if (position == 0 && distinct) {
+      fail(key.token, 145, "ORDER BY items must appear in the select list if SELECT DISTINCT is specified.");
+    }
+    const Type type = position > 0 ? bound.outputs[position - 1].value.type : value.type;
+    comparable(type, key.token);
+    if (position > 0 && std::ranges::find(used, position) != used.end()) {
+      fail(key.token, 169,
+           "A column has been specified more than once in the order by list. Columns in the order by list must be "
+           "unique.");
+    }
+    if (position > 0) used.push_back(position);
+    bound.order.push_back((position > 0 ? std::to_string(position) : value.sql) + collation(type) +
+                          (item.descending ? " DESC" : ""));
+  }
+}
+
+// --- text
+
+std::string Writer::render(const BoundQuery& query, bool aliases, std::string_view extra, bool withoutLong) {
+  return renderBody(*query.body, query, aliases, true, false, extra, withoutLong);
+}
+
+std::string Writer::renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,
+                               std::string_view extra, bool withoutLong) {
+  std::string text;
+  if (body.operation == SetOperator::None) {
+    text = renderSelect(body, aliases, collated || body.distinct, extra, withoutLong);
+  } else {
+    const bool compare = body.operation != SetOperator::UnionAll;
+    // SQLite has no brackets around branches and takes no LIMIT in one: such a branch becomes a derived table.
+    const auto branch = [&](const BoundBody& side, bool left) {
+      std::string inner =
+          renderBody(side, query, aliases || !side.limit.empty() || !left, false, collated || compare, {}, false);
+      const bool plain = side.operation == SetOperator::None ? side.limit.empty() : left;
+      if (plain) return inner;
+      if (!side.limit.empty()) inner += " LIMIT " + side.limit;
+      std::string columns;
+      for (std::size_t i = 0; i < query.outputs.size(); ++i) {
+        const std::string name = "c" + std::to_string(i + 1);
+        columns += (i > 0 ? "," : "") + name + ((collated || compare) ? collation(query.outputs[i].value.type) : "") +
+                   (aliases ? " AS " + name : "");
+      }
+      return "SELECT " + columns + " FROM (" + inner + ")";
+    };
+    text = branch(*body.left, true) + std::string(word(body.operation)) + branch(*body.right, false);
+  }
+  if (!top) return text;
+  for (std::size_t i = 0; i < query.order.size(); ++i) text += (i == 0 ? " ORDER BY " : ",") + query.order[i];
+  if (!body.limit.empty()) text += " LIMIT " + body.limit;
+  return text;
+}
+
+std::string Writer::renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,
+                                 bool withoutLong) {
+  if (!body.rows.empty()) {
+    // A VALUES list of many rows is a chain of SELECTs only where columns need names.
+    std::string text;
+    for (std::size_t row = 0; row < body.rows.size(); ++row) {
+      text += row == 0 ? (aliases ? "SELECT " : "VALUES (") : (aliases ? " UNION ALL SELECT " : ",(");
+      for (std::size_t i = 0; i < body.rows[row].size(); ++i) {
+        text += (i > 0 ? "," : "") + body.rows[row][i].sql;
+        if (aliases) text += " AS c" + std::to_string(i + 1);
+      }
+      if (!aliases) text += ')';
+    }
+    return text;
+  }
+  std::string text = body.distinct ? "SELECT DISTINCT " : "SELECT ";
+  for (std::size_t i = 0; i < body.outputs.size(); ++i) {
+    const Typed& value = body.outputs[i].value;
+    if (i > 0) text += ',';
+    if (withoutLong && value.type.isLong() && value.column != nullptr) {
+      text += "NULL";
+    } else {
+      text += value.sql;
+      if (collated) text += collation(value.type);
+    }
+    if (aliases) text += " AS c" + std::to_string(i + 1);
+  }
+  text += extra;
+  text += body.tail;
+  return text;
+}
+
+Query Writer::finishQuery(const BoundQuery& query) {
+  Query result;
+  result.statement = finish(render(query, false));
+  for (const Output& output : query.outputs) {
+    Type type = output.value.type;
+    if (type.kind == TypeKind::Null) type = Type::of(TypeKind::Int);
+    result.columns.push_back({output.name, type, output.table, output.column, output.identity});
+  }
+  const BoundBody& body = *query.body;
+  if (body.operation == SetOperator::None && body.updatable != nullptr) {
+    RowSource rows;
+    rows.table = body.updatable->name;
+    const std::string row = "," + body.rowAlias + ".rowid";
+    rows.textWithRow = finish(render(query, false, row)).text;
+    Statement without = finish(render(query, false, row, true));
+    rows.textWithoutLong = without.parameters == result.statement.parameters ? without.text : rows.textWithRow;
+    result.rows = std::move(rows);
+  }
+  return result;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,174 @@
+#include <algorithm>
+#include <set>
+
+#include "tsql/parser.h"
+#include "tsql/system_tables.h"
+#include "tsql/writer.h"
+
+namespace tolvane::tsql {
+
+using tree::JoinKind;
+using tree::TableReference;
+
+namespace {
+
+std::string folded(std::string_view name) {
+  std::string result(name);
+  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  return result;
+}
+
+void makeNullable(Scope& scope, std::size_t first, std::size_t end) {
+  for (std::size_t i = first; i < end; ++i) {
+    for (SourceColumn& column : scope.sources[i].columns) column.type.nullable = true;
+  }
+}
+
+}  // namespace
+
+const Table* Writer::findTable(const std::string& schema, const std::string& name, int token) const {
+  if (!schema.empty() && !sameName(schema, "dbo")) {
+    fail(token, Message::InvalidObject, {schema + "." + name});
+  }
+  const Table* table = catalogue_.find(name);
+  if (table == nullptr) throw UnknownTable{name, token};
+  return table;
+}
+
+void Writer::readTable(const Table& table) {
+  auto& tables = program_.tablesRead;
+  if (std::ranges::find(tables, table.name) == tables.end()) tables.push_back(table.name);
+}
+
+std::string Writer::from(const std::vector<tree::TableReferencePtr>& references, Scope& scope) {
+  std::string text;
+  for (const auto& reference : references) {
+    if (!text.empty()) text += ',';
+    // Joins bind tighter than the comma.
+    const bool brackets = !text.empty() && reference->kind == TableReference::Kind::Join;
+    const std::string item = joinText(*reference, scope, scope.sources.size());
+    text += brackets ? "(" + item + ")" : item;
+  }
+  return text;
+}
+
+std::string Writer::joinText(const TableReference& reference, Scope& scope, std::size_t firstVisible) {
+  if (reference.kind == TableReference::Kind::Derived) return derived(reference, scope);
+  if (reference.kind == TableReference::Kind::Named) {
+    std::string text;
+    addTable(reference, scope, text);
+    return text;
+  }
+  const std::size_t first = scope.sources.size();
+  std::string text = joinText(*reference.left, scope, firstVisible);
+  const std::size_t middle = scope.sources.size();
+  std::string right = joinText(*reference.right, scope, middle);
+  if (reference.right->kind == TableReference::Kind::Join) right = "(" + right + ")";
+  static constexpr std::string_view words[] = {" JOIN ", " LEFT JOIN ", " RIGHT JOIN ", " FULL JOIN ", " CROSS JOIN "};
+  text += std::string(words[static_cast<std::size_t>(reference.join)]) + right;
+  if (reference.on) {
+    const std::size_t visible = scope.firstVisible;
+    scope.firstVisible = first;
+    ++scope.insideGroupKey;
+    text += " ON " + condition(*reference.on, &scope);
+    --scope.insideGroupKey;
+    scope.firstVisible = visible;
+  }
+  if (reference.join == JoinKind::Right || reference.join == JoinKind::Full) makeNullable(scope, first, middle);
+  if (reference.join == JoinKind::Left || reference.join == JoinKind::Full)
+    makeNullable(scope, middle, scope.sources.size());
+  return text;
+}
+
+void Writer::addSource(Source source, int token, Scope& scope) {
+  for (const Source& other : scope.sources) {
+    if (!sameName(other.name, source.name)) continue;
+    fail(token, 1011, "The correlation name '" + source.name + "' is specified multiple times in a FROM clause.");
+  }
+  scope.sources.push_back(std::move(source));
+}
+
+bool Writer::addTable(const TableReference& reference, Scope& scope, std::string& text) {
+  if (reference.schema.empty() && addCommonTable(reference, scope, text)) return true;
+  if (addSystemTable(reference, scope, text)) return true;
+  const Table* table = findTable(reference.schema, reference.name, reference.token);
+  readTable(*table);
+  Source source;
+  source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.sqlAlias = nextAlias();
+  source.table = table;
+  for (const Column& column : table->columns) {
+    source.columns.push_back({column.name, column.type, source.sqlAlias + "." + quoted(column.name), table->name,
+                              column.name, column.identity});
+  }
+  text += (table->temporary ? "temp." : "") + quoted(table->name) + " AS " + source.sqlAlias;
+  addSource(std::move(source), reference.token, scope);
+  return true;
+}
+
+bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::string& text) {
+  for (auto level = commonTables_.rbegin(); level != commonTables_.rend(); ++level) {
+    for (auto table = level->rbegin(); table != level->rend(); ++table) {
+      if (!sameName((*table)->name, reference.name)) continue;
+      Source source;
+      source.name = reference.alias.empty() ? reference.name : reference.alias;
+      source.sqlAlias = nextAlias();
+      source.columns = (*table)->columns;
+      for (std::size_t i = 0; i < source.columns.size(); ++i) {
+        source.columns[i].sql = source.sqlAlias + ".c" + std::to_string(i + 1);
+      }
+      text += "(" + (*table)->sql + ") AS " + source.sqlAlias;
+      addSource(std::move(source), reference.token, scope);
+      return true;
+    }
+  }
+  return false;
+}
+
+bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::string& text) {
+  const SystemTable* table = findSystemTable(reference.schema, reference.name);
+  if (table == nullptr) return false;
+  Source source;
+  source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.sqlAlias = nextAlias();
+  for (const SystemColumn& column : table->columns) {
+    source.columns.push_back(
+        {std::string(column.name), column.type, source.sqlAlias + "." + quoted(column.name), {}, {}, false});
+  }
+  text += "(" + std::string(table->sql) + ") AS " + source.sqlAlias;
+  addSource(std::move(source), reference.token, scope);
+  return true;
+}
+
+std::string Writer::derived(const TableReference& reference, Scope& scope) {
+  const BoundQuery query = bind(*reference.query, scope.parent, true);
+  Source source;
+  source.name = reference.alias;
+  source.sqlAlias = nextAlias();
+  const auto& names = reference.columnAliases;
+  if (!names.empty() && names.size() != query.outputs.size()) {
+    fail(reference.token, names.size() > query.outputs.size() ? 8158 : 8159,
+         "'" + reference.alias + "' has " + (names.size() > query.outputs.size() ? "more" : "fewer") +
+             " columns than were specified in the column list.");
+  }
+  std::set<std::string> seen;
+  for (std::size_t i = 0; i < query.outputs.size(); ++i) {
+    const Output& output = query.outputs[i];
+    const std::string& name = names.empty() ? output.name : names[i];
+    if (name.empty()) {
+      fail(reference.token, 8155,
+           "No column name was specified for column " + std::to_string(i + 1) + " of '" + reference.alias + "'.");
+    }
+    if (!seen.insert(folded(name)).second) {
+      fail(reference.token, 8156,
+           "The column '" + name + "' was specified multiple times for '" + reference.alias + "'.");
+    }
+    source.columns.push_back({name, output.value.type, source.sqlAlias + ".c" + std::to_string(i + 1), output.table,
+                              output.column, output.identity});
+  }
+  const std::string text = "(" + render(query, true) + ") AS " + source.sqlAlias;
+  addSource(std::move(source), reference.token, scope);
+  return text;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,61 @@
+// Functions that answer for the connection and its database.
+#include <array>
+#include <string>
+
+#include "tsql/convert.h"
+#include "tsql/convert_binary.h"
+#include "tsql/function_groups.h"
+
+namespace tolvane::tsql {
+namespace {
+
+// A random identifier (version 4 of RFC 4122).
+Result newid(Call& call) {
+  auto bytes = call.session.uniqueBytes();
+  // The third group is little-endian, so the version stands in its second byte.
+  bytes[7] = (bytes[7] & std::byte{0x0F}) | std::byte{0x40};
+  bytes[8] = (bytes[8] & std::byte{0x3F}) | std::byte{0x80};
+  return uniqueIdentifierText(bytes);
+}
+
+// name[, type].
+Result objectId(Call& call) {
+  if (anyNull(call)) return {};
+  const auto id = call.session.objectId(call.args[0].text(), call.args.size() > 1 ? call.args[1].text() : "");
+  return id ? Result(*id) : Result();
+}
+
+Result objectName(Call& call) {
+  if (anyNull(call)) return {};
+  auto name = call.session.objectName(wholeNumber(call.args[0]));
+  return name ? Result(std::move(*name)) : Result();
+}
+
+Result databaseName(Call& call) {
+  return call.session.databaseName();
+}
+
+Result userName(Call& call) {
+  return call.session.userName();
+}
+
+Result version(Call& call) {
+  return call.session.version();
+}
+
+constexpr std::array functions{
+    Function{"ts_newid", 0, 0, false, newid},
+    Function{"ts_object_id", 1, 2, false, objectId},
+    Function{"ts_object_name", 1, 1, false, objectName},
+    Function{"ts_db_name", 0, 0, false, databaseName},
+    Function{"ts_user_name", 0, 0, false, userName},
+    Function{"ts_version", 0, 0, false, version},
+};
+
+}  // namespace
+
+std::span<const Function> systemFunctions() {
+  return functions;
+}
+
+}  // namespace tolvane::tsql

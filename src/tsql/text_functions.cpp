@@ -1,0 +1,268 @@
+// Functions on text. Positions and lengths are UTF-16 units, positions from 1.
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string>
+#include <utility>
+
+#include "tsql/convert.h"
+#include "tsql/convert_text.h"
+#include "tsql/function_groups.h"
+#include "tsql/like.h"
+#include "tsql/sql_error.h"
+#include "tsql/unicode.h"
+
+namespace tolvane::tsql {
+namespace {
+
+constexpr std::int64_t mostBytes = 8000;  // of a text that is not `max`
+
+std::int64_t unitsOf(std::string_view text) {
+  return static_cast<std::int64_t>(isAscii(text) ? text.size() : utf16Length(text));
+}
+
+// The units from `start` (0-based, within the text) on, `count` at most.
+std::string part(std::string_view text, std::int64_t start, std::int64_t count) {
+  const auto first = static_cast<std::size_t>(start);
+  const auto length = static_cast<std::size_t>(count);
+  if (isAscii(text)) return std::string(text.substr(first, length));
+  return fromUtf16(std::u16string_view(toUtf16(text)).substr(first, length));
+}
+
+Result len(Call& call) {
+  if (anyNull(call)) return {};
+  return unitsOf(withoutTrailingBlanks(call.args[0].text()));
+}
+
+// value, packed type.
+Result dataLengthCall(Call& call) {
+  if (anyNull(call)) return {};
+  return dataLength(call.args[0], Type::unpack(call.args[1].integer()), call.collation);
+}
+
+Result left(Call& call) {
+  if (anyNull(call)) return {};
+  const std::int64_t count = wholeNumber(call.args[1]);
+  if (count < 0) throw SqlError(Message::InvalidLength, {"LEFT or SUBSTRING"});
+  return part(call.args[0].text(), 0, count);
+}
+
+Result right(Call& call) {
+  if (anyNull(call)) return {};
+  const std::int64_t count = wholeNumber(call.args[1]);
+  if (count < 0) throw SqlError(Message::InvalidRightLength, {"RIGHT"});
+  const std::int64_t length = unitsOf(call.args[0].text());
+  return part(call.args[0].text(), std::max<std::int64_t>(length - count, 0), count);
+}
+
+// text or bytes, start, length: what lies before position 1 counts in the length.
+Result substring(Call& call) {
+  if (anyNull(call)) return {};
+  const std::int64_t start = wholeNumber(call.args[1]);
+  const std::int64_t count = wholeNumber(call.args[2]);
+  if (count < 0) throw SqlError(Message::InvalidLength, {"LEFT or SUBSTRING"});
+  const bool bytes = call.args[0].kind() == Kind::Blob;
+  const auto length = bytes ? static_cast<std::int64_t>(call.args[0].blob().size()) : unitsOf(call.args[0].text());
+  const std::int64_t first = std::clamp<std::int64_t>(start - 1, 0, length);
+  const std::int64_t end = std::clamp<std::int64_t>(start - 1 + count, first, length);
+  if (!bytes) return part(call.args[0].text(), first, end - first);
+  const BytesView slice =
+      call.args[0].blob().subspan(static_cast<std::size_t>(first), static_cast<std::size_t>(end - first));
+  return Bytes(slice.begin(), slice.end());
+}
+
+// searched text, text to search in[, start].
+Result charindex(Call& call) {
+  if (anyNull(call)) return {};
+  const std::u16string searched = foldedUnits(call.args[0].text(), call.collation);
+  const std::u16string text = foldedUnits(call.args[1].text(), call.collation);
+  const std::int64_t start = call.args.size() > 2 ? std::max<std::int64_t>(wholeNumber(call.args[2]), 1) : 1;
+  if (searched.empty() || std::cmp_greater(start, text.size())) return 0;
+  const auto found = text.find(searched, static_cast<std::size_t>(start - 1));
+  return found == std::u16string::npos ? 0 : static_cast<std::int64_t>(found) + 1;
+}
+
+// pattern, text.
+Result patindex(Call& call) {
+  if (anyNull(call)) return {};
+  return LikePattern(call.args[0].text(), std::nullopt, call.collation).find(call.args[1].text());
+}
+
+// text, searched, replacement.
+Result replace(Call& call) {
+  if (anyNull(call)) return {};
+  const std::u16string text = toUtf16(call.args[0].text());
+  const std::u16string folded = foldedUnits(call.args[0].text(), call.collation);
+  const std::u16string searched = foldedUnits(call.args[1].text(), call.collation);
+  const std::u16string replacement = toUtf16(call.args[2].text());
+  if (searched.empty()) return Result(call.args[0]);
+  std::u16string replaced;
+  std::size_t position = 0;
+  for (auto found = folded.find(searched); found != folded.npos; found = folded.find(searched, position)) {
+    replaced.append(text, position, found - position).append(replacement);
+    position = found + searched.size();
+  }
+  return fromUtf16(replaced.append(text, position));
+}
+
+// text, count, packed type of the text: 8000 bytes are the most, but for `max`.
+Result replicate(Call& call) {
+  if (anyNull(call) || wholeNumber(call.args[1]) < 0) return {};
+  const std::string_view text = call.args[0].text();
+  const Type type = Type::unpack(call.args[2].integer());
+  const bool unbounded = type.length == maxLength || type.isLongText();
+  const std::int64_t most = type.isUnicode() ? mostBytes / 2 : mostBytes;
+  constexpr std::int64_t mostOfMax = std::numeric_limits<std::int32_t>::max();  // bytes of varchar(max)
+  const std::int64_t length = std::max<std::int64_t>(lengthIn(type, text, call.collation), 1);
+  const std::int64_t count = std::min(wholeNumber(call.args[1]), (unbounded ? mostOfMax : most) / length + 1);
+  if (unbounded && count * static_cast<std::int64_t>(text.size()) > mostOfMax) throw SqlError(Message::Truncated);
+  std::string repeated;
+  repeated.reserve(static_cast<std::size_t>(count) * text.size());
+  for (std::int64_t i = 0; i < count; ++i) repeated += text;
+  if (unbounded) return repeated;
+  return convert(repeated, Type::text(type.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, maxLength),
+                 Type::text(type.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, static_cast<std::int32_t>(most)),
+                 std::nullopt, call.collation);
+}
+
+Result reverse(Call& call) {
+  if (anyNull(call)) return {};
+  std::u16string units = toUtf16(call.args[0].text());
+  std::reverse(units.begin(), units.end());
+  return fromUtf16(units);
+}
+
+// text, start, length, replacement: null is put in as nothing.
+Result stuff(Call& call) {
+  if (call.args[0].isNull() || call.args[1].isNull() || call.args[2].isNull()) return {};
+  const std::u16string text = toUtf16(call.args[0].text());
+  const std::int64_t start = wholeNumber(call.args[1]);
+  const std::int64_t count = wholeNumber(call.args[2]);
+  if (start < 1 || count < 0 || std::cmp_greater(start, text.size())) return {};
+  const auto first = static_cast<std::size_t>(start - 1);
+  const auto removed = static_cast<std::size_t>(std::min<std::int64_t>(count, static_cast<std::int64_t>(text.size())));
+  std::u16string result = text.substr(0, first);
+  if (!call.args[3].isNull()) result += toUtf16(call.args[3].text());
+  if (first + removed < text.size()) result += text.substr(first + removed);
+  return fromUtf16(result);
+}
+
+Result space(Call& call) {
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0) return {};
+  return std::string(static_cast<std::size_t>(std::min(wholeNumber(call.args[0]), mostBytes)), ' ');
+}
+
+template <char32_t (Collation::*mapping)(char32_t) const>
+Result mapped(Call& call) {
+  if (anyNull(call)) return {};
+  const std::string_view text = call.args[0].text();
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t position = 0; position < text.size();) {
+    appendCharacter(result, (call.collation.*mapping)(nextCharacter(text, position)));
+  }
+  return result;
+}
+
+Result ltrim(Call& call) {
+  if (anyNull(call)) return {};
+  const std::string_view text = call.args[0].text();
+  return std::string(text.substr(std::min(text.find_first_not_of(' '), text.size())));
+}
+
+Result rtrim(Call& call) {
+  if (anyNull(call)) return {};
+  return std::string(withoutTrailingBlanks(call.args[0].text()));
+}
+
+// The first byte in the code page.
+Result ascii(Call& call) {
+  if (anyNull(call) || call.args[0].text().empty()) return {};
+  const std::string_view text = call.args[0].text();
+  if (isAscii(text.substr(0, 1))) return static_cast<unsigned char>(text[0]);
+  std::size_t end = 0;
+  (void)nextCharacter(text, end);
+  return static_cast<unsigned char>(call.collation.toCodePage(text.substr(0, end)).at(0));
+}
+
+Result character(Call& call) {
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0 || wholeNumber(call.args[0]) > 255) return {};
+  const std::string byte(1, static_cast<char>(wholeNumber(call.args[0])));
+  return isAscii(byte) ? byte : call.collation.fromCodePage(byte);
+}
+
+Result unicode(Call& call) {
+  if (anyNull(call) || call.args[0].text().empty()) return {};
+  const std::u16string units = toUtf16(utf16Prefix(call.args[0].text(), 1));
+  return static_cast<std::int64_t>(units[0]);
+}
+
+Result nationalCharacter(Call& call) {
+  if (anyNull(call) || wholeNumber(call.args[0]) < 0 || wholeNumber(call.args[0]) > 0xFFFF) return {};
+  return fromUtf16(std::u16string(1, static_cast<char16_t>(wholeNumber(call.args[0]))));
+}
+
+// text[, quote]: a text of more than 128 units, or a quote that is none, gives null.
+Result quotename(Call& call) {
+  constexpr std::int64_t longestName = 128;
+  struct Quotes {
+    char given;
+    char first;
+    char last;
+  };
+  static constexpr std::array<Quotes, 11> quotes{{{'[', '[', ']'},
+                                                  {']', '[', ']'},
+                                                  {'(', '(', ')'},
+                                                  {')', '(', ')'},
+                                                  {'<', '<', '>'},
+                                                  {'>', '<', '>'},
+                                                  {'{', '{', '}'},
+                                                  {'}', '{', '}'},
+                                                  {'\'', '\'', '\''},
+                                                  {'"', '"', '"'},
+                                                  {'`', '`', '`'}}};
+  if (anyNull(call)) return {};
+  const std::string_view text = call.args[0].text();
+  const std::string_view given = call.args.size() > 1 ? call.args[1].text() : "[";
+  const auto row = std::find_if(quotes.begin(), quotes.end(),
+                                [given](const Quotes& each) { return !given.empty() && each.given == given[0]; });
+  if (row == quotes.end() || unitsOf(text) > longestName) return {};
+  std::string quoted(1, row->first);
+  for (const char c : text) {
+    quoted += c;
+    if (c == row->last) quoted += c;
+  }
+  return quoted + row->last;
+}
+
+constexpr std::array functions{
+    Function{"ts_len", 1, 1, true, len},
+    Function{"ts_datalength", 2, 2, true, dataLengthCall},
+    Function{"ts_left", 2, 2, true, left},
+    Function{"ts_right", 2, 2, true, right},
+    Function{"ts_substring", 3, 3, true, substring},
+    Function{"ts_charindex", 2, 3, true, charindex},
+    Function{"ts_patindex", 2, 2, true, patindex},
+    Function{"ts_replace", 3, 3, true, replace},
+    Function{"ts_replicate", 3, 3, true, replicate},
+    Function{"ts_reverse", 1, 1, true, reverse},
+    Function{"ts_stuff", 4, 4, true, stuff},
+    Function{"ts_space", 1, 1, true, space},
+    Function{"ts_upper", 1, 1, true, mapped<&Collation::upper>},
+    Function{"ts_lower", 1, 1, true, mapped<&Collation::lower>},
+    Function{"ts_ltrim", 1, 1, true, ltrim},
+    Function{"ts_rtrim", 1, 1, true, rtrim},
+    Function{"ts_ascii", 1, 1, true, ascii},
+    Function{"ts_char", 1, 1, true, character},
+    Function{"ts_unicode", 1, 1, true, unicode},
+    Function{"ts_nchar", 1, 1, true, nationalCharacter},
+    Function{"ts_quotename", 1, 2, true, quotename},
+};
+
+}  // namespace
+
+std::span<const Function> textFunctions() {
+  return functions;
+}
+
+}  // namespace tolvane::tsql

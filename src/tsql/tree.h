@@ -1,0 +1,246 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tsql/type.h"
+
+// The tree of a batch, as the parser makes it from tokens: names as written (quotes taken off), nothing resolved.
+namespace tolvane::tsql::tree {
+
+struct Query;
+struct Expression;
+struct StatementNode;
+using ExpressionPtr = std::unique_ptr<Expression>;
+using QueryPtr = std::unique_ptr<Query>;
+using StatementPtr = std::unique_ptr<StatementNode>;
+
+struct OrderItem {
+  ExpressionPtr expression;
+  bool descending = false;
+};
+
+enum class ExpressionKind {
+  Literal,  // literal
+  Null,
+  Default,      // the word DEFAULT in VALUES or SET
+  Variable,     // name with '@'
+  Placeholder,  // literal: its number
+  Column,       // qualifier, name
+  Unary,        // name: - + ~; one argument
+  Binary,       // name: the operator; two arguments
+  Call,         // name, arguments; star for COUNT(*); distinct; over
+  Cast,         // arguments[0], type; CONVERT has `style` as arguments[1]
+  Case,         // operand (may be empty), then pairs in arguments, `otherwise`
+  Subquery,     // query
+  // Conditions.
+  Compare,  // name: the operator; two arguments
+  And,      // any number of arguments
+  Or,
+  Not,         // one argument
+  IsNull,      // one argument; negated
+  Between,     // three arguments; negated
+  InList,      // the first among the rest; negated
+  InQuery,     // one argument, query; negated
+  Like,        // two or three arguments; negated
+  Exists,      // query
+  Quantified,  // one argument, name: the operator, query; all
+};
+
+struct Expression {
+  ExpressionKind kind = ExpressionKind::Null;
+  int token = 0;  // where it stands, for messages
+  std::string name;
+  std::string qualifier;
+  int literal = -1;
+  bool negated = false;
+  bool distinct = false;
+  bool star = false;
+  bool all = false;
+  bool over = false;  // a window function; partition and order below
+  Type type;
+  std::vector<ExpressionPtr> arguments;
+  ExpressionPtr operand;
+  ExpressionPtr otherwise;
+  QueryPtr query;
+  std::vector<ExpressionPtr> partition;
+  std::vector<OrderItem> order;
+};
+
+enum class JoinKind { Inner, Left, Right, Full, Cross };
+
+struct TableReference {
+  enum class Kind { Named, Derived, Join };
+  Kind kind = Kind::Named;
+  int token = 0;
+  std::string schema;  // as written: "dbo", "INFORMATION_SCHEMA" or empty
+  std::string name;
+  std::string alias;
+  std::vector<std::string> columnAliases;
+  QueryPtr query;
+  JoinKind join = JoinKind::Inner;
+  std::unique_ptr<TableReference> left;
+  std::unique_ptr<TableReference> right;
+  ExpressionPtr on;
+};
+using TableReferencePtr = std::unique_ptr<TableReference>;
+
+struct SelectItem {
+  bool star = false;  // * or qualifier.*
+  std::string qualifier;
+  ExpressionPtr expression;
+  std::string alias;
+  std::string variable;  // SELECT @x = expression
+  int token = 0;
+};
+
+struct Select {
+  int token = 0;
+  bool distinct = false;
+  ExpressionPtr top;
+  bool percent = false;
+  std::vector<SelectItem> items;
+  std::string into;
+  std::vector<TableReferencePtr> from;
+  ExpressionPtr where;
+  std::vector<ExpressionPtr> groupBy;
+  ExpressionPtr having;
+  std::vector<std::vector<ExpressionPtr>> values;  // a VALUES list in the place of a SELECT
+};
+
+enum class SetOperator { None, Union, UnionAll, Except, Intersect };
+
+struct QueryBody {
+  SetOperator operation = SetOperator::None;
+  int token = 0;
+  std::unique_ptr<Select> select;  // operation None, unless nested
+  QueryPtr nested;                 // a query in brackets
+  std::unique_ptr<QueryBody> left;
+  std::unique_ptr<QueryBody> right;
+};
+
+struct CommonTable {
+  std::string name;
+  std::vector<std::string> columns;
+  QueryPtr query;
+  int token = 0;
+};
+
+struct Query {
+  std::vector<CommonTable> with;
+  std::unique_ptr<QueryBody> body;
+  std::vector<OrderItem> order;
+  int token = 0;
+};
+
+struct Assignment {
+  std::string column;
+  std::string variable;   // SET @x = ... in an UPDATE is refused
+  std::string operation;  // "" or the operator of +=, -= ...
+  ExpressionPtr value;
+  int token = 0;
+};
+
+struct TableName {
+  std::string schema;
+  std::string name;
+  int token = 0;
+};
+
+struct KeyColumn {
+  std::string name;
+  bool descending = false;
+};
+
+struct Constraint {
+  enum class Kind { PrimaryKey, Unique, Check, ForeignKey, Default };
+  Kind kind = Kind::Check;
+  int token = 0;
+  std::string name;
+  std::vector<KeyColumn> columns;
+  ExpressionPtr expression;  // check, default
+  TableName target;          // foreign key
+  std::vector<std::string> targetColumns;
+  std::string onDelete;  // "CASCADE", "NO ACTION", ... or empty
+  std::string onUpdate;
+  std::string forColumn;  // DEFAULT ... FOR column
+};
+
+struct ColumnDefinition {
+  int token = 0;
+  std::string name;
+  Type type;
+  std::optional<bool> nullable;
+  bool identity = false;
+  long seed = 1;
+  long increment = 1;
+  std::vector<Constraint> constraints;
+};
+
+enum class StatementKind {
+  Select,
+  Insert,
+  Update,
+  Delete,
+  Truncate,
+  CreateTable,
+  CreateIndex,
+  AlterAdd,
+  AlterDropColumn,
+  DropTable,
+  DropIndex,
+  If,
+  While,
+  Block,
+  Break,
+  Continue,
+  Return,
+  Declare,
+  Set,
+  Print,
+  RaiseError,
+  Begin,
+  Commit,
+  Rollback,
+  Option,
+  IdentityInsert,
+};
+
+struct Declaration {
+  std::string name;
+  Type type;
+  ExpressionPtr value;
+  int token = 0;
+};
+
+struct StatementNode {
+  StatementKind kind = StatementKind::Block;
+  int token = 0;     // first
+  int endToken = 0;  // one past the last
+  QueryPtr query;    // SELECT; the source of an INSERT
+  TableName table;   // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
+  std::vector<std::string> columns;
+  std::vector<Assignment> assignments;
+  std::vector<TableReferencePtr> from;
+  bool hasFrom = false;
+  ExpressionPtr top;
+  ExpressionPtr where;                   // also the condition of IF and WHILE
+  bool defaultValues = false;            // INSERT ... DEFAULT VALUES
+  std::vector<StatementPtr> statements;  // of a block; the two branches of IF; the body of WHILE
+  std::vector<ColumnDefinition> definitions;
+  std::vector<Constraint> constraints;
+  std::vector<Declaration> declarations;
+  std::string name;  // index, option, variable
+  std::vector<KeyColumn> keys;
+  bool unique = false;
+  bool on = false;
+  bool ifExists = false;
+  ExpressionPtr value;                   // SET, PRINT
+  std::string operation;                 // SET @x += ...
+  std::vector<ExpressionPtr> arguments;  // RAISERROR
+  std::vector<TableName> tables;         // DROP TABLE a, b
+};
+
+}  // namespace tolvane::tsql::tree

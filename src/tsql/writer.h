@@ -1,0 +1,225 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tsql/catalogue.h"
+#include "tsql/compiler.h"
+#include "tsql/program.h"
+#include "tsql/tree.h"
+#include "tsql/type_rules.h"
+
+namespace tolvane::tsql {
+
+// A column that a name can mean: of a table, a derived table or a common table expression.
+struct SourceColumn {
+  std::string name;
+  Type type;
+  std::string sql;    // as SQLite text refers to it
+  std::string table;  // the table's column behind it, where it is a plain one
+  std::string column;
+  bool identity = false;
+};
+
+// One entry of a FROM list.
+struct Source {
+  std::string name;  // what qualifies its columns: alias or table name
+  std::string sqlAlias;
+  const Table* table = nullptr;
+  std::vector<SourceColumn> columns;
+};
+
+// The names that an expression may use. Scopes of sub-queries point to the one around them.
+struct Scope {
+  std::vector<Source> sources;
+  Scope* parent = nullptr;
+  std::size_t firstVisible = 0;  // while an ON clause is read: the sources of its join
+  // Aggregation of this query.
+  bool aggregatesAllowed = false;
+  bool aggregated = false;
+  int insideAggregate = 0;
+  int insideGroupKey = 0;
+  const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
+  std::string ungrouped;  // the first column that stands neither in an aggregate nor in a group key
+  // A derived table does not see its neighbours, but does see the scopes around the whole query.
+  const std::map<std::string, const struct CommonTableText*>* commonTables = nullptr;
+};
+
+// SQLite text of a value, with its T-SQL type.
+struct Typed {
+  std::string sql;
+  Type type;
+  int literal = -1;                      // it is just this literal
+  int parameter = -1;                    // it is just this parameter of the statement being written
+  bool subquery = false;                 // a sub-query is part of it
+  const SourceColumn* column = nullptr;  // it is just this column
+};
+
+// One output column of a query being written.
+struct Output {
+  Typed value;
+  std::string name;
+  std::string table;
+  std::string column;
+  bool identity = false;
+};
+
+// A query that has been bound and typed, but not yet put together: what is common to its branches may change its
+// columns.
+struct BoundBody {
+  tree::SetOperator operation = tree::SetOperator::None;
+  std::unique_ptr<BoundBody> left;
+  std::unique_ptr<BoundBody> right;
+  // operation None:
+  bool distinct = false;
+  std::vector<Output> outputs;
+  std::string tail;   // FROM ... HAVING ...
+  std::string limit;  // TOP
+  bool singleRow = false;
+  const Table* updatable = nullptr;      // its rows are rows of this table ...
+  std::string rowAlias;                  // ... known by this name
+  std::vector<std::vector<Typed>> rows;  // a VALUES list
+};
+
+struct BoundQuery {
+  std::unique_ptr<BoundBody> body;
+  std::vector<std::string> order;  // SQLite text of each item
+  std::vector<Output> outputs;     // with the types that all branches are converted to
+  std::unique_ptr<Scope> scope;
+};
+
+// A common table expression: the text stands where its name is used.
+struct CommonTableText {
+  std::string name;
+  std::string sql;
+  std::vector<SourceColumn> columns;  // `sql` is c1, c2, ...
+};
+
+// A table of the statement does not exist: the statement is left for later.
+struct UnknownTable {
+  std::string name;
+  int token = 0;
+};
+
+// Writes the SQLite text of expressions and queries of one batch. The changing statements, definitions and control flow
+// are written by Compiler on top of it.
+class Writer {
+ public:
+  Writer(const ShapedBatch& batch, const Catalogue& catalogue, Program& program, const CompileOptions& options)
+      : batch_(batch), catalogue_(catalogue), program_(program), options_(options) {}
+
+  // How a value is brought to another type.
+  enum class When {
+    Early,  // a literal is converted when it is bound, once a statement
+    Late,   // only when the row needs it (branches of CASE)
+  };
+
+  // Expressions (expression_writer.cpp).
+  Typed expression(const tree::Expression& expression, Scope* scope);
+  std::string condition(const tree::Expression& expression, Scope* scope);
+  // @x op= value
+  Typed compound(const std::string& operation, const std::string& variable, const tree::Expression& value, int token);
+  // column op= value
+  Typed compoundColumn(const std::string& operation, const std::string& column, const tree::Expression& value,
+                       Scope* scope, int token);
+  Typed convert(Typed value, const Type& to, When when = When::Early);
+  Typed convertExplicitly(Typed value, const Type& to, const std::string& style);
+  // A value for a column of a table, as an INSERT or UPDATE puts it there.
+  std::string assign(const Typed& value, const Table& table, const Column& column);
+  std::string assignTo(const Typed& value, const Type& to, const std::string& name);
+  static std::string collation(const Type& type);  // " COLLATE ..." or empty
+
+  // Queries (query_writer.cpp).
+  BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
+  // `aliases`: output columns are named c1, c2, ...; `extra` is put after the columns of a single SELECT.
+  std::string render(const BoundQuery& query, bool aliases, std::string_view extra = {}, bool withoutLong = false);
+  std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope);
+  bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+  void readTable(const Table& table);
+  const Table* findTable(const std::string& schema, const std::string& name, int token) const;
+  Query finishQuery(const BoundQuery& query);
+
+  // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
+  void beginStatement() { parameters_.clear(); }
+  Statement finish(std::string_view text) const;
+  std::string addParameter(const Parameter& parameter);
+
+  // While set, literals are written into the text (definitions have no parameters) and become structural.
+  void inlineLiterals(bool on) { inline_ = on; }
+  void structural(int literal);
+  [[noreturn]] void fail(int token, Message message, std::initializer_list<std::string_view> inserts = {}) const;
+  [[noreturn]] void fail(int token, int number, std::string message) const;
+  [[noreturn]] void refuse(int token, std::string_view what) const;
+  int variableSlot(const std::string& name, int token) const;
+  std::string nextAlias() { return "t" + std::to_string(++aliases_); }
+  const ShapedBatch& batch() const { return batch_; }
+  const Catalogue& catalogue() const { return catalogue_; }
+  Program& program() { return program_; }
+
+ private:
+  Typed literal(const tree::Expression& expression);
+  Typed variable(const tree::Expression& expression);
+  Typed column(const tree::Expression& expression, Scope* scope);
+  Typed unary(const tree::Expression& expression, Scope* scope);
+  Typed binary(const tree::Expression& expression, Scope* scope);
+  Typed combine(const tree::Expression& expression, Typed left, Typed right);
+  Typed arithmetic(const tree::Expression& expression, Typed left, Typed right);
+  Typed caseOf(const tree::Expression& expression, Scope* scope);
+  Typed cast(const tree::Expression& expression, Scope* scope);
+  Typed call(const tree::Expression& expression, Scope* scope);
+  Typed writtenOut(const tree::Expression& expression, Scope* scope);
+  Typed aggregate(const tree::Expression& expression, Scope* scope);
+  Typed windowed(const tree::Expression& expression, Scope* scope);
+  Typed scalarSubquery(const tree::Expression& expression, Scope* scope);
+  Typed conditional(std::vector<std::pair<std::string, Typed>> branches, Typed otherwise);
+  Typed decimalOperand(Typed value);
+  std::string argument(const tree::Expression& call, std::size_t index, int code, Scope* scope, Typed& value);
+  std::string compare(std::string_view op, Typed left, Typed right, int token);
+  void comparable(const Type& type, int token) const;
+  std::string inQuery(const tree::Expression& expression, Scope* scope);
+  std::string quantified(const tree::Expression& expression, Scope* scope);
+  std::string like(const tree::Expression& expression, Scope* scope);
+  bool isGroupKey(const tree::Expression& expression, const Scope& scope) const;
+  bool sameExpression(const tree::Expression& a, const tree::Expression& b) const;
+
+  std::unique_ptr<BoundBody> bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
+                                      Scope* parent);
+  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope);
+  std::unique_ptr<BoundBody> bindValues(const tree::Select& select, Scope* parent);
+  void bindItems(const tree::Select& select, Scope& scope, BoundBody& body);
+  void expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& body);
+  void bindGroups(const tree::Select& select, Scope& scope, std::string& text);
+  void bindOrder(const tree::Query& query, BoundQuery& bound);
+  std::string limitOf(const tree::Select& select, Scope& scope);
+  std::vector<Output> unify(BoundBody& body);
+  void convertOutputs(BoundBody& body, const std::vector<Output>& outputs);
+  std::string renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,
+                         std::string_view extra, bool withoutLong);
+  std::string renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,
+                           bool withoutLong);
+  std::string joinText(const tree::TableReference& reference, Scope& scope, std::size_t firstVisible);
+  std::string derived(const tree::TableReference& reference, Scope& scope);
+  void addSource(Source source, int token, Scope& scope);
+  bool addCommonTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+  bool addSystemTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+
+  const ShapedBatch& batch_;
+  const Catalogue& catalogue_;
+  Program& program_;
+  const CompileOptions& options_;
+  std::vector<Parameter> parameters_;
+  std::vector<std::vector<std::unique_ptr<CommonTableText>>> commonTables_;
+  int aliases_ = 0;
+  bool inline_ = false;
+};
+
+// A name between double quotes, for SQLite text.
+std::string quoted(std::string_view name);
+// A text between apostrophes, for SQLite text.
+std::string quotedText(std::string_view text);
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+#include "tsql/runtime_support.h"
+
+namespace tolvane::tsql::testing {
+
+const std::vector<AggregateCase>& aggregateCases() {
+  static const Datum integer = packed(TypeKind::Int);
+  static const Datum bigint = packed(TypeKind::BigInt);
+  static const Datum real = packed(TypeKind::Float);
+  static const Datum money = packed(TypeKind::Money);
+  static const Datum number = decimal(10, 2);
+  static const std::vector<AggregateCase> rows{
+      {"ts_single", {}, "null"},
+      {"ts_single", {{"a"}}, "'a'"},
+      {"ts_single",
+       {{1}, {Datum()}},
+       "512 Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= "
+       "or "
+       "when the subquery is used as an expression."},
+      {"ts_sum", {}, "null"},
+      {"ts_sum", {{Datum(), integer}}, "null"},
+      {"ts_sum", {{1, integer}, {Datum(), integer}, {2, integer}}, "3"},
+      {"ts_sum",
+       {{2147483647, integer}, {1, integer}},
+       "8115 Arithmetic overflow error converting expression to data type int."},
+      {"ts_sum", {{2147483647, bigint}, {1, bigint}}, "2147483648"},
+      {"ts_sum",
+       {{INT64_MAX, bigint}, {1, bigint}},
+       "8115 Arithmetic overflow error converting expression to data type bigint."},
+      {"ts_sum", {{1.5, real}, {2.25, real}}, "3.75"},
+      {"ts_sum", {{"0.10", number}, {"0.20", number}}, "'0.30'"},
+      {"ts_sum", {{"0.1000", money}, {"0.2000", money}}, "'0.3000'"},
+      {"ts_sum", {{2147483647}, {1}}, "2147483648"},
+      {"ts_sum", {{"1.50"}, {"2.25"}}, "'3.75'"},
+      {"ts_avg", {}, "null"},
+      {"ts_avg", {{1, integer}, {2, integer}, {Datum(), integer}}, "1"},
+      {"ts_avg", {{-1, integer}, {-2, integer}}, "-1"},
+      {"ts_avg", {{1.0, real}, {2.0, real}}, "1.5"},
+      {"ts_avg", {{"1.00", number}, {"1.00", number}, {"0.00", number}}, "'0.666666'"},
+      {"ts_avg", {{"1.0000", money}, {"1.0000", money}, {"0.0000", money}}, "'0.6666'"},
+      {"ts_avg", {{1}, {2}}, "1"},
+      {"ts_avg", {{"1.5"}, {"2.5"}}, "'2.000000'"},
+      {"ts_stdev", {{2.0}, {4.0}}, "1.4142135623731"},
+      {"ts_stdev", {{2.0}}, "null"},
+      {"ts_stdevp", {{2.0}, {4.0}, {Datum()}}, "1.0"},
+      {"ts_stdevp", {{2}}, "0.0"},
+      {"ts_var", {{1}, {2}, {3}, {4}}, "1.66666666666667"},
+      {"ts_varp", {{1}, {2}, {3}, {4}}, "1.25"},
+      {"ts_varp", {}, "null"},
+      {"ts_varp", {{"1.00"}, {"3.00"}}, "1.0"},
+  };
+  return rows;
+}
+
+namespace {
+
+std::string aggregated(const AggregateCase& row) {
+  const Aggregate* aggregate = findAggregate(row.name);
+  if (aggregate == nullptr) return "no aggregate";
+  const PlainCollation collation;
+  FixedSession session;
+  return shownOrError([&] {
+    const auto state = aggregate->create();
+    for (const auto& args : row.rows) {
+      Call call{args, collation, session};
+      state->step(call);
+    }
+    return shown(state->finish());
+  });
+}
+
+TEST(AggregateFunctions, AnswerAsTheirRowsSay) {
+  for (const AggregateCase& row : aggregateCases()) {
+    EXPECT_EQ(aggregated(row), row.expected) << row.name << " of " << row.rows.size() << " rows";
+  }
+}
+
+TEST(AggregateFunctions, SpreadKeepsItsDigitsFarFromZero) {
+  EXPECT_EQ(aggregated({"ts_var", {{1e9 + 4}, {1e9 + 7}, {1e9 + 13}, {1e9 + 16}}, ""}), "30.0");
+}
+
+}  // namespace
+}  // namespace tolvane::tsql::testing

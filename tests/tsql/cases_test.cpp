@@ -1,0 +1,75 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tsql/engine_harness.h"
+
+// The files of tests/tsql/cases: blocks of a statement, a line of four hyphens and what it answers, separated by lines
+// of four equals signs. Lines that begin with '#' before a statement are comment. All blocks of a file run on one
+// database.
+namespace tolvane::tsql::testing {
+namespace {
+
+struct Block {
+  int line = 0;
+  std::string statement;
+  std::string expected;
+};
+
+std::vector<Block> blocksOf(const std::filesystem::path& file) {
+  std::ifstream input(file);
+  std::vector<Block> blocks;
+  Block block;
+  bool answer = false;
+  std::string text;
+  const auto finish = [&] {
+    if (!block.statement.empty()) blocks.push_back(block);
+    block = Block();
+    answer = false;
+  };
+  for (int number = 1; std::getline(input, text); ++number) {
+    if (text == "====") {
+      finish();
+    } else if (text == "----") {
+      answer = true;
+    } else if (answer) {
+      block.expected += text + "\n";
+    } else if (!text.starts_with("#") || !block.statement.empty()) {
+      if (block.statement.empty()) block.line = number;
+      block.statement += text + "\n";
+    }
+  }
+  finish();
+  return blocks;
+}
+
+class Cases : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(Cases, AnswerAsWritten) {
+  EngineHarness engine;
+  const auto blocks = blocksOf(std::filesystem::path(TOLVANE_SOURCE_DIR) / "tests/tsql/cases" / GetParam());
+  ASSERT_FALSE(blocks.empty());
+  for (const Block& block : blocks) {
+    EXPECT_EQ(engine.run(block.statement), block.expected) << GetParam() << ":" << block.line << "\n"
+                                                           << block.statement;
+  }
+}
+
+std::vector<std::string> files() {
+  std::vector<std::string> names;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::path(TOLVANE_SOURCE_DIR) / "tests/tsql/cases")) {
+    if (entry.path().extension() == ".test") names.push_back(entry.path().filename().string());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, Cases, ::testing::ValuesIn(files()),
+                         [](const auto& file) { return file.param.substr(0, file.param.size() - 5); });
+
+}  // namespace
+}  // namespace tolvane::tsql::testing

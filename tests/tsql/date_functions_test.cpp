@@ -1,0 +1,60 @@
+#include <gtest/gtest.h>
+
+#include "tsql/runtime_support.h"
+
+namespace tolvane::tsql::testing {
+
+const std::vector<CallRow>& dateRows() {
+  static const Datum date = packed(TypeKind::DateTime);
+  static const char* const moment = "2012-03-15 13:02:03.123";
+  static const std::vector<CallRow> rows{
+      {"ts_now", {}, "'2012-03-15 13:02:03.123'"},
+      {"ts_datepart", {"month", moment}, "3"},
+      {"ts_datepart", {"weekday", moment}, "5"},
+      {"ts_datepart", {"month", Datum()}, "null"},
+      {"ts_datepart", {"months", moment}, "155 'months' is not a recognized datepart option."},
+      {"ts_datename", {"month", moment}, "'March'"},
+      {"ts_datename", {"year", moment}, "'2012'"},
+      {"ts_dateadd", {"month", 1, "2012-01-31 00:00:00.000", date}, "'2012-02-29 00:00:00.000'"},
+      {"ts_dateadd", {"day", 1, "2012-02-28", packed(TypeKind::Date)}, "'2012-02-29'"},
+      {"ts_dateadd",
+       {"second", 40, "2012-03-15 13:02:00.000", packed(TypeKind::SmallDateTime)},
+       "'2012-03-15 13:03:00.000'"},
+      {"ts_dateadd", {"day", 1, "Mar 15 2012", date}, "'2012-03-16 00:00:00.000'"},
+      {"ts_dateadd", {"day", 1, 0, date}, "'1900-01-02 00:00:00.000'"},
+      {"ts_dateadd", {"year", 8000, moment, date}, "517 Adding a value to a 'datetime' column caused an overflow."},
+      {"ts_dateadd",
+       {"hour", 1, "2012-02-28", packed(TypeKind::Date)},
+       "9810 The datepart hour is not supported by date function dateadd for data type date."},
+      {"ts_dateadd", {"day", Datum(), moment, date}, "null"},
+      {"ts_datediff", {"year", "2011-12-31 00:00:00.000", "2012-01-01 00:00:00.000"}, "1"},
+      {"ts_datediff", {"day", moment, "2012-03-14 23:59:59.000"}, "-1"},
+      {"ts_datediff",
+       {"millisecond", "1900-01-01 00:00:00.000", moment},
+       "535 The datediff function resulted in an overflow. The number of dateparts separating two date/time instances "
+       "is "
+       "too large. Try to use datediff with a less precise datepart."},
+      {"ts_datediff",
+       {"iso_week", moment, moment},
+       "9810 The datepart iso_week is not supported by date function datediff for data type datetime."},
+      {"ts_year", {moment}, "2012"},
+      {"ts_year", {Datum()}, "null"},
+      {"ts_month", {moment}, "3"},
+      {"ts_day", {moment}, "15"},
+      {"ts_isdate", {"2012-03-15"}, "1"},
+      {"ts_isdate", {"2012-02-30"}, "0"},
+      {"ts_isdate", {""}, "0"},
+      {"ts_isdate", {20120315}, "1"},
+      {"ts_isdate", {Datum()}, "0"},
+  };
+  return rows;
+}
+
+namespace {
+
+TEST(DateFunctions, AnswerAsTheirRowsSay) {
+  for (const CallRow& row : dateRows()) EXPECT_EQ(call(row.name, row.args), row.expected) << described(row);
+}
+
+}  // namespace
+}  // namespace tolvane::tsql::testing

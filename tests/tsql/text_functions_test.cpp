@@ -1,0 +1,118 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tsql/runtime_support.h"
+
+namespace tolvane::tsql::testing {
+
+const std::vector<CallRow>& textRows() {
+  static const Bytes bytes{std::byte{1}, std::byte{2}, std::byte{3}};
+  static const std::string longName(129, 'a');
+  static const std::vector<CallRow> rows{
+      {"ts_len", {"abc  "}, "3"},
+      {"ts_len", {"  "}, "0"},
+      {"ts_len", {"报表😀"}, "4"},
+      {"ts_len", {Datum()}, "null"},
+      {"ts_datalength", {"abc  ", varchar()}, "5"},
+      {"ts_datalength", {"报表", varchar()}, "4"},
+      {"ts_datalength", {"a报", nvarchar()}, "4"},
+      {"ts_datalength", {7, packed(TypeKind::Int)}, "4"},
+      {"ts_datalength", {1.5, packed(TypeKind::Float)}, "8"},
+      {"ts_datalength", {"12.3400", packed(TypeKind::Money)}, "8"},
+      {"ts_datalength", {"123456789.1", decimal(18, 1)}, "9"},
+      {"ts_datalength", {"1.5", decimal(18, 1)}, "5"},
+      {"ts_datalength", {"2012-03-15 00:00:00.000", packed(TypeKind::DateTime)}, "8"},
+      {"ts_datalength", {bytes, packed(Type::text(TypeKind::VarBinary, 10))}, "3"},
+      {"ts_datalength", {Datum(), varchar()}, "null"},
+      {"ts_left", {"abc", 2}, "'ab'"},
+      {"ts_left", {"abc", 9}, "'abc'"},
+      {"ts_left", {"abc", 1.9}, "'a'"},
+      {"ts_left", {"abc", "2"}, "'ab'"},
+      {"ts_left", {"报表", 1}, "'报'"},
+      {"ts_left", {"abc", -1}, "537 Invalid length parameter passed to the LEFT or SUBSTRING function."},
+      {"ts_right", {"abc", 2}, "'bc'"},
+      {"ts_right", {"abc", 0}, "''"},
+      {"ts_right", {"报表", 1}, "'表'"},
+      {"ts_right", {"abc", -1}, "536 Invalid length parameter passed to the RIGHT function."},
+      {"ts_substring", {"abcdef", 2, 3}, "'bcd'"},
+      {"ts_substring", {"abcdef", -1, 3}, "'a'"},
+      {"ts_substring", {"abcdef", 0, 1}, "''"},
+      {"ts_substring", {"abcdef", 9, 3}, "''"},
+      {"ts_substring", {"a报表b", 2, 2}, "'报表'"},
+      {"ts_substring", {bytes, 2, 9}, "0x0203"},
+      {"ts_substring", {"abc", 1, 2147483647}, "'abc'"},
+      {"ts_substring", {"abc", 1, -1}, "537 Invalid length parameter passed to the LEFT or SUBSTRING function."},
+      {"ts_charindex", {"B", "abcb"}, "2"},
+      {"ts_charindex", {"b", "abcb", 3}, "4"},
+      {"ts_charindex", {"b", "abcb", -5}, "2"},
+      {"ts_charindex", {"b", "abcb", 9}, "0"},
+      {"ts_charindex", {"表", "报表"}, "2"},
+      {"ts_charindex", {"Ａ", "xa"}, "2"},
+      {"ts_charindex", {"", "abc"}, "0"},
+      {"ts_charindex", {Datum(), "abc"}, "null"},
+      {"ts_patindex", {"%[0-9]%", "ab3d"}, "3"},
+      {"ts_patindex", {"b%", "ab"}, "0"},
+      {"ts_patindex", {"a_", "ab"}, "1"},
+      {"ts_patindex", {"%b", "ab"}, "2"},
+      {"ts_patindex", {"%", ""}, "1"},
+      {"ts_replace", {"aBcb", "b", "--"}, "'a--c--'"},
+      {"ts_replace", {"abc", "", "x"}, "'abc'"},
+      {"ts_replace", {"aaa", "aa", "b"}, "'ba'"},
+      {"ts_replace", {"abc", "b", Datum()}, "null"},
+      {"ts_replicate", {"ab", 3, varchar()}, "'ababab'"},
+      {"ts_replicate", {"ab", 0, varchar()}, "''"},
+      {"ts_replicate", {"ab", -1, varchar()}, "null"},
+      {"ts_reverse", {"abc"}, "'cba'"},
+      {"ts_reverse", {"报表"}, "'表报'"},
+      {"ts_stuff", {"abcdef", 2, 3, "xyz1"}, "'axyz1ef'"},
+      {"ts_stuff", {"abc", 1, 0, "x"}, "'xabc'"},
+      {"ts_stuff", {"abc", 2, 99, "x"}, "'ax'"},
+      {"ts_stuff", {"abc", 0, 1, "x"}, "null"},
+      {"ts_stuff", {"abc", 4, 1, "x"}, "null"},
+      {"ts_stuff", {"abc", 1, -1, "x"}, "null"},
+      {"ts_stuff", {"abc", 2, 1, Datum()}, "'ac'"},
+      {"ts_space", {3}, "'   '"},
+      {"ts_space", {-1}, "null"},
+      {"ts_upper", {"abcé报"}, "'ABCÉ报'"},
+      {"ts_lower", {"ABCÉ报"}, "'abcé报'"},
+      {"ts_ltrim", {"  a "}, "'a '"},
+      {"ts_ltrim", {"   "}, "''"},
+      {"ts_rtrim", {" a  "}, "' a'"},
+      {"ts_ascii", {"Abc"}, "65"},
+      {"ts_ascii", {"报"}, "149"},
+      {"ts_ascii", {""}, "null"},
+      {"ts_char", {65}, "'A'"},
+      {"ts_char", {200}, "'?'"},
+      {"ts_char", {256}, "null"},
+      {"ts_char", {-1}, "null"},
+      {"ts_unicode", {"报a"}, "25253"},
+      {"ts_unicode", {"😀"}, "55357"},
+      {"ts_unicode", {""}, "null"},
+      {"ts_nchar", {25253}, "'报'"},
+      {"ts_nchar", {65536}, "null"},
+      {"ts_quotename", {"a]b"}, "'[a]]b]'"},
+      {"ts_quotename", {"a'b", "'"}, "''a''b''"},
+      {"ts_quotename", {"a)b(", ")"}, "'(a))b()'"},
+      {"ts_quotename", {"abc", "x"}, "null"},
+      {"ts_quotename", {"abc", ""}, "null"},
+      {"ts_quotename", {longName}, "null"},
+  };
+  return rows;
+}
+
+namespace {
+
+TEST(TextFunctions, AnswerAsTheirRowsSay) {
+  for (const CallRow& row : textRows()) EXPECT_EQ(call(row.name, row.args), row.expected) << described(row);
+}
+
+TEST(TextFunctions, ReplicateAndSpaceStopAtEightThousandBytes) {
+  EXPECT_EQ(call("ts_replicate", {"abc", 9000, varchar()}).size(), 8000U + 2);
+  EXPECT_EQ(call("ts_replicate", {"abc", 9000, nvarchar()}).size(), 4000U + 2);
+  EXPECT_EQ(call("ts_replicate", {"abc", 9000, varchar(maxLength)}).size(), 27000U + 2);
+  EXPECT_EQ(call("ts_space", {9000}).size(), 8000U + 2);
+}
+
+}  // namespace
+}  // namespace tolvane::tsql::testing
