@@ -65,10 +65,7 @@ function(tolvane_test name)
   cmake_parse_arguments(TEST "" "" "USES;LIBRARIES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   if(NOT sources)
-<<<<<<< HEAD
-=======
     message(WARNING "tests/${name} has no tests")
->>>>>>> host
     return()
   endif()
   add_executable(${name}_test ${sources})
