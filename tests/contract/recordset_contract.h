@@ -205,7 +205,9 @@ TEST_P(DataAccessContract, ColumnsThatWereNotSetTakeTheirDefaults) {
   rows->addNew();
   rows->setValue("Name", Value("Ann"));
   rows->update();
-  if (engine_->deviations().defaultsReadableAfterPosting) EXPECT_EQ(rows->value("Active"), Value(true));
+  if (engine_->deviations().defaultsReadableAfterPosting) {
+    EXPECT_EQ(rows->value("Active"), Value(true));
+  }
   EXPECT_EQ(scalar("select Active from People"), "True");
 }
 
