@@ -60,6 +60,9 @@ int runCallCommand(const Environment& environment, const CallOptions& options) {
   const Trace trace(environment, options, platform);
   try {
     const CallResult result = runCall(trace.platform() ? *trace.platform() : platform, platform.session(), request);
+    if (!result.kept) {
+      environment.err << "tolvane: an operation of the database failed on the way, so nothing of this call was kept\n";
+    }
     if (options.asTable) {
       printResult(environment, result, options.showSecrets);
     } else {

@@ -191,7 +191,7 @@ TEST_F(CommandLineTest, ATraceGoesToStandardErrorOnRequest) {
   initialise();
   const Outcome outcome = call("SrvRptRetrieve.GetRptPlx", {"lRptID=1", "--trace", "-"});
   EXPECT_TRUE(outcome.err.starts_with("{\"op\":\"GetContext\"}\n")) << outcome.err;
-  EXPECT_NO_THROW((void)Json::parse(outcome.out));
+  EXPECT_TRUE(Json::accept(outcome.out));
 }
 
 TEST_F(CommandLineTest, TablesAreForPeople) {
