@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "host/accounts_command.h"
 #include "host/call_command.h"
 #include "host/describe_command.h"
 #include "host/init_command.h"
@@ -34,6 +35,7 @@ class CommandLine {
     addDescriptions();
     addSql();
     addInit();
+    addAccounts();
     app_.add_subcommand("version", "print the version")->callback([this] {
       environment_.out << versionText << '\n';
       status_ = exitDone;
@@ -103,11 +105,26 @@ class CommandLine {
     });
   }
 
+  void addAccounts() {
+    auto* command = app_.add_subcommand("accounts", "list the account-set configurations of the user, or test one");
+    command->add_option("--dsn", accounts_.dsn, dsnHelp);
+    command->add_flag("--json", accounts_.asJson, "as JSON");
+    command->add_flag("--show-secrets", accounts_.showSecrets, secretsHelp);
+    auto* test = command->add_subcommand("test", "try to reach the account set of a configuration")->fallthrough();
+    test->add_option("name", accounts_.name, "the configuration")->required();
+    command->callback([this, test] {
+      accounts_.dsn = dsnOr(accounts_.dsn);
+      status_ = test->parsed() ? runAccountsTestCommand(environment_, accounts_)
+                               : runAccountsCommand(environment_, accounts_);
+    });
+  }
+
   const Environment& environment_;
   CLI::App app_{"Data service of an accounting suite's financial reports", "tolvane"};
   CallOptions call_;
   SqlOptions sql_;
   InitOptions init_;
+  AccountsOptions accounts_;
   std::string sample_;
   std::string described_;
   bool asJson_ = false;
