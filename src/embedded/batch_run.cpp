@@ -468,7 +468,7 @@ BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string&
     } catch (const ConstraintFailure& failure) {
       throw session->failure(session->catalogue().explain(failure, "INSERT", {}), sql);
     } catch (const SchemaChanged&) {
-      session->catalogue().refresh();
+      session->catalogue().invalidate();
       if (attempt == attempts) {
         throw session->failure(storageError(session->database().name(), SQLITE_SCHEMA, "its tables keep changing"),
                                sql);

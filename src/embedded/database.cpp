@@ -110,6 +110,8 @@ Database::~Database() = default;
 
 void Database::configure() {
   auto* db = handle_.get();
+  // Values that are bound do not change a plan, or statements that are used again would be prepared again.
+  sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_QPSG, 1, nullptr);
   sqlite3_busy_handler(
       db,
       [](void* context, int attempts) -> int {

@@ -174,8 +174,8 @@ tree::ColumnDefinition Parser::columnDefinition() {
         column.increment = takeSignedInteger();
         expectOperator(")");
       }
-      if (takeWord("NOT")) {
-        expectWord("FOR");
+      if (isWord("NOT") && isWord(1, "FOR")) {
+        at_ += 2;
         expectWord("REPLICATION");
       }
     } else if (takeWord("ROWGUIDCOL")) {
