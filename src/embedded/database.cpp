@@ -251,6 +251,7 @@ void Database::checkDeadline() const {
 }
 
 void Database::setDeadline(Deadline deadline) {
+  if (deadline == deadline_) return;
   deadline_ = deadline;
   const auto look = [](void* context) -> int {
     auto& self = *static_cast<Database*>(context);

@@ -319,7 +319,7 @@ Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const Comp
   compiler.compileAll(statements);
   auto& structural = program.structuralLiterals;
   std::ranges::sort(structural);
-  structural.erase(std::ranges::unique(structural).begin(), structural.end());
+  structural.erase(std::unique(structural.begin(), structural.end()), structural.end());
   return program;
 }
 
