@@ -67,7 +67,8 @@ void BatchCompiler::compileAll(const std::vector<tree::StatementPtr>& statements
   for (const auto& node : statements) statement(*node, false);
 }
 
-void BatchCompiler::compileReached(const StatementNode& node) {
+void BatchCompiler::compileReached(const StatementNode& node, bool insideLoop) {
+  insideLoop_ = insideLoop;
   statement(node, true);
 }
 
@@ -78,7 +79,15 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   const auto defer = [&] {
     program_.steps.resize(steps);
     program_.returnsRows = program_.returnsRows || node.kind == StatementKind::Select || node.kind == StatementKind::If;
-    add(node, DeferredStep{node.token, node.endToken});
+    DeferredStep later{node.token, node.endToken};
+    if (!loops_.empty()) {
+      later.continueTo = loops_.back().begin;
+      loops_.back().breaks.push_back(next());
+    } else if (insideLoop_) {
+      later.breakTo = JumpStep::breakOuter;
+      later.continueTo = JumpStep::continueOuter;
+    }
+    add(node, later);
   };
   if (definitionsSeen_ && !reached && namesTables(node.kind)) return defer();
   try {
@@ -102,6 +111,7 @@ void BatchCompiler::sendTo(int step, int target) {
   auto& body = program_.steps[static_cast<std::size_t>(step)].body;
   if (auto* jump = std::get_if<JumpStep>(&body)) jump->target = target;
   if (auto* jump = std::get_if<JumpUnlessStep>(&body)) jump->target = target;
+  if (auto* later = std::get_if<DeferredStep>(&body)) later->breakTo = target;
 }
 
 // What depends on the catalogue only fails when the statement is reached: it may stand behind an IF that keeps it from
@@ -150,7 +160,7 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Continue:
       return leaveLoop(node);
     case StatementKind::Return:
-      add(node, JumpStep{-1});
+      add(node, JumpStep{JumpStep::endOfBatch});
       return;
     case StatementKind::Declare:
       return declare(node);
@@ -219,6 +229,10 @@ void BatchCompiler::loop(const StatementNode& node) {
 
 void BatchCompiler::leaveLoop(const StatementNode& node) {
   const bool leaves = node.kind == StatementKind::Break;
+  if (loops_.empty() && insideLoop_) {
+    add(node, JumpStep{leaves ? JumpStep::breakOuter : JumpStep::continueOuter});
+    return;
+  }
   if (loops_.empty()) {
     throw SqlError(leaves ? 135 : 136, 15,
                    std::string("Cannot use a ") + (leaves ? "BREAK" : "CONTINUE") +
@@ -266,6 +280,7 @@ void BatchCompiler::select(const StatementNode& node) {
 
 void BatchCompiler::selectVariables(const StatementNode& node, const tree::Select& select) {
   AssignStep step;
+  bool grows = false;
   for (const auto& item : select.items) {
     if (item.variable.empty()) {
       throw SqlError(
@@ -274,10 +289,11 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
           .at(lineOf(batch_, item.token));
     }
     step.slots.push_back(writer_.variableSlot(item.variable, item.token));
-    if (!select.from.empty() && usesVariable(*item.expression, item.variable)) {
-      throw notSupported(batch_, item.token, "a variable that grows from row to row");
-    }
+    if (select.from.empty()) continue;
+    const auto uses = [&](const auto& other) { return usesVariable(*other.expression, item.variable); };
+    grows = grows || std::ranges::any_of(select.items, uses);
   }
+  if (grows) return selectRowByRow(node, std::move(step));
   BoundQuery query = writer_.bind(*node.query, nullptr, false);
   for (std::size_t i = 0; i < step.slots.size(); ++i) {
     const Type& type = program_.variables[static_cast<std::size_t>(step.slots[i])].type;
@@ -286,6 +302,18 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
     step.query.columns.push_back({"", type, "", "", false});
   }
   step.query.statement = writer_.finish(writer_.render(query, false));
+  add(node, std::move(step));
+}
+
+void BatchCompiler::selectRowByRow(const StatementNode& node, AssignStep step) {
+  const auto& items = node.query->body->select->items;
+  Scope scope;
+  step.query = writer_.bindRows(*node.query, scope);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const Type& type = program_.variables[static_cast<std::size_t>(step.slots[i])].type;
+    Typed value = writer_.convert(writer_.expression(*items[i].expression, &scope), type, Writer::When::Late);
+    step.forRow.push_back(writer_.finish("SELECT " + value.sql));
+  }
   add(node, std::move(step));
 }
 
@@ -331,7 +359,7 @@ Program compileDeferred(const ShapedBatch& batch, const Program& program, const 
   Parser parser(batch, result.structuralLiterals);
   const auto statement = parser.parseStatementAt(step.firstToken);
   BatchCompiler compiler(batch, catalogue, result, options);
-  compiler.compileReached(*statement);
+  compiler.compileReached(*statement, step.breakTo != DeferredStep::noLoop);
   return result;
 }
 

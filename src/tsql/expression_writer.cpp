@@ -265,8 +265,8 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       }
     }
     if (found != nullptr) {
-      if (at->insideAggregate == 0 && at->insideGroupKey == 0 && at->ungrouped.empty()) {
-        at->ungrouped = (owner->name.empty() ? "" : owner->name + ".") + found->name;
+      if (at->insideAggregate == 0 && at->insideGroupKey == 0) {
+        at->setUngrouped((owner->name.empty() ? "" : owner->name + ".") + found->name);
       }
       Typed result;
       result.sql = found->sql;
@@ -372,6 +372,10 @@ Typed Writer::expression(const Expression& expression, Scope* scope) {
     }
   }
   if (grouped != nullptr) --grouped->insideGroupKey;
+  const bool mayHaveCollation = result.type.isText() || result.type.kind == TypeKind::Null;
+  if (expression.collated && !mayHaveCollation) {
+    fail(expression.token, Message::CollateOfNoText, {result.type.baseName()});
+  }
   return result;
 }
 
@@ -435,7 +439,12 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
     result.type = concatenation(left.type, right.type);
     result.sql = "(" + left.sql + "||" + right.sql + ")";
     result.subquery = left.subquery || right.subquery;
-    return result;
+    // What goes beyond the longest text of its kind is cut off without an error.
+    const bool mayBeCut = result.type.length != maxLength && left.type.length + right.type.length > result.type.length;
+    if (!mayBeCut) return result;
+    const Type type = result.type;
+    result.type = Type::text(type.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, maxLength);
+    return convert(std::move(result), type);
   }
   return arithmetic(expression, std::move(left), std::move(right));
 }

@@ -180,7 +180,7 @@ tree::ColumnDefinition Parser::columnDefinition() {
       }
     } else if (takeWord("ROWGUIDCOL")) {
     } else if (takeWord("COLLATE")) {
-      name();
+      collation();
     } else if (constraint(found)) {
       column.constraints.push_back(std::move(found));
     } else {

@@ -26,6 +26,7 @@ struct Parameter {
     Identity,       // @@IDENTITY: decimal(38,0) text or null
     ScopeIdentity,  // SCOPE_IDENTITY(): the same in this engine, which has no triggers
     Fetch,          // @@FETCH_STATUS
+    RowColumn,      // column `index` of the row that AssignStep::forRow is run for
   };
   Source source = Source::Literal;
   int index = 0;
@@ -97,14 +98,23 @@ struct JumpUnlessStep {
 };
 
 struct JumpStep {
-  int target = 0;  // may be steps.size(); -1: the end of the batch, also from the steps of a deferred statement (RETURN)
+  // Targets that are no steps. The last two stand in deferred statements only, whose loop is outside of them.
+  static constexpr int endOfBatch = -1;
+  static constexpr int breakOuter = -2;
+  static constexpr int continueOuter = -3;
+  int target = 0;  // may be steps.size()
 };
 
 // SET @x = ..., SELECT @x = ..., DECLARE @x ... = ...: column i of the query goes to variable slots[i]; the values are
 // of the variable's type already. Several rows: the last one. No row: the variables stay as they are.
+//
+// Where a value depends on what the row before it assigned (SELECT @s = @s + c), `forRow` is not empty: then each row
+// of the query is read in turn, and for each of them statement i of `forRow` gives the value of variable slots[i], with
+// the variables as they are by then and the row's columns as parameters.
 struct AssignStep {
   Query query;
   std::vector<int> slots;
+  std::vector<Statement> forRow;
 };
 
 // The text of the query's only value is the message. A null prints nothing.
@@ -139,6 +149,10 @@ struct OptionStep {
 struct DeferredStep {
   int firstToken = 0;
   int endToken = 0;
+  // Inside a loop: where BREAK and CONTINUE among its own steps go to, as JumpStep::target.
+  static constexpr int noLoop = -1;
+  int breakTo = noLoop;
+  int continueTo = noLoop;
 };
 
 using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,

@@ -28,6 +28,9 @@ enum class Message {
   MustDeclareVariable,     // 137: variable
   VariableDeclaredTwice,   // 134: variable
   ColumnNotGrouped,        // 8120: column
+  HavingColumnNotGrouped,  // 8121: column
+  OrderColumnNotGrouped,   // 8127: column
+  CollateOfNoText,         // 447: type
   OperandClash,            // 206: type, type
   ImplicitConversion,      // 257: type, type
   ExplicitConversion,      // 529: type, type

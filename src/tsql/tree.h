@@ -59,7 +59,8 @@ struct Expression {
   bool distinct = false;
   bool star = false;
   bool all = false;
-  bool over = false;  // a window function; partition and order below
+  bool over = false;      // a window function; partition and order below
+  bool collated = false;  // COLLATE stands behind it
   Type type;
   std::vector<ExpressionPtr> arguments;
   ExpressionPtr operand;
@@ -101,6 +102,7 @@ struct Select {
   bool distinct = false;
   ExpressionPtr top;
   bool percent = false;
+  bool ties = false;
   std::vector<SelectItem> items;
   std::string into;
   std::vector<TableReferencePtr> from;
