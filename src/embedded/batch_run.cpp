@@ -222,10 +222,11 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
   } catch (const tsql::SqlError& error) {
     handle(error);
   } catch (const ConstraintFailure& failure) {
-    if (std::holds_alternative<tsql::DdlStep>(body)) {
+    if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
       return handle(tsql::SqlError(1505, 16,
-                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found: " +
-                                       std::string(failure.what()) + "."));
+                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for "
+                                   "the object name '" +
+                                       ddl->table + "' and the index name '" + ddl->index + "'."));
     }
     const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
     const std::string_view verb = !execute                                           ? "INSERT"

@@ -42,6 +42,17 @@ bool namesTables(StatementKind kind) {
   }
 }
 
+// Statements that define name a missing table in words of their own.
+SqlError noObject(StatementKind kind, const std::string& name) {
+  int number = 0;
+  if (kind == StatementKind::Truncate) number = 4701;
+  if (kind == StatementKind::AlterAdd || kind == StatementKind::AlterDropColumn) number = 4902;
+  if (kind == StatementKind::CreateIndex) number = 1088;
+  if (number == 0) return SqlError(Message::InvalidObject, {name});
+  return {number, 16,
+          "Cannot find the object \"" + name + "\" because it does not exist or you do not have permissions."};
+}
+
 bool usesVariable(const tree::Expression& expression, const std::string& name) {
   if (expression.kind == tree::ExpressionKind::Variable && sameName(expression.name, name)) return true;
   const auto uses = [&](const tree::ExpressionPtr& part) { return part && usesVariable(*part, name); };
@@ -93,7 +104,7 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   try {
     dispatch(node);
   } catch (const UnknownTable& unknown) {
-    if (reached) throw SqlError(Message::InvalidObject, {unknown.name}).at(lineOf(batch_, unknown.token));
+    if (reached) throw noObject(node.kind, unknown.name).at(lineOf(batch_, unknown.token));
     defer();
   } catch (SqlError& failure) {
     if (failure.line() == 0) failure.at(lineOf(batch_, node.token));

@@ -214,7 +214,7 @@ void BatchCompiler::update(const StatementNode& node) {
       return index.unique && std::ranges::find(index.columns, ordinal) != index.columns.end();
     });
     keys = keys || (unique && value.parameter < 0);
-    values.push_back(writer_.assign(value, table, column));
+    values.push_back(writer_.assign(value, table, column, "UPDATE"));
   }
   std::string where;
   if (node.where) where = " WHERE " + writer_.condition(*node.where, &scope);

@@ -410,6 +410,8 @@ void BatchCompiler::createIndex(const StatementNode& node) {
   const bool taken = catalogue_.findByIndex(node.name) != nullptr || catalogue_.find(node.name) != nullptr;
   const std::string name = taken ? table.name + "." + node.name : node.name;
   DdlStep step;
+  step.table = "dbo." + table.name;
+  step.index = node.name;
   step.statements.push_back({"CREATE " + std::string(node.unique ? "UNIQUE " : "") + "INDEX " + schemaOf(table) +
                                  quoted(name) + " ON " + quoted(table.name) + " " +
                                  keyText(node.keys, table, node.token),
@@ -454,13 +456,13 @@ void BatchCompiler::addColumn(const StatementNode&, const Table& table, const tr
   std::string text = "ALTER TABLE " + schemaOf(table) + quoted(table.name) + " ADD COLUMN " + quoted(column.name) +
                      " " + column.type.declared();
   if (!column.type.nullable) text += " NOT NULL";
-  bool hasDefault = false;
+  bool leavesNull = false;
   for (const auto& constraint : definition.constraints) {
     if (constraint.kind == Constraint::Kind::Default) {
       bool constant = false;
       text += " DEFAULT " + defaultText(*constraint.expression, column, constant);
       if (!constant) throw notSupported(batch_, constraint.token, "a default that is no constant in ALTER TABLE");
-      hasDefault = true;
+      leavesNull = column.type.nullable && !constraint.withValues;
     } else if (constraint.kind == Constraint::Kind::Check) {
       Table whole = table;
       whole.columns.push_back(column);
@@ -472,7 +474,7 @@ void BatchCompiler::addColumn(const StatementNode&, const Table& table, const tr
   }
   step.statements.push_back({std::move(text), {}});
   // The rows that are there keep null in a column that takes it; SQLite would show them the default.
-  if (hasDefault && column.type.nullable) {
+  if (leavesNull) {
     step.statements.push_back(
         {"UPDATE " + schemaOf(table) + quoted(table.name) + " SET " + quoted(column.name) + "=NULL", {}});
   }
@@ -492,6 +494,8 @@ void BatchCompiler::addConstraint(const StatementNode&, const Table& table, cons
     }
   }
   const std::string name = constraint.name.empty() ? (primary ? "PK_" : "UQ_") + table.name : constraint.name;
+  step.table = "dbo." + table.name;
+  step.index = name;
   step.statements.push_back({"CREATE UNIQUE INDEX " + schemaOf(table) + quoted(name) + " ON " + quoted(table.name) +
                                  " " + keyText(constraint.columns, table, constraint.token),
                              {}});

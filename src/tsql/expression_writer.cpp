@@ -176,7 +176,7 @@ Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& 
   return result;
 }
 
-std::string Writer::assignTo(const Typed& value, const Type& to, const std::string& name) {
+std::string Writer::assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb) {
   if (value.type.kind != TypeKind::Null && value.type.orNull() == to.orNull() &&
       (to.nullable || !value.type.nullable) && !typeRow(to.kind).takesLength) {
     return value.sql;
@@ -189,11 +189,11 @@ std::string Writer::assignTo(const Typed& value, const Type& to, const std::stri
   }
   const Type from = value.type.kind == TypeKind::Null ? to.orNull() : value.type;
   return "ts_assign(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + "," +
-         quotedText(name) + ")";
+         quotedText(name) + (verb.empty() ? "" : "," + quotedText(verb)) + ")";
 }
 
-std::string Writer::assign(const Typed& value, const Table& table, const Column& column) {
-  return assignTo(value, column.type, table.name + "." + column.name);
+std::string Writer::assign(const Typed& value, const Table& table, const Column& column, std::string_view verb) {
+  return assignTo(value, column.type, "dbo." + table.name + "." + column.name, verb);
 }
 
 // --- leaves

@@ -203,7 +203,10 @@ bool Parser::constraint(Constraint& result) {
     result.kind = Constraint::Kind::Default;
     result.expression = unary();
     if (takeWord("FOR")) result.forColumn = name();
-    if (isWord("WITH") && isWord(1, "VALUES")) at_ += 2;
+    if (isWord("WITH") && isWord(1, "VALUES")) {
+      at_ += 2;
+      result.withValues = true;
+    }
     return true;
   } else if (takeWord("CHECK")) {
     result.kind = Constraint::Kind::Check;

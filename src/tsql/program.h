@@ -89,6 +89,9 @@ struct ExecuteStep {
 // CREATE, ALTER, DROP. The catalogue is read anew afterwards.
 struct DdlStep {
   std::vector<Statement> statements;
+  // Of a unique index, for the message when the rows that are there do not allow it.
+  std::string table;
+  std::string index;
 };
 
 // Goes to step `target` unless the query's only value is 1.

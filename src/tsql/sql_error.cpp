@@ -98,7 +98,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
      "subquery is used as an expression."},
     {Message::Truncated, 8152, 16, "String or binary data would be truncated."},
     {Message::NullColumn, 515, 16,
-     "Cannot insert the value NULL into column '%1', table '%2'; column does not allow nulls. INSERT fails."},
+     "Cannot insert the value NULL into column '%1', table '%2'; column does not allow nulls. %3 fails."},
     {Message::DuplicateKey, 2627, 14,
      "Violation of %1 constraint '%2'. Cannot insert duplicate key in object '%3'."},
     {Message::DuplicateIndexRow, 2601, 14,

@@ -67,7 +67,7 @@ enum class Message {
   InvalidEscape,             // 506: character, predicate
   SubqueryManyRows,          // 512
   Truncated,                 // 8152
-  NullColumn,                // 515: column, table
+  NullColumn,                // 515: column, table, verb
   DuplicateKey,              // 2627: constraint kind, constraint, table
   DuplicateIndexRow,         // 2601: table, index
   ConstraintConflict,        // 547: statement, kind, constraint, table

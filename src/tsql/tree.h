@@ -167,7 +167,8 @@ struct Constraint {
   std::vector<std::string> targetColumns;
   std::string onDelete;  // "CASCADE", "NO ACTION", ... or empty
   std::string onUpdate;
-  std::string forColumn;  // DEFAULT ... FOR column
+  std::string forColumn;    // DEFAULT ... FOR column
+  bool withValues = false;  // DEFAULT ... WITH VALUES: for the rows that are there, too
 };
 
 struct ColumnDefinition {

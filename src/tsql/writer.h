@@ -149,8 +149,9 @@ class Writer {
   Typed convert(Typed value, const Type& to, When when = When::Early);
   Typed convertExplicitly(Typed value, const Type& to, const std::string& style);
   // A value for a column of a table, as an INSERT or UPDATE puts it there.
-  std::string assign(const Typed& value, const Table& table, const Column& column);
-  std::string assignTo(const Typed& value, const Type& to, const std::string& name);
+  // `verb` is for messages, where it is not INSERT.
+  std::string assign(const Typed& value, const Table& table, const Column& column, std::string_view verb = {});
+  std::string assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb = {});
   static std::string collation(const Type& type);  // " COLLATE ..." or empty
 
   // Queries (query_writer.cpp).
