@@ -101,6 +101,7 @@ void read(Recordset& rows) {
 
 void judge(const AutomationError& error, std::string_view batch) {
   constexpr std::string_view fromSqlite = "could not run the statement: ";
+  if (error.database().nativeNumber != 0) return;  // an error of the language, which may quote the batch
   const auto& words = error.description();
   if (words.find(fromSqlite) == std::string::npos) return;
   for (const auto limit : limitsOfSqlite) {

@@ -110,9 +110,15 @@ Statement Writer::finish(std::string_view text) const {
   return result;
 }
 
+// Bytes compare as if the shorter ones went on with zeros; without the zeros at the end SQLite compares them so.
+std::string Writer::compared(const std::string& sql, const Type& type) {
+  return type.isBinary() ? "ts_bytes(" + sql + ")" : sql + collation(type);
+}
+
 std::string Writer::collation(const Type& type) {
   if (type.isText()) return " COLLATE TSQL";
   if (type.isExactText()) return " COLLATE TSQL_DECIMAL";
+  if (type.kind == TypeKind::UniqueIdentifier) return " COLLATE TSQL_GUID";
   return {};
 }
 

@@ -11,7 +11,7 @@
 
 // What the compiler makes of a batch: a list of steps for a small interpreter that owns an SQLite connection.
 // All texts are SQLite's dialect with parameters ?1, ?2, ...; they call the functions `ts_...` of functions.h and the
-// collations TSQL and TSQL_DECIMAL.
+// collations TSQL, TSQL_DECIMAL and TSQL_GUID.
 namespace tolvane::tsql {
 
 // Where the interpreter takes the value of one SQLite parameter from.

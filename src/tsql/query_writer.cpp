@@ -195,7 +195,7 @@ void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& t
     if (value.literal >= 0 || value.parameter >= 0) {
       fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     }
-    text += (i == 0 ? " GROUP BY " : ",") + value.sql + collation(value.type);
+    text += (i == 0 ? " GROUP BY " : ",") + compared(value.sql, value.type);
   }
 }
 
@@ -370,6 +370,10 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
            "unique.");
     }
     if (position > 0) used.push_back(position);
+    if (type.isBinary() && !set && !distinct) {
+      value.sql = compared(position > 0 ? bound.outputs[position - 1].value.sql : value.sql, type);
+      position = 0;
+    }
     bound.order.push_back({position, value.sql, collation(type) + (item.descending ? " DESC" : "")});
   }
 }

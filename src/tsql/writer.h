@@ -152,7 +152,8 @@ class Writer {
   // `verb` is for messages, where it is not INSERT.
   std::string assign(const Typed& value, const Table& table, const Column& column, std::string_view verb = {});
   std::string assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb = {});
-  static std::string collation(const Type& type);  // " COLLATE ..." or empty
+  static std::string collation(const Type& type);                         // " COLLATE ..." or empty
+  static std::string compared(const std::string& sql, const Type& type);  // a value as it is compared and sorted
 
   // Queries (query_writer.cpp).
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);

@@ -12,6 +12,7 @@
 #include "tsql/error_reach.h"
 #include "tsql/functions.h"
 #include "tsql/unicode.h"
+#include "tsql/unique_identifier_order.h"
 
 namespace tolvane::tsql::testing {
 namespace {
@@ -170,6 +171,11 @@ int compareTexts(void* shared, int leftSize, const void* left, int rightSize, co
   return static_cast<Shared*>(shared)->collation.compare(
       {static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
       {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+}
+
+int compareIdentifiers(void*, int leftSize, const void* left, int rightSize, const void* right) {
+  return compareUniqueIdentifiers({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
+                                  {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
 }
 
 int compareDecimals(void*, int leftSize, const void* left, int rightSize, const void* right) {
@@ -543,6 +549,7 @@ EngineHarness::EngineHarness() : state_(std::make_unique<State>()) {
                                state_->registered.back().get(), nullptr, stepAggregate, finishAggregate, nullptr);
   }
   sqlite3_create_collation_v2(state_->database, "TSQL", SQLITE_UTF8, &state_->shared, compareTexts, nullptr);
+  sqlite3_create_collation_v2(state_->database, "TSQL_GUID", SQLITE_UTF8, nullptr, compareIdentifiers, nullptr);
   sqlite3_create_collation_v2(state_->database, "TSQL_DECIMAL", SQLITE_UTF8, nullptr, compareDecimals, nullptr);
 }
 
