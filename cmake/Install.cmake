@@ -1,12 +1,8 @@
-# What is installed, and the Debian package. The program finds schema, resources and samples in share/tolvane beside its
-# own bin folder, so an installation may be moved as a whole.
+# What is installed beside the program (src/host installs that), and the Debian package. The program finds schema,
+# resources and samples in share/tolvane beside its own bin folder, so an installation may be moved as a whole.
 include(GNUInstallDirs)
 
 set(TOLVANE_SHARE "${CMAKE_INSTALL_DATADIR}/${PROJECT_NAME}")
-# The program may not be there yet in a tree that builds single folders.
-if(TARGET tolvane)
-  install(TARGETS tolvane RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
-endif()
 install(DIRECTORY schema/ DESTINATION "${TOLVANE_SHARE}/schema" FILES_MATCHING PATTERN "*.sql")
 install(DIRECTORY resources/ DESTINATION "${TOLVANE_SHARE}/resources" FILES_MATCHING PATTERN "*.json")
 install(DIRECTORY samples/documents DESTINATION "${TOLVANE_SHARE}/samples")

@@ -1,5 +1,7 @@
 #include "host/command_line.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <optional>
@@ -9,6 +11,7 @@
 #include "host/describe_command.h"
 #include "host/init_command.h"
 #include "host/sql_command.h"
+#include "host/upgrade_command.h"
 #include "host/usage_error.h"
 
 namespace tolvane::host {
@@ -34,6 +37,7 @@ class CommandLine {
     addDescriptions();
     addSql();
     addInit();
+    addUpgrade();
     app_.add_subcommand("version", "print the version")->callback([this] {
       environment_.out << versionText << '\n';
       status_ = exitDone;
@@ -103,11 +107,24 @@ class CommandLine {
     });
   }
 
+  void addUpgrade() {
+    auto* command = app_.add_subcommand("upgrade", "convert Cs statements of the older layout");
+    command->add_option("--dsn", upgrade_.dsn, dsnHelp);
+    command->add_option("--group", upgrade_.groups, "the identifier of an old group (default: all that are left)");
+    command->add_option("--currency", upgrade_.currency, "the number of the statements' currency (default: RMB)");
+    command->callback([this] {
+      upgrade_.dsn = dsnOr(upgrade_.dsn);
+      upgrade_.isTerminal = isatty(STDERR_FILENO) == 1;
+      status_ = runUpgradeCommand(environment_, upgrade_);
+    });
+  }
+
   const Environment& environment_;
   CLI::App app_{"Data service of an accounting suite's financial reports", "tolvane"};
   CallOptions call_;
   SqlOptions sql_;
   InitOptions init_;
+  UpgradeOptions upgrade_;
   std::string sample_;
   std::string described_;
   bool asJson_ = false;

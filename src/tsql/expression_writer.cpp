@@ -171,8 +171,8 @@ Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& 
   Typed result;
   result.type = to.orNull();
   result.subquery = value.subquery;
-  result.sql = "ts_convert(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + "," +
-               style + ")";
+  result.sql =
+      "ts_convert(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + style + ")";
   return result;
 }
 
@@ -473,7 +473,7 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
   };
   if (bits) {
     if (type.isText() || !(type.isInteger() || type.isBinary())) incompatible();
-    if (type.isBinary()) invalid(type);
+    if (type.isBinary()) incompatible();
   } else if (type.isDate()) {
     if ((op != '+' && op != '-') || type.kind == TypeKind::Date) {
       if (left.type.kind == type.kind) invalid(left.type);

@@ -204,7 +204,7 @@ StatementPtr Parser::begin() {
   }
   if (isWord(1, "TRY") || isWord(1, "CATCH") || isWord(1, "DISTRIBUTED")) {
     ++at_;
-    refuse("BEGIN ... ");
+    refuse("BEGIN of that kind");
   }
   auto result = makeStatement(StatementKind::Block);
   ++at_;

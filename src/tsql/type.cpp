@@ -126,6 +126,8 @@ std::string Type::declared() const {
     return "decimal text(" + std::to_string(precision) + "," + std::to_string(scale) + ")";
   }
   if (isMoney()) return std::string(baseName()) + " text";
+  // SQLite takes numbers only between the brackets of a type.
+  if (length == maxLength) return std::string(baseName()) + " max";
   return name();
 }
 
@@ -145,6 +147,11 @@ std::optional<Type> Type::fromDeclared(std::string_view declaredType) {
   while (!text.empty() && text.back() == ' ') text.pop_back();
   if (const auto blank = text.rfind(" text"); blank != std::string::npos && blank + 5 == text.size())
     text.resize(blank);
+  if (text.ends_with(" max")) {
+    text.resize(text.size() - 4);
+    first = maxLength;
+    count = 1;
+  }
   auto type = typeNamed(text);
   if (!type || count == 0) return type;
   if (type->kind == TypeKind::Decimal) {

@@ -206,7 +206,8 @@ std::string shownValue(sqlite3_stmt* statement, int column) {
 }
 
 std::string shownError(const SqlError& error) {
-  return "error " + std::to_string(error.number()) + ": " + error.message() + "\n";
+  const std::string words = error.message().empty() ? "" : ": " + error.message();
+  return "error " + std::to_string(error.number()) + words + "\n";
 }
 
 }  // namespace
@@ -373,10 +374,9 @@ struct EngineHarness::State : Catalogue {
     if (shared.session.raised_) throw *shared.session.raised_;
     const std::string message = sqlite3_errmsg(database);
     const int extended = sqlite3_extended_errcode(database);
-    if (extended == SQLITE_CONSTRAINT_UNIQUE || extended == SQLITE_CONSTRAINT_PRIMARYKEY)
-      throw SqlError(2627, 14, message);
-    if (extended == SQLITE_CONSTRAINT_NOTNULL) throw SqlError(515, 16, message);
-    if ((extended & 0xFF) == SQLITE_CONSTRAINT) throw SqlError(547, 16, message);
+    if (extended == SQLITE_CONSTRAINT_UNIQUE || extended == SQLITE_CONSTRAINT_PRIMARYKEY) throw SqlError(2627, 14, "");
+    if (extended == SQLITE_CONSTRAINT_NOTNULL) throw SqlError(515, 16, "");
+    if ((extended & 0xFF) == SQLITE_CONSTRAINT) throw SqlError(547, 16, "");
     throw SqlError(50001, 16, "SQLite: " + message + " in " + text.text);
   }
 

@@ -17,7 +17,8 @@ class EngineHarness {
   EngineHarness& operator=(const EngineHarness&) = delete;
 
   // Runs a batch. The result is what the caller would see, line by line: for each query its rows ("1 | text | NULL"),
-  // for PRINT the message, for an error "error 245: words"; errors that end only their statement do not stop the batch.
+  // for PRINT the message, for an error "error 245: words" (keys and constraints, whose words the data layer makes: the
+  // number alone); errors that end only their statement do not stop the batch.
   std::string run(std::string_view batch);
   // "Name type" of each column of the batch's first query, or the error.
   std::string columns(std::string_view batch);
