@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace tolvane {
 namespace {
@@ -44,7 +45,7 @@ std::vector<Value> bindArguments(const MethodDescription& method, const CallArgu
   given.resize(count);
   for (const auto& [name, value] : arguments.named) {
     auto& place = given[positionOf(method, name)];
-    if (place) raise(RuntimeError::wrongArgumentCount);
+    if (place && !place->isMissing()) raise(RuntimeError::wrongArgumentCount);
     place = value;
   }
   std::vector<Value> bound;
@@ -58,6 +59,8 @@ Value invoke(Service& service, const MethodDescription& method, std::vector<Valu
     return method.run(service, bound);
   } catch (const std::bad_alloc&) {
     raise(RuntimeError::outOfMemory);
+  } catch (const std::length_error&) {
+    raise(RuntimeError::outOfMemory);  // a text or array that no memory could hold
   }
 }
 

@@ -98,7 +98,7 @@ Value runMethod(Class& object, Result (Class::*method)(Parameters...), std::span
   } else {
     result = Crossing<Result>::give((object.*method)(std::get<index>(values)...));
   }
-  const auto giveBack = [&]<std::size_t i, typename Parameter>() {
+  [[maybe_unused]] const auto giveBack = [&]<std::size_t i, typename Parameter>() {
     if constexpr (directionOf<Parameter> == Direction::inOut) {
       arguments[i] = Crossing<std::remove_cvref_t<Parameter>>::give(std::move(std::get<i>(values)));
     }

@@ -21,6 +21,35 @@ constexpr std::uint16_t byteArrayTag = arrayFlag | tagOf(ValueType::byte);
   raise(RuntimeError::typeNotSupported);
 }
 
+/// The least number of bytes that an element of an array takes; 0 for types that no array has.
+std::uint64_t leastSize(ValueType element) {
+  switch (element) {
+    case ValueType::byte:
+      return 1;
+    case ValueType::int16:
+    case ValueType::boolean:
+    case ValueType::string:
+    case ValueType::variant:
+      return 2;
+    case ValueType::int32:
+    case ValueType::single:
+    case ValueType::error:
+      return 4;
+    case ValueType::int64:
+    case ValueType::real:
+    case ValueType::currency:
+    case ValueType::date:
+      return 8;
+    case ValueType::decimal:
+      return 16;
+    case ValueType::empty:
+    case ValueType::null:
+    case ValueType::object:
+      break;
+  }
+  return 0;
+}
+
 class Writer {
  public:
   Writer(AnsiCodePage& ansi, const std::function<void(std::span<const std::uint8_t>)>& sink)
@@ -29,7 +58,7 @@ class Writer {
   }
 
   void variant(const Value& value, int depth) {
-    if (depth > maximalNesting) refuse();
+    if (value.isArray() && depth >= maximalNesting) refuse();
     if (const auto* bytes = value.get<Bytes>()) return byteArray(*bytes);
     if (const Array* elements = value.array()) return array(*elements, depth);
     integer(value.typeNumber());
@@ -111,8 +140,20 @@ class Writer {
     put(bytes.view());
   }
 
+  /// An array whose elements are not what it says cannot be told apart from another one once it is written.
+  static void check(const Array& array) {
+    if (leastSize(array.elementType) == 0) refuse();
+    std::uint64_t count = array.bounds.empty() ? 0 : 1;
+    for (const Bound& bound : array.bounds) count *= bound.count;
+    const bool typed = array.elementType != ValueType::variant;
+    const auto fits = [&](const Value& element) { return !typed || element.typeNumber() == tagOf(array.elementType); };
+    if (count != array.elements.size() || !std::all_of(array.elements.begin(), array.elements.end(), fits)) {
+      raise(RuntimeError::typeMismatch);
+    }
+  }
+
   void array(const Array& array, int depth) {
-    if (array.elementType == ValueType::object) refuse();
+    check(array);
     integer(static_cast<std::uint16_t>(arrayFlag | tagOf(array.elementType)));
     descriptor(array.bounds);
     for (const Value& element : array.elements) {
@@ -204,35 +245,6 @@ class Reader {
     refuse();
   }
 
-  /// The least number of bytes that an element of an array takes.
-  static std::uint64_t leastSize(std::uint16_t elementTag) {
-    switch (static_cast<ValueType>(elementTag)) {
-      case ValueType::byte:
-        return 1;
-      case ValueType::int16:
-      case ValueType::boolean:
-      case ValueType::string:
-      case ValueType::variant:
-        return 2;
-      case ValueType::int32:
-      case ValueType::single:
-      case ValueType::error:
-        return 4;
-      case ValueType::int64:
-      case ValueType::real:
-      case ValueType::currency:
-      case ValueType::date:
-        return 8;
-      case ValueType::decimal:
-        return 16;
-      case ValueType::empty:
-      case ValueType::null:
-      case ValueType::object:
-        break;
-    }
-    refuse();
-  }
-
   std::vector<Bound> descriptor() {
     const auto dimensions = integer<std::uint16_t>();
     if (dimensions > maximalDimensions) refuse();
@@ -261,7 +273,8 @@ class Reader {
 
   Value array(std::uint16_t elementTag, int depth) {
     if (depth >= maximalNesting) refuse();
-    const std::uint64_t size = leastSize(elementTag);
+    const std::uint64_t size = leastSize(static_cast<ValueType>(elementTag));
+    if (size == 0) refuse();
     std::vector<Bound> bounds = descriptor();
     const std::uint64_t count = elementCount(bounds, size);
     if (elementTag == tagOf(ValueType::byte) && bounds.size() == 1) return Bytes(block(count), bounds.front().lower);

@@ -1,14 +1,18 @@
 #include "host/command_line.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <optional>
 #include <string>
 
+#include "host/accounts_command.h"
 #include "host/call_command.h"
 #include "host/describe_command.h"
 #include "host/init_command.h"
 #include "host/sql_command.h"
+#include "host/upgrade_command.h"
 #include "host/usage_error.h"
 
 namespace tolvane::host {
@@ -34,6 +38,8 @@ class CommandLine {
     addDescriptions();
     addSql();
     addInit();
+    addAccounts();
+    addUpgrade();
     app_.add_subcommand("version", "print the version")->callback([this] {
       environment_.out << versionText << '\n';
       status_ = exitDone;
@@ -103,11 +109,39 @@ class CommandLine {
     });
   }
 
+  void addAccounts() {
+    auto* command = app_.add_subcommand("accounts", "list the account-set configurations of the user, or test one");
+    command->add_option("--dsn", accounts_.dsn, dsnHelp);
+    command->add_flag("--json", accounts_.asJson, "as JSON");
+    command->add_flag("--show-secrets", accounts_.showSecrets, secretsHelp);
+    auto* test = command->add_subcommand("test", "try to reach the account set of a configuration")->fallthrough();
+    test->add_option("name", accounts_.name, "the configuration")->required();
+    command->callback([this, test] {
+      accounts_.dsn = dsnOr(accounts_.dsn);
+      status_ = test->parsed() ? runAccountsTestCommand(environment_, accounts_)
+                               : runAccountsCommand(environment_, accounts_);
+    });
+  }
+
+  void addUpgrade() {
+    auto* command = app_.add_subcommand("upgrade", "convert Cs statements of the older layout");
+    command->add_option("--dsn", upgrade_.dsn, dsnHelp);
+    command->add_option("--group", upgrade_.groups, "the identifier of an old group (default: all that are left)");
+    command->add_option("--currency", upgrade_.currency, "the number of the statements' currency (default: RMB)");
+    command->callback([this] {
+      upgrade_.dsn = dsnOr(upgrade_.dsn);
+      upgrade_.isTerminal = isatty(STDERR_FILENO) == 1;
+      status_ = runUpgradeCommand(environment_, upgrade_);
+    });
+  }
+
   const Environment& environment_;
   CLI::App app_{"Data service of an accounting suite's financial reports", "tolvane"};
   CallOptions call_;
   SqlOptions sql_;
   InitOptions init_;
+  AccountsOptions accounts_;
+  UpgradeOptions upgrade_;
   std::string sample_;
   std::string described_;
   bool asJson_ = false;

@@ -23,7 +23,10 @@ standalone::Engines builtInEngines() {
 std::map<std::string, DatabaseMaker> builtInMakers() {
   std::map<std::string, DatabaseMaker> makers;
 #ifdef TOLVANE_WITH_EMBEDDED
-  makers.emplace("sqlite", [](const DataSourceName& name) { return embedded::createAccountSet(name); });
+  makers.emplace("sqlite", [](const DataSourceName& name) {
+    embedded::EmbeddedEngine::createAccountSet(name.get("Database"));
+    return embedded::EmbeddedEngine().open(name);
+  });
 #endif
   return makers;
 }

@@ -53,7 +53,7 @@ void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, cons
   const std::string path = name.get("Database");
   if (path.empty()) refuse("The data source " + name.publicText() + " names no Database.");
   std::error_code ignored;
-  if (fs::exists(path, ignored) && (!fs::is_regular_file(path, ignored) || fs::file_size(path, ignored) > 0)) {
+  if (fs::exists(path, ignored)) {
     refuse("There is " + path + " already. An account set is made in a new file only; nothing was changed.");
   }
   NewFile file(path);

@@ -29,7 +29,7 @@ std::string_view nameOf(Argument argument) {
       return "datetime";
     case Argument::DatePart:
       return "date part";
-    case Argument::Bytes:
+    case Argument::TextOrBytes:
       return "text or binary";
   }
   return "";
