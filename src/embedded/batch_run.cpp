@@ -15,7 +15,6 @@ namespace {
 using tsql::Datum;
 using tsql::Result;
 
-// Loops that never end are stopped by a command's deadline, which SQLite does not see between statements.
 constexpr int userError = 50000;
 constexpr int highestMessageSeverity = 10;
 
@@ -56,7 +55,11 @@ class BatchRun {
   BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
       : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
     for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
+    batch_ = session_->takeShape();
   }
+  BatchRun(const BatchRun&) = delete;
+  BatchRun& operator=(const BatchRun&) = delete;
+  ~BatchRun() { session_->giveBackShape(std::move(batch_)); }
 
   BatchResult run(FirstRead firstRead);
   BoundQuery compileOnlyQuery();
@@ -171,6 +174,7 @@ void BatchRun::runSteps(std::shared_ptr<CompiledProgram> program) {
   const auto outer = std::exchange(next_, 0);
   while (next_ < program->program.steps.size() && !ended_) {
     const auto index = next_++;
+    session_->database().checkDeadline();
     attempt(program, index);
   }
   next_ = outer;
@@ -206,6 +210,11 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
   } catch (const tsql::SqlError& error) {
     handle(error);
   } catch (const ConstraintFailure& failure) {
+    if (std::holds_alternative<tsql::DdlStep>(body)) {
+      return handle(tsql::SqlError(1505, 16,
+                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found: " +
+                                       std::string(failure.what()) + "."));
+    }
     const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
     const std::string_view verb = !execute                                           ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
@@ -262,13 +271,7 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
   std::shared_ptr<CompiledProgram> owner = &program == compiled_.get() ? compiled_ : deferred_.back();
   auto query = boundQuery(program, index, step);
   query.program = owner;
-  std::function<BoundQuery()> recompile;
-  if (&program == compiled_.get() && isSingleQuery()) {
-    recompile = [session = session_, sql = sql_, placeholders = placeholders_] {
-      return BatchRun(session, sql, placeholders).compileOnlyQuery();
-    };
-  }
-  auto rows = std::make_shared<RowSet>(session_, std::move(query), sql_, std::move(recompile));
+  auto rows = std::make_shared<RowSet>(session_, std::move(query), sql_);
   rows->readFirst();
   result_.rowSets.push_back(std::move(rows));
   session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));

@@ -246,6 +246,10 @@ void Database::fail(int resultCode) {
   throw storageError(name_, resultCode, message);
 }
 
+void Database::checkDeadline() const {
+  if (deadline_ && std::chrono::steady_clock::now() >= *deadline_) throw timeoutError({});
+}
+
 void Database::setDeadline(Deadline deadline) {
   deadline_ = deadline;
   const auto look = [](void* context) -> int {

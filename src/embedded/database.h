@@ -98,6 +98,8 @@ class Database {
   void setFunctionError(tsql::SqlError error) { functionError_ = std::move(error); }
 
   void setDeadline(Deadline deadline);
+  /// Raises when it is over: for loops whose statements are all short.
+  void checkDeadline() const;
   [[nodiscard]] bool inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
 
   /// Raises a failed call of SQLite.

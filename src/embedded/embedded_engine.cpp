@@ -1,6 +1,7 @@
 #include "embedded/embedded_engine.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
@@ -28,6 +29,7 @@ FileIdentity identityOf(const std::filesystem::path& file) {
 }
 
 struct Kept {
+  pid_t process = 0;  // SQLite's connections do not survive a fork
   FileIdentity identity;
   std::chrono::milliseconds busyTimeout{};
   std::shared_ptr<Session> session;
@@ -67,14 +69,15 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   auto& kept = keptByThisThread();
   // A file that was removed and made again under its name is another account set.
   const auto found = std::find_if(kept.begin(), kept.end(), [&](const Kept& k) {
-    return identity != FileIdentity{} && k.identity == identity && k.busyTimeout == options_.busyTimeout;
+    return identity != FileIdentity{} && k.process == ::getpid() && k.identity == identity &&
+           k.busyTimeout == options_.busyTimeout;
   });
   if (found != kept.end()) {
     std::rotate(kept.begin(), found, found + 1);
     return connectionOf(kept.front());
   }
   auto session = std::make_shared<Session>(file, options_.busyTimeout);
-  kept.insert(kept.begin(), Kept{identity, options_.busyTimeout, std::move(session), {}});
+  kept.insert(kept.begin(), Kept{::getpid(), identity, options_.busyTimeout, std::move(session), {}});
   auto connection = connectionOf(kept.front());
   forgetOldest(kept);
   return connection;

@@ -39,6 +39,10 @@ std::unique_ptr<icu::Collator> makeCollator() {
   UErrorCode status = U_ZERO_ERROR;
   std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale("zh@collation=pinyin"), status));
   if (U_FAILURE(status)) throw std::runtime_error(std::string("ICU has no Chinese collation: ") + u_errorName(status));
+  // ICU puts Chinese before all other letters in this locale; SQL Server puts it behind them.
+  const std::int32_t asInUnicode = UCOL_REORDER_CODE_NONE;
+  collator->setReorderCodes(&asInUnicode, 1, status);
+  if (U_FAILURE(status)) throw std::runtime_error(std::string("ICU cannot order scripts: ") + u_errorName(status));
   // The second level holds accents; letter case and width are of the third and do not count.
   collator->setStrength(icu::Collator::SECONDARY);
   return collator;
@@ -89,6 +93,16 @@ std::vector<std::uint16_t> makeRanks(const icu::Collator& collator, char32_t end
   return ranks;
 }
 
+// An ASCII letter in lower case stands for all that are equal to it, or a common Chinese character, or the first of
+// them.
+char32_t representativeOf(const std::vector<Keyed>& keys, std::size_t first, std::size_t end) {
+  for (auto i = first; i < end; ++i) {
+    const auto c = keys[i].character;
+    if (isPlain(c)) return c < 0x80 ? static_cast<char32_t>(u_tolower(static_cast<UChar32>(c))) : c;
+  }
+  return keys[first].character;
+}
+
 std::vector<char16_t> makeFolds(const icu::Collator& collator) {
   std::vector<char16_t> folds(planeSize);
   for (char32_t c = 0; c < planeSize; ++c) folds[c] = static_cast<char16_t>(c);
@@ -96,10 +110,7 @@ std::vector<char16_t> makeFolds(const icu::Collator& collator) {
   for (std::size_t first = 0; first < keys.size();) {
     std::size_t end = first;
     while (end < keys.size() && keys[end].key == keys[first].key) ++end;
-    // The first of equal characters stands for all, an ASCII letter in lower case.
-    const auto smallest = keys[first].character;
-    const auto representative =
-        smallest < 0x80 ? u_tolower(static_cast<UChar32>(smallest)) : static_cast<UChar32>(smallest);
+    const auto representative = representativeOf(keys, first, end);
     for (; first < end; ++first) folds[keys[first].character] = static_cast<char16_t>(representative);
   }
   return folds;

@@ -15,13 +15,26 @@ std::shared_ptr<StatementPool> poolOf(std::string text) {
   return std::make_shared<StatementPool>(std::move(text));
 }
 
+// A document of at least this many bytes is read straight into the memory that is handed out; below, one more copy is
+// cheaper than opening it.
+constexpr std::string_view directReadBytes = "65536";
+
+std::shared_ptr<StatementPool> longReader(const std::string& table, const std::string& column) {
+  const auto name = quotedName(column);
+  return poolOf("SELECT CASE WHEN typeof(" + name + ")='blob' AND length(" + name +
+                ")>=" + std::string(directReadBytes) + " THEN length(" + name + ") ELSE " + name + " END FROM " +
+                quotedName(table) + " WHERE rowid=?1");
+}
+
 std::shared_ptr<const ResultShape> shapeOf(const tsql::Query& query, const std::vector<std::string>& reads) {
   auto shape = std::make_shared<ResultShape>();
   shape->columns = query.columns;
   shape->reads = reads;
   for (const auto& column : query.columns) {
     shape->fields.push_back(fieldInfo(column.name, column.type));
-    if (query.rows && column.type.isLong()) shape->hasLong = true;
+    const bool readLater = query.rows && column.type.isLong() && !column.column.empty();
+    shape->longReaders.push_back(readLater ? longReader(query.rows->table, column.column) : nullptr);
+    shape->hasLong = shape->hasLong || readLater;
   }
   if (query.rows) shape->table = query.rows->table;
   return shape;
@@ -61,6 +74,15 @@ void appendTypes(std::string& key, const std::vector<tsql::Type>& types) {
 }
 
 }  // namespace
+
+std::string quotedName(std::string_view name) {
+  std::string quoted = "\"";
+  for (const char c : name) {
+    if (c == '"') quoted += '"';
+    quoted += c;
+  }
+  return quoted + "\"";
+}
 
 CompiledProgram::CompiledProgram(tsql::Program compiled, std::uint64_t version)
     : program(std::move(compiled)), catalogueVersion(version) {

@@ -18,8 +18,11 @@ namespace tolvane::embedded {
 struct ResultShape {
   std::vector<FieldInfo> fields;
   std::vector<tsql::ResultColumn> columns;
-  std::string table;               ///< of which the rows are rows; empty when they are of no single table
-  bool hasLong = false;            ///< some column holds long values, read by row number
+  std::string table;     ///< of which the rows are rows; empty when they are of no single table
+  bool hasLong = false;  ///< some column holds long values, read by row number
+  /// For each column that holds long values: reads one of them, ?1 being the row's number. A large document comes as
+  /// its length, without being read.
+  std::vector<std::shared_ptr<StatementPool>> longReaders;
   std::vector<std::string> reads;  ///< tables whose change would change the rows
 
   [[nodiscard]] bool hasRows() const { return !table.empty(); }
@@ -39,6 +42,9 @@ struct CompiledProgram {
 
   CompiledProgram(tsql::Program compiled, std::uint64_t version);
 };
+
+/// A name in the quotes of SQLite.
+[[nodiscard]] std::string quotedName(std::string_view name);
 
 /// Keeps the programs used last, up to a bound. A program is good for one version of the catalogue.
 class ProgramCache {

@@ -10,22 +10,9 @@
 namespace tolvane::embedded {
 namespace {
 
-// A document of at least this many bytes is read straight into the memory that is handed out; below, one more copy is
-// cheaper than opening it.
-constexpr std::string_view directReadBytes = "65536";
-
 constexpr std::size_t noRow = static_cast<std::size_t>(-1);
 
 }  // namespace
-
-std::string quotedName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char c : name) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + "\"";
-}
 
 RowSet::RowSet(std::shared_ptr<Session> session, BoundQuery query, std::string sql,
                std::function<BoundQuery()> recompile)
@@ -68,6 +55,7 @@ void RowSet::translated(Work&& work) {
 
 bool RowSet::has(std::size_t row) {
   if (buffer_.rows() > row) return true;
+  raiseFailure();
   if (!statement_) return false;
   translated([&] {
     while (buffer_.rows() <= row && readOne()) {
@@ -76,7 +64,12 @@ bool RowSet::has(std::size_t row) {
   return buffer_.rows() > row;
 }
 
+void RowSet::raiseFailure() const {
+  if (failed_) throw *failed_;
+}
+
 std::size_t RowSet::readAll() {
+  raiseFailure();
   if (statement_) translated([&] { readRest(); });
   return buffer_.rows();
 }
@@ -133,7 +126,7 @@ void RowSet::fillRow(std::size_t row, sqlite3_stmt* statement, bool again) {
   const bool later = shape_->hasLong;
   for (std::size_t i = 0; i < buffer_.columns(); ++i) {
     if (again && shape_->columns[i].column.empty()) continue;  // a computed value stays as it was computed
-    if (later && shape_->columns[i].type.isLong()) {
+    if (later && shape_->longReaders[i]) {
       buffer_.set(row, i, unread);
     } else {
       buffer_.set(row, i, Cell::of(statement, static_cast<int>(i)));
@@ -155,12 +148,7 @@ Value RowSet::value(std::size_t row, std::size_t column) {
 void RowSet::readLong(std::size_t row, std::size_t column) {
   auto& owner = session();
   auto& database = owner.database();
-  const auto table = quotedName(shape_->table);
-  const auto name = quotedName(shape_->columns[column].column);
-  // A large document comes as its length, without being read.
-  const auto lease = owner.own("SELECT CASE WHEN typeof(" + name + ")='blob' AND length(" + name +
-                               ")>=" + std::string(directReadBytes) + " THEN length(" + name + ") ELSE " + name +
-                               " END FROM " + table + " WHERE rowid=?1");
+  const Lease lease(database, shape_->longReaders[column]);
   sqlite3_bind_int64(lease.get(), 1, buffer_.rowNumber(row));
   if (!database.stepOwn(lease.get())) throw AutomationError(AdoError::noCurrentRecord, std::string(fieldSource));
   translated([&] {
@@ -220,10 +208,16 @@ void RowSet::settle() {
     // The own rows keep their places; the record set asks for the others by readBeforeOwn().
     return;
   }
-  if (shape_->hasLong && begun_ && current_ != noRow && current_ < buffer_.rows()) {
-    for (std::size_t i = 0; i < buffer_.columns(); ++i) (void)cell(current_, i);
+  // A row that cannot be read is the reader's error, not the one's whose change makes it be read.
+  try {
+    if (shape_->hasLong && begun_ && current_ != noRow && current_ < buffer_.rows()) {
+      for (std::size_t i = 0; i < buffer_.columns(); ++i) (void)cell(current_, i);
+    }
+    readAll();
+  } catch (const AutomationError& error) {
+    failed_ = error;
+    finish();
   }
-  readAll();
 }
 
 bool RowSet::reads(std::string_view table) const {

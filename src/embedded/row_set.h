@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -79,6 +80,7 @@ class RowSet final : public OpenReader {
   void finish() noexcept;
   void fillRow(std::size_t row, sqlite3_stmt* statement, bool again);
   void readLong(std::size_t row, std::size_t column);
+  void raiseFailure() const;
   [[nodiscard]] std::string rowText() const;
   [[nodiscard]] Session& session() const;
 
@@ -91,10 +93,8 @@ class RowSet final : public OpenReader {
   RowBuffer buffer_;
   std::vector<std::int64_t> own_;  // numbers of inserted rows while the query's rows are unread
   bool begun_ = false;
+  std::optional<AutomationError> failed_;  // what settling met; raised when the rows behind are asked for
   std::size_t current_ = static_cast<std::size_t>(-1);
 };
-
-/// A name in the quotes of SQLite.
-[[nodiscard]] std::string quotedName(std::string_view name);
 
 }  // namespace tolvane::embedded

@@ -84,6 +84,10 @@ class Session final : public tsql::Session {
   [[nodiscard]] Lease own(const std::string& text);
   void runOwn(const std::string& text);
 
+  /// The memory of the batch that was cut into tokens last, for the next one.
+  [[nodiscard]] tsql::ShapedBatch takeShape() { return std::move(shape_); }
+  void giveBackShape(tsql::ShapedBatch shape) noexcept { shape_ = std::move(shape); }
+
   // What the running batch tells the next statement.
   void beginStatement() { now_.reset(); }
   void setRowCount(std::int64_t rows) { rowCount_ = rows; }
@@ -121,6 +125,7 @@ class Session final : public tsql::Session {
   FunctionBridge functions_;
   SchemaCatalogue catalogue_;
   ProgramCache programs_;
+  tsql::ShapedBatch shape_;
   std::unordered_map<std::string, std::shared_ptr<StatementPool>> ownStatements_;
   std::vector<OpenReader*> readers_;
   std::int32_t depth_ = 0;

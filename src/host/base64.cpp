@@ -18,32 +18,38 @@ constexpr std::array<std::uint8_t, 256> digitValues = [] {
   return values;
 }();
 
-/// Three bytes or fewer as four characters.
-void encodeGroup(std::span<const std::uint8_t> bytes, char* out) {
-  const std::uint32_t bits = static_cast<std::uint32_t>(bytes[0]) << 16 |
-                             (bytes.size() > 1 ? static_cast<std::uint32_t>(bytes[1]) << 8 : 0) |
-                             (bytes.size() > 2 ? bytes[2] : 0U);
+void encodeBits(std::uint32_t bits, char* out) {
   out[0] = alphabet[bits >> 18];
   out[1] = alphabet[(bits >> 12) & 63];
-  out[2] = bytes.size() > 1 ? alphabet[(bits >> 6) & 63] : '=';
-  out[3] = bytes.size() > 2 ? alphabet[bits & 63] : '=';
+  out[2] = alphabet[(bits >> 6) & 63];
+  out[3] = alphabet[bits & 63];
+}
+
+/// The one or two bytes that are left at the end.
+void writeRest(std::ostream& out, std::span<const std::uint8_t> bytes) {
+  std::array<char, 4> group;
+  const std::uint32_t second = bytes.size() > 1 ? bytes[1] : 0U;
+  encodeBits(static_cast<std::uint32_t>(bytes[0]) << 16 | second << 8, group.data());
+  group[3] = '=';
+  if (bytes.size() == 1) group[2] = '=';
+  out.write(group.data(), group.size());
 }
 
 }  // namespace
 
 void writeBase64(std::ostream& out, std::span<const std::uint8_t> bytes) {
   std::array<char, groupsPerBlock * 4> block;
-  std::size_t used = 0;
-  while (!bytes.empty()) {
-    const std::size_t count = std::min<std::size_t>(bytes.size(), 3);
-    encodeGroup(bytes.first(count), block.data() + used);
-    bytes = bytes.subspan(count);
-    used += 4;
-    if (used == block.size() || bytes.empty()) {
-      out.write(block.data(), static_cast<std::streamsize>(used));
-      used = 0;
+  while (bytes.size() >= 3) {
+    const std::size_t groups = std::min(bytes.size() / 3, groupsPerBlock);
+    const std::uint8_t* in = bytes.data();
+    char* to = block.data();
+    for (std::size_t i = 0; i < groups; ++i, in += 3, to += 4) {
+      encodeBits(static_cast<std::uint32_t>(in[0]) << 16 | static_cast<std::uint32_t>(in[1]) << 8 | in[2], to);
     }
+    out.write(block.data(), static_cast<std::streamsize>(groups * 4));
+    bytes = bytes.subspan(groups * 3);
   }
+  if (!bytes.empty()) writeRest(out, bytes);
 }
 
 std::optional<std::vector<std::uint8_t>> readBase64(std::string_view text) {

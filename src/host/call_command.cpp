@@ -46,6 +46,12 @@ void explain(const Environment& environment, const CallRequest& request, const A
                   << '\n';
 }
 
+int printError(const Environment& environment, const AutomationError& error) {
+  writeError(environment.out, error);
+  environment.out << '\n';
+  return exitRaised;
+}
+
 }  // namespace
 
 int runCallCommand(const Environment& environment, const CallOptions& options) {
@@ -54,6 +60,9 @@ int runCallCommand(const Environment& environment, const CallOptions& options) {
   const Trace trace(environment, options, platform);
   try {
     const CallResult result = runCall(trace.platform() ? *trace.platform() : platform, platform.session(), request);
+    if (!result.kept) {
+      environment.err << "tolvane: an operation of the database failed on the way, so nothing of this call was kept\n";
+    }
     if (options.asTable) {
       printResult(environment, result, options.showSecrets);
     } else {
@@ -63,17 +72,11 @@ int runCallCommand(const Environment& environment, const CallOptions& options) {
     return exitDone;
   } catch (const UsageError&) {
     throw;
+  } catch (const ArgumentError& error) {
+    explain(environment, request, error);
+    return printError(environment, error);
   } catch (...) {
-    const auto exception = std::current_exception();
-    try {
-      std::rethrow_exception(exception);
-    } catch (const ArgumentError& error) {
-      explain(environment, request, error);
-    } catch (...) {
-    }
-    writeError(environment.out, toAutomationError(exception));
-    environment.out << '\n';
-    return exitRaised;
+    return printError(environment, toAutomationError(std::current_exception()));
   }
 }
 

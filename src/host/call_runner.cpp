@@ -26,7 +26,7 @@ CallResult runCall(Platform& platform, standalone::Session& session, const CallR
     const auto service = request.serviceClass->create(platform);
     result.result = invoke(*service, *request.method, bound);
   }
-  call.finish();
+  result.kept = call.finish();
   const auto& parameters = request.method->parameters;
   for (std::size_t i = 1; i < parameters.size(); ++i) {
     if (parameters[i].direction == Direction::inOut) result.out.emplace_back(parameters[i].name, std::move(bound[i]));

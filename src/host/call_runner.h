@@ -18,6 +18,8 @@ struct CallResult {
   Value result;
   /// The in/out parameters but the first, in the method's order.
   std::vector<std::pair<std::string, Value>> out;
+  /// False when the method returned, but what it did was taken back, since an operation of the database had failed.
+  bool kept = true;
 };
 
 /// Runs the call in its class's transaction mode: what it did is kept when it returns and taken back when it raises.

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "host/accounts_command.h"
 #include "host/call_command.h"
 #include "host/describe_command.h"
 #include "host/init_command.h"
@@ -37,6 +38,7 @@ class CommandLine {
     addDescriptions();
     addSql();
     addInit();
+    addAccounts();
     addUpgrade();
     app_.add_subcommand("version", "print the version")->callback([this] {
       environment_.out << versionText << '\n';
@@ -107,6 +109,20 @@ class CommandLine {
     });
   }
 
+  void addAccounts() {
+    auto* command = app_.add_subcommand("accounts", "list the account-set configurations of the user, or test one");
+    command->add_option("--dsn", accounts_.dsn, dsnHelp);
+    command->add_flag("--json", accounts_.asJson, "as JSON");
+    command->add_flag("--show-secrets", accounts_.showSecrets, secretsHelp);
+    auto* test = command->add_subcommand("test", "try to reach the account set of a configuration")->fallthrough();
+    test->add_option("name", accounts_.name, "the configuration")->required();
+    command->callback([this, test] {
+      accounts_.dsn = dsnOr(accounts_.dsn);
+      status_ = test->parsed() ? runAccountsTestCommand(environment_, accounts_)
+                               : runAccountsCommand(environment_, accounts_);
+    });
+  }
+
   void addUpgrade() {
     auto* command = app_.add_subcommand("upgrade", "convert Cs statements of the older layout");
     command->add_option("--dsn", upgrade_.dsn, dsnHelp);
@@ -124,6 +140,7 @@ class CommandLine {
   CallOptions call_;
   SqlOptions sql_;
   InitOptions init_;
+  AccountsOptions accounts_;
   UpgradeOptions upgrade_;
   std::string sample_;
   std::string described_;

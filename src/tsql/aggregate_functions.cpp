@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "tsql/convert.h"
 #include "tsql/function_groups.h"
@@ -16,13 +17,15 @@ namespace {
 class Single : public AggregateState {
  public:
   void step(Call& call) override {
-    if (value_) throw SqlError(Message::SubqueryManyRows);
+    if (found_) throw SqlError(Message::SubqueryManyRows);
+    found_ = true;
     value_ = Result(call.args[0]);
   }
-  Result finish() override { return value_.value_or(Result()); }
+  Result finish() override { return std::move(value_); }
 
  private:
-  std::optional<Result> value_;
+  bool found_ = false;
+  Result value_;
 };
 
 // Sum and count of value[, packed type of the value]. Without a type the storage decides: integers add up in 64 bits,

@@ -168,7 +168,7 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     case Argument::DateTime:
       value = convert(std::move(value), Type::of(TypeKind::DateTime));
       break;
-    case Argument::Bytes:
+    case Argument::TextOrBytes:
       if (!type.isText() && !type.isBinary()) value = convert(std::move(value), Type::text(TypeKind::VarChar, 53));
       break;
     case Argument::Any:

@@ -81,7 +81,7 @@ Result isdate(Call& call) {
 }
 
 constexpr std::array functions{
-    Function{"ts_now", 0, 0, false, now},
+    Function{"ts_now", 0, 0, true, now},
     Function{"ts_datepart", 2, 2, true, datepart},
     Function{"ts_datename", 2, 2, true, datename},
     Function{"ts_dateadd", 4, 4, true, dateadd},

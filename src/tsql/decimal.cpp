@@ -361,23 +361,4 @@ std::optional<Decimal> Decimal::remainder(const Decimal& left, const Decimal& ri
   return withinPrecision(Decimal(left.negative_, rest, common).rescaled(scale, Rounding::Cut));
 }
 
-int compareStoredDecimals(std::string_view left, std::string_view right) noexcept {
-  const bool leftNegative = !left.empty() && left[0] == '-';
-  const bool rightNegative = !right.empty() && right[0] == '-';
-  if (leftNegative != rightNegative) return leftNegative ? -1 : 1;
-  left.remove_prefix(leftNegative ? 1 : 0);
-  right.remove_prefix(rightNegative ? 1 : 0);
-  const int sign = leftNegative ? -1 : 1;
-
-  const std::size_t leftWhole = std::min(left.find('.'), left.size());
-  const std::size_t rightWhole = std::min(right.find('.'), right.size());
-  if (leftWhole != rightWhole) return leftWhole < rightWhole ? -sign : sign;
-  const std::size_t common = std::min(left.size(), right.size());
-  const int order = left.substr(0, common).compare(right.substr(0, common));
-  if (order != 0) return order < 0 ? -sign : sign;
-  const std::string_view rest = left.size() > common ? left.substr(common) : right.substr(common);
-  const bool equal = rest.find_first_not_of("0.") == std::string_view::npos;
-  return equal ? 0 : left.size() < right.size() ? -sign : sign;
-}
-
 }  // namespace tolvane::tsql

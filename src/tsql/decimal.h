@@ -103,9 +103,4 @@ class Decimal {
   int scale_ = 0;
 };
 
-// The order of two stored numbers (decimal or money) by value, whatever their scales: less than, equal to or greater
-// than 0. This is what the collation TSQL_DECIMAL does, so it neither allocates nor throws; texts that are no numbers
-// have an order too, by their bytes.
-[[nodiscard]] int compareStoredDecimals(std::string_view left, std::string_view right) noexcept;
-
 }  // namespace tolvane::tsql

@@ -25,7 +25,7 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"DATALENGTH",  "ts_datalength",     1, 1, {Any},                                 R::Int,             0, Extra::FirstType,  false},
     {"LEFT",        "ts_left",           2, 2, {Text, Integer},                       R::FirstText,       0, no,                false},
     {"RIGHT",       "ts_right",          2, 2, {Text, Integer},                       R::FirstText,       0, no,                false},
-    {"SUBSTRING",   "ts_substring",      3, 3, {Bytes, Integer, Integer},             R::FirstBytes,      0, no,                false},
+    {"SUBSTRING",   "ts_substring",      3, 3, {TextOrBytes, Integer, Integer},             R::FirstBytes,      0, no,                false},
     {"CHARINDEX",   "ts_charindex",      2, 3, {Text, Text, Integer},                 R::Int,             0, no,                false},
     {"PATINDEX",    "ts_patindex",       2, 2, {Text, Text},                          R::Int,             0, no,                false},
     {"REPLACE",     "ts_replace",        3, 3, {Text, Text, Text},                    R::LastTextLong,    0, no,                false},

@@ -9,15 +9,15 @@ namespace tolvane::tsql {
 // What a function does with one argument before it is handed on.
 enum class Argument : std::uint8_t {
   None,
-  Any,       // as it is
-  Text,      // char or nchar kind; others become varchar
-  Unicode,   // becomes nvarchar
-  Integer,   // becomes int
-  Float,     // becomes float
-  Number,    // a number of any type; text becomes float
-  DateTime,  // becomes datetime
-  DatePart,  // a word of datePartNames(); handed on as the full name in quotes
-  Bytes,     // a binary as it is, anything else as Text
+  Any,          // as it is
+  Text,         // char or nchar kind; others become varchar
+  Unicode,      // becomes nvarchar
+  Integer,      // becomes int
+  Float,        // becomes float
+  Number,       // a number of any type; text becomes float
+  DateTime,     // becomes datetime
+  DatePart,     // a word of datePartNames(); handed on as the full name in quotes
+  TextOrBytes,  // a binary as it is, anything else as Text
 };
 
 enum class ResultRule : std::uint8_t {

@@ -66,7 +66,7 @@ struct Function {
   std::string_view name;  // as SQLite knows it: "ts_len"
   int minArgs;
   int maxArgs;         // -1: any number
-  bool deterministic;  // same arguments, same collation: same result
+  bool deterministic;  // same arguments: same result as long as one statement runs (the clock, RAND without a seed)
   Result (*run)(Call& call);
 };
 

@@ -167,7 +167,8 @@ double nextRandom(RandomState& state) {
   return static_cast<double>(difference) * 4.656613e-10;
 }
 
-// [seed]: a seed sets the connection's generator and gives its first number.
+// [seed]: a seed sets the connection's generator and gives its first number. Without one, all rows of a statement get
+// the same number, as in SQL Server.
 Result rand(Call& call) {
   if (!call.args.empty()) {
     if (call.args[0].isNull()) return {};
@@ -228,7 +229,7 @@ constexpr std::array functions{
     Function{"ts_log", 1, 1, true, floatFunction<logarithm>},
     Function{"ts_log10", 1, 1, true, floatFunction<decimalLogarithm>},
     Function{"ts_pi", 0, 0, true, pi},
-    Function{"ts_rand", 0, 1, false, rand},
+    Function{"ts_rand", 0, 1, true, rand},
     Function{"ts_isnumeric", 2, 2, true, isnumeric},
     Function{"ts_str", 1, 3, true, str},
 };

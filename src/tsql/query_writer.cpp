@@ -126,13 +126,11 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
   scope.aggregatesAllowed = true;
   bindItems(select, scope, *body);
   if (select.having) {
-    if (scope.groupKeys == nullptr) scope.aggregated = true;
+    // SQLite sees the one group of such a query by the aggregates of its columns only.
+    const bool grouped = scope.aggregated || !select.groupBy.empty();
     const std::string having = condition(*select.having, &scope);
-    // Without GROUP BY the whole is one group; SQLite wants to see one.
-    text += (select.groupBy.empty() ? " GROUP BY NULL HAVING " : " HAVING ") + having;
-  }
-  if (select.having && select.groupBy.empty()) {
-    refuse(select.token, "HAVING without GROUP BY");
+    if (!grouped) refuse(select.having->token, "HAVING of a query without GROUP BY and aggregates");
+    text += " HAVING " + having;
   }
   body->tail = std::move(text);
   body->limit = limitOf(select, scope);

@@ -47,9 +47,9 @@ constexpr std::array functions{
     Function{"ts_newid", 0, 0, false, newid},
     Function{"ts_object_id", 1, 2, false, objectId},
     Function{"ts_object_name", 1, 1, false, objectName},
-    Function{"ts_db_name", 0, 0, false, databaseName},
-    Function{"ts_user_name", 0, 0, false, userName},
-    Function{"ts_version", 0, 0, false, version},
+    Function{"ts_db_name", 0, 0, true, databaseName},
+    Function{"ts_user_name", 0, 0, true, userName},
+    Function{"ts_version", 0, 0, true, version},
 };
 
 }  // namespace

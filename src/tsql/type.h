@@ -99,6 +99,7 @@ struct Type {
   // The column type that a table in SQLite is declared with; fromDeclared() reads it back. Equal to name() except that
   // decimals and money get text affinity: `decimal text(18,4)`, `money text`; a length of max is written `nvarchar
   // max`.
+  // A length of max is written as a word: `nvarchar max`.
   std::string declared() const;
   // The T-SQL type of a declared column type; nothing where the text is not one that declared() writes. `INTEGER` (the
   // form of an identity column that is SQLite's row number) reads as int. Letter case and blanks do not matter.

@@ -12,7 +12,8 @@ TEST_P(DataAccessContract, AStatementWithRowsGivesAnOpenSetAndOneWithoutAClosedO
 
 TEST_P(DataAccessContract, ABatchGivesItsFirstRowsAndTheOthersAfterThem) {
   addThree();
-  const auto rows = run("update People set Age = 1 select Name from People where Id = 1 select Name from People where Id = 2");
+  const auto rows =
+      run("update People set Age = 1 select Name from People where Id = 1 select Name from People where Id = 2");
   EXPECT_EQ(toText(rows->value("Name")), "Ann");
   const auto next = rows->nextRecordset();
   ASSERT_NE(next, nullptr);
@@ -22,15 +23,17 @@ TEST_P(DataAccessContract, ABatchGivesItsFirstRowsAndTheOthersAfterThem) {
 
 TEST_P(DataAccessContract, EveryStatementOfABatchRunsBeforeItsFirstRowsAreRead) {
   addThree();
-  const auto rows = run("select Name from People order by Id update People set Name = Name + N'x' delete from People where Id = 3");
+  const auto rows =
+      run("select Name from People order by Id update People set Name = Name + N'x' delete from People where Id = 3");
   EXPECT_EQ(scalar("select count(*) from People"), "2");
   EXPECT_THAT(rest(*rows, "Name"), ::testing::ElementsAre("Ann", "Bob", "Cid"));
 }
 
 TEST_P(DataAccessContract, AnErrorOfALaterStatementIsRaisedAndWhatRanBeforeItStays) {
   addThree();
-  expectDatabase(oledb::integrityViolation,
-                 [&] { run("update People set Age = 5 insert into People (Name) values (N'ann') update People set Age = 6"); });
+  expectDatabase(oledb::integrityViolation, [&] {
+    run("update People set Age = 5 insert into People (Name) values (N'ann') update People set Age = 6");
+  });
   EXPECT_EQ(scalar("select Age from People where Id = 1"), "6");
 }
 
@@ -75,15 +78,18 @@ TEST_P(DataAccessContract, ServerErrorsHaveAdosNumbers) {
       {"insert into People (Name) values (N'ANN ')", oledb::integrityViolation, 2601,
        "Cannot insert duplicate key row in object 'dbo.People' with unique index 'UX_People_Name'."},
       {"insert into People (Age) values (1)", oledb::integrityViolation, 515,
-       "Cannot insert the value NULL into column 'Name', table 'dbo.People'; column does not allow nulls. INSERT fails."},
+       "Cannot insert the value NULL into column 'Name', table 'dbo.People'; column does not allow nulls. INSERT "
+       "fails."},
       {"update People set Name = null where Id = 1", oledb::integrityViolation, 515,
-       "Cannot insert the value NULL into column 'Name', table 'dbo.People'; column does not allow nulls. UPDATE fails."},
+       "Cannot insert the value NULL into column 'Name', table 'dbo.People'; column does not allow nulls. UPDATE "
+       "fails."},
       {"insert into People (Name) values (N'a name of more than twenty letters')", oledb::dataOverflow, 8152,
        "String or binary data would be truncated."},
       {"select cast('x' as int)", oledb::cantConvertValue, 245,
        "Conversion failed when converting the varchar value 'x' to data type int."},
       {"select 1 where 1 = (select Id from People)", oledb::errorsInCommand, 512,
-       "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or when "
+       "Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= or "
+       "when "
        "the subquery is used as an expression."},
   };
   for (const auto& expected : errors) {

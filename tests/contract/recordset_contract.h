@@ -8,10 +8,10 @@ namespace tolvane::contract {
 TEST_P(DataAccessContract, ColumnsHaveAdosTypesAndSizes) {
   const auto rows = run("select * from People");
   const std::vector<std::pair<std::string, DataType>> expected = {
-      {"Id", DataType::integer},       {"Name", DataType::varWChar},      {"Age", DataType::integer},
-      {"Born", DataType::timestamp},   {"Pay", DataType::currency},       {"Rate", DataType::numeric},
-      {"Active", DataType::boolean},   {"Small", DataType::smallInt},     {"Tiny", DataType::unsignedTinyInt},
-      {"Big", DataType::bigInt},       {"Half", DataType::single},        {"Whole", DataType::real},
+      {"Id", DataType::integer},        {"Name", DataType::varWChar},       {"Age", DataType::integer},
+      {"Born", DataType::timestamp},    {"Pay", DataType::currency},        {"Rate", DataType::numeric},
+      {"Active", DataType::boolean},    {"Small", DataType::smallInt},      {"Tiny", DataType::unsignedTinyInt},
+      {"Big", DataType::bigInt},        {"Half", DataType::single},         {"Whole", DataType::real},
       {"Note", DataType::longVarWChar}, {"Photo", DataType::longVarBinary}, {"Code", DataType::varBinary},
       {"Mark", DataType::guid}};
   const auto& fields = rows->fields();
@@ -26,7 +26,8 @@ TEST_P(DataAccessContract, ColumnsHaveAdosTypesAndSizes) {
 
 TEST_P(DataAccessContract, ValuesHaveAutomationsTypes) {
   run("insert into People (Name, Age, Born, Pay, Rate, Active, Small, Tiny, Big, Half, Whole, Note, Photo, Code, Mark)"
-      " values (N'Ann', -5, '20120315 12:00:00', 12.5, 1.25, 1, -2, 200, 9007199254740993, 0.5, 2.25, N'text', 0x0102, 0xFF,"
+      " values (N'Ann', -5, '20120315 12:00:00', 12.5, 1.25, 1, -2, 200, 9007199254740993, 0.5, 2.25, N'text', 0x0102, "
+      "0xFF,"
       " '6F9619FF-8B86-D011-B42D-00C04FC964FF')");
   const auto rows = run("select * from People");
   EXPECT_EQ(rows->value("Id"), Value(std::int32_t{1}));
@@ -50,7 +51,8 @@ TEST_P(DataAccessContract, ValuesHaveAutomationsTypes) {
 TEST_P(DataAccessContract, NullIsNullInEveryColumn) {
   run("insert into People (Name, Active) values (N'Ann', null)");
   const auto rows = run("select * from People");
-  for (std::size_t i = 2; i < rows->fields().size(); ++i) EXPECT_TRUE(rows->value(i).isNull()) << rows->fields()[i].name;
+  for (std::size_t i = 2; i < rows->fields().size(); ++i)
+    EXPECT_TRUE(rows->value(i).isNull()) << rows->fields()[i].name;
 }
 
 TEST_P(DataAccessContract, WithoutRowsBothEndsAreReachedAndEveryMoveFails) {
@@ -137,7 +139,8 @@ TEST_P(DataAccessContract, ATableIsOpenedByItsNameInAnyLetterCase) {
 
 TEST_P(DataAccessContract, OpeningRaisesTheErrorsOfTheText) {
   const auto rows = connection_->newRecordset();
-  expectDatabase(oledb::noTable, [&] { rows->open("select * from Nowhere", CursorType::keyset, LockType::optimistic); });
+  expectDatabase(oledb::noTable,
+                 [&] { rows->open("select * from Nowhere", CursorType::keyset, LockType::optimistic); });
   EXPECT_EQ(rows->state(), ObjectState::closed);
 }
 
@@ -202,7 +205,9 @@ TEST_P(DataAccessContract, ColumnsThatWereNotSetTakeTheirDefaults) {
   rows->addNew();
   rows->setValue("Name", Value("Ann"));
   rows->update();
-  if (engine_->deviations().defaultsReadableAfterPosting) EXPECT_EQ(rows->value("Active"), Value(true));
+  if (engine_->deviations().defaultsReadableAfterPosting) {
+    EXPECT_EQ(rows->value("Active"), Value(true));
+  }
   EXPECT_EQ(scalar("select Active from People"), "True");
 }
 
@@ -243,7 +248,8 @@ TEST_P(DataAccessContract, ClosingWithAPendingEditIsRefused) {
 TEST_P(DataAccessContract, ReadOnlySetsAndSetsOfNoSingleTableAreNotUpdated) {
   addThree();
   expectAdo(AdoError::featureNotAvailable, [&] { run("select * from People")->addNew(); });
-  expectAdo(AdoError::featureNotAvailable, [&] { opened("People", LockType::readOnly)->setValue("Age", Value(Null{})); });
+  expectAdo(AdoError::featureNotAvailable,
+            [&] { opened("People", LockType::readOnly)->setValue("Age", Value(Null{})); });
   const auto joined = opened("select a.Name from People a, People b");
   expectAdo(AdoError::featureNotAvailable, [&] { joined->addNew(); });
 }

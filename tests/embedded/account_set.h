@@ -56,7 +56,8 @@ class AccountSetTest : public ::testing::Test {
 
   [[nodiscard]] std::filesystem::path file() const { return folder_.path() / "set.ais"; }
 
-  [[nodiscard]] std::shared_ptr<EngineConnection> open(std::chrono::milliseconds timeout = std::chrono::seconds(10)) const {
+  [[nodiscard]] std::shared_ptr<EngineConnection> open(
+      std::chrono::milliseconds timeout = std::chrono::seconds(10)) const {
     return EmbeddedEngine({timeout}).open(DataSourceName::parse("Database=" + file().string()));
   }
 

@@ -24,7 +24,7 @@ class EmbeddedContractEngine final : public ContractEngine {
 INSTANTIATE_TEST_SUITE_P(Embedded, DataAccessContract,
                          ::testing::Values(ContractParameter{
                              "Embedded", [] { return std::make_unique<EmbeddedContractEngine>(); }}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
 }  // namespace tolvane::contract

@@ -172,8 +172,7 @@ TEST(Convert, TextToTextIsCutAndPadded) {
       {"报表", unicode(9), unicode(1), "'报'"},
       {"报表", text(9), text(maxLength), "'报表'"},
       {"报表", text(9), Type::of(NText), "'报表'"},
-      {"a😀é", unicode(9), text(9),
-       "'a\?\?\?'"},
+      {"a😀é", unicode(9), text(9), "'a\?\?\?'"},
       {"a😀é", unicode(9), unicode(9), "'a😀é'"},
   });
 }

@@ -116,19 +116,5 @@ TEST(Decimal, TurnsIntoTheNearestDouble) {
   EXPECT_EQ(number("-123456789012345678.5").toDouble(), -123456789012345678.5);
 }
 
-TEST(Decimal, StoredNumbersCompareByValueWhateverTheirScale) {
-  const std::vector<std::string> ascending{"-100.00", "-12.3400", "-12.3", "-0.5", "0.00",
-                                           "0.0001",  "5",        "5.01",  "12.3", "100"};
-  for (std::size_t i = 0; i < ascending.size(); ++i) {
-    for (std::size_t j = 0; j < ascending.size(); ++j) {
-      const int order = compareStoredDecimals(ascending[i], ascending[j]);
-      EXPECT_EQ(order < 0, i < j) << ascending[i] << " " << ascending[j];
-      EXPECT_EQ(order > 0, i > j) << ascending[i] << " " << ascending[j];
-    }
-  }
-  EXPECT_EQ(compareStoredDecimals("1.50", "1.5"), 0);
-  EXPECT_EQ(compareStoredDecimals("-7", "-7.000"), 0);
-}
-
 }  // namespace
 }  // namespace tolvane::tsql

@@ -1,0 +1,92 @@
+#include "tsql/language_table.h"
+
+#include <array>
+
+namespace tolvane::tsql {
+namespace {
+
+// clang-format off
+constexpr std::array supported{
+    LanguageRow{"`SELECT` with `DISTINCT`, `TOP n`, `TOP (n)`, `TOP @n`", "select distinct top (2) a from t order by a"},
+    LanguageRow{"column aliases of all three forms", "select a as x, y = b, d z from t"},
+    LanguageRow{"inner, left, right, full and cross joins, nested joins, the comma", "select 1 from t x left join t y on x.a = y.a full join t z on z.a = x.a cross join t w"},
+    LanguageRow{"derived tables, with column names after the alias, `VALUES` lists in them", "select x.n from (select a from t) x(n), (values (1), (2)) y(m)"},
+    LanguageRow{"common table expressions before a SELECT (no recursion)", "with c as (select a from t) select * from c"},
+    LanguageRow{"correlated sub-queries, `EXISTS`, `IN`, `ANY`, `SOME`, `ALL`", "select a from t x where a > all (select y.a from t y where y.b = x.b)"},
+    LanguageRow{"`UNION`, `UNION ALL`, `EXCEPT`, `INTERSECT`", "select a from t union all select 1 except select 2 intersect select 3"},
+    LanguageRow{"`GROUP BY`, `HAVING`", "select b, count(*) from t group by b having count(*) > 1"},
+    LanguageRow{"`ORDER BY` a name, an alias, a position, an expression", "select a, b as n from t order by n, 1, a + 1 desc"},
+    LanguageRow{"`CASE` of both forms", "select case a when 1 then 'x' else 'y' end, case when a > 1 then 1 end from t"},
+    LanguageRow{"`BETWEEN`, `IS NULL`, `LIKE` with `%`, `_`, `[a-z]`, `[^a]`, `ESCAPE`", "select a from t where b like '[a-c]!_%' escape '!' and a between 1 and 2 and d is not null"},
+    LanguageRow{"`ROW_NUMBER`, `RANK`, `DENSE_RANK` with `OVER`", "select row_number() over (partition by b order by a) from t"},
+    LanguageRow{"`SELECT ... INTO`", "select a into u from t"},
+    LanguageRow{"table hints, read and ignored", "select a from t with (nolock)"},
+    LanguageRow{"`INSERT` by position, by name, of several rows, of a query, `DEFAULT`, `DEFAULT VALUES`", "insert into t (a, b) values (1, default), (2, 'x') insert t (a) select a from t"},
+    LanguageRow{"`UPDATE`, with `FROM`, joins, `TOP`, `+=` and the like", "update x set x.a = y.a from t x join t y on x.b = y.b"},
+    LanguageRow{"`DELETE` with and without `FROM`, with a second `FROM`, `TOP`", "delete from t from t inner join (select 1 n) s on s.n = t.a delete t where a = 1"},
+    LanguageRow{"`TRUNCATE TABLE`", "truncate table t"},
+    LanguageRow{"`CREATE TABLE` with identity, null, default, check, primary, unique and foreign keys", "create table u (i int identity primary key, n int not null default 0 check (n >= 0), p int references t(a), unique (n))"},
+    LanguageRow{"`CREATE [UNIQUE] INDEX`, `DROP INDEX`", "create unique index ix on t (a, b desc)"},
+    LanguageRow{"`ALTER TABLE ADD` columns, primary and unique keys; `DROP COLUMN`", "alter table t add e smallint not null default (0), f int"},
+    LanguageRow{"`DROP TABLE [IF EXISTS]`", "drop table if exists t, u"},
+    LanguageRow{"temporary tables of the connection", "create table #x (a int) insert #x values (1) select a from #x"},
+    LanguageRow{"`IF ... ELSE`, `BEGIN ... END`, `WHILE`, `BREAK`, `CONTINUE`, `RETURN`", "while 1 = 0 begin if 1 = 1 break else continue end return"},
+    LanguageRow{"`DECLARE`, `SET @x`, `SELECT @x =`", "declare @x int = 1, @y varchar(5) set @x += 1 select @y = b from t"},
+    LanguageRow{"`PRINT`, `RAISERROR` of a text", "print 'x' raiserror('words', 16, 1)"},
+    LanguageRow{"`BEGIN TRAN`, `COMMIT`, `ROLLBACK` in their nesting", "begin tran commit begin transaction rollback"},
+    LanguageRow{"`SET NOCOUNT`, `ANSI_*`, `QUOTED_IDENTIFIER`, `XACT_ABORT`, `TRANSACTION ISOLATION LEVEL`", "set nocount on set ansi_nulls on set transaction isolation level read committed"},
+    LanguageRow{"`SET IDENTITY_INSERT`, for the rest of the batch", "set identity_insert t on"},
+    LanguageRow{"names in brackets and double quotes, with `dbo.` before them", "select [a], \"b\" from dbo.[t]"},
+    LanguageRow{"`sysobjects`, `syscolumns`, `systypes`, `sys.objects`, `INFORMATION_SCHEMA.TABLES`, `.COLUMNS`", "select c.name from syscolumns c, sysobjects o where c.id = o.id"},
+    LanguageRow{"parameters `?`", "select a from t where b = ?"},
+    LanguageRow{"comments of both forms, nested", "select 1 /* a /* b */ c */ -- d"},
+};
+
+constexpr std::array refused{
+    LanguageRow{"`TOP ... WITH TIES`, `TOP ... PERCENT`", "select top 1 with ties a from t order by a"},
+    LanguageRow{"`OFFSET ... FETCH`", "select a from t order by a offset 1 rows"},
+    LanguageRow{"`COLLATE`", "select b collate Chinese_PRC_CI_AS from t"},
+    LanguageRow{"aggregates with `OVER`", "select sum(a) over () from t"},
+    LanguageRow{"`GROUP BY ... WITH`", "select a from t group by a with rollup"},
+    LanguageRow{"`HAVING` of a query without `GROUP BY` and without an aggregate among its columns", "select 1 from t having 1 = 1"},
+    LanguageRow{"`CROSS APPLY`, `OUTER APPLY`", "select 1 from t cross apply t"},
+    LanguageRow{"`FOR XML` and other `FOR`", "select a from t for xml auto"},
+    LanguageRow{"`OPTION (...)`", "select a from t option (recompile)"},
+    LanguageRow{"functions as tables", "select 1 from f(1)"},
+    LanguageRow{"table variables", "declare @x table (a int)"},
+    LanguageRow{"common table expressions before other statements", "with c as (select 1 a) delete t"},
+    LanguageRow{"a variable that collects from row to row", "declare @s varchar(9) select @s = @s + b from t"},
+    LanguageRow{"`INSERT ... EXEC`", "insert t exec p"},
+    LanguageRow{"`OUTPUT`", "delete t output deleted.a where a = 1"},
+    LanguageRow{"`WHERE CURRENT OF`", "delete t where current of c"},
+    LanguageRow{"changing a derived table", "update x set a = 1 from (select a from t) x"},
+    LanguageRow{"`CREATE VIEW`, `PROCEDURE`, `FUNCTION`, `TRIGGER`", "create view v as select 1 a"},
+    LanguageRow{"`EXEC`", "exec p"},
+    LanguageRow{"`MERGE`, `GRANT`, `REVOKE`, `DENY`, `USE`, `GOTO`, `WAITFOR`, `BACKUP`, `DBCC`", "merge t using u on 1 = 1"},
+    LanguageRow{"cursors", "declare c cursor for select 1"},
+    LanguageRow{"savepoints", "save tran s"},
+    LanguageRow{"`BEGIN TRY`", "begin try select 1 end try"},
+    LanguageRow{"`SET ROWCOUNT`, `DATEFORMAT`, `DATEFIRST`, `LANGUAGE`", "set rowcount 5"},
+    LanguageRow{"computed columns", "create table u (a int, b as a + 1)"},
+    LanguageRow{"`timestamp` columns", "create table u (a timestamp)"},
+    LanguageRow{"the types `time`, `datetime2`, `datetimeoffset`, `xml`, `sql_variant`", "declare @x xml"},
+    LanguageRow{"identity columns that grow by other than 1, or are no integers", "create table u (a int identity(1,2))"},
+    LanguageRow{"foreign keys over other columns than integers", "create table u (b nvarchar(20) references t(b))"},
+    LanguageRow{"indexes with `INCLUDE`, `WHERE`, `WITH`", "create index ix on t (a) include (b)"},
+    LanguageRow{"`ALTER TABLE ... ALTER COLUMN`, `DROP CONSTRAINT`", "alter table t alter column a bigint"},
+    LanguageRow{"a default in `ALTER TABLE ADD` that is no constant", "alter table t add e datetime default getdate()"},
+    LanguageRow{"`RAISERROR` with values or `WITH`", "raiserror('%d', 16, 1, 5)"},
+    LanguageRow{"global temporary tables", "create table ##u (a int)"},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const LanguageRow> supportedConstructs() {
+  return supported;
+}
+std::span<const LanguageRow> refusedConstructs() {
+  return refused;
+}
+
+}  // namespace tolvane::tsql

@@ -1,0 +1,273 @@
+#include "embedded/embedded_engine.h"
+
+#include <signal.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <future>
+#include <thread>
+
+#include "embedded/account_set.h"
+#include "embedded/sqlite_handles.h"
+
+namespace tolvane::embedded {
+namespace {
+
+using ::testing::HasSubstr;
+using namespace std::chrono_literals;
+
+class EmbeddedEngineTest : public AccountSetTest {
+ protected:
+  std::string openingError(const std::filesystem::path& path, std::chrono::milliseconds timeout = 50ms) {
+    const auto error =
+        errorOf([&] { (void)EmbeddedEngine({timeout}).open(DataSourceName::parse("Database=" + path.string())); });
+    EXPECT_EQ(error.number(), oledb::unspecified);
+    EXPECT_THAT(error.description(), HasSubstr(path.string()));
+    return error.description();
+  }
+
+  /// The file by SQLite alone, without the engine.
+  static DatabaseHandle plain(const std::filesystem::path& path) {
+    sqlite3* opened = nullptr;
+    sqlite3_open(path.c_str(), &opened);
+    return DatabaseHandle(opened);
+  }
+
+  /// A connection on another thread, for as long as `work` runs there.
+  template <typename Work>
+  void onAnotherThread(Work work) {
+    std::thread([&] { work(*open(2s)); }).join();
+  }
+};
+
+TEST_F(EmbeddedEngineTest, AMissingFileIsNamedAndNotMade) {
+  const auto missing = folder_.path() / "none.ais";
+  EXPECT_THAT(openingError(missing), HasSubstr("there is no such file"));
+  EXPECT_FALSE(std::filesystem::exists(missing));
+}
+
+TEST_F(EmbeddedEngineTest, AFileThatIsNoAccountSetIsRefusedAndLeftAlone) {
+  const auto text = folder_.path() / "letter.txt";
+  std::ofstream(text) << "Dear Sir or Madam, this is a letter and no account set.";
+  EXPECT_THAT(openingError(text), HasSubstr("not an account set"));
+  const auto empty = folder_.path() / "empty";
+  std::ofstream(empty).flush();
+  EXPECT_THAT(openingError(empty), HasSubstr("not an account set"));
+  EXPECT_EQ(std::filesystem::file_size(empty), 0U);
+}
+
+TEST_F(EmbeddedEngineTest, AnotherProgramsSqliteFileIsNoAccountSet) {
+  const auto other = folder_.path() / "other.db";
+  sqlite3* opened = nullptr;
+  sqlite3_open(other.c_str(), &opened);
+  sqlite3_exec(opened, "create table t (a)", nullptr, nullptr, nullptr);
+  DatabaseHandle(opened).reset();
+  EXPECT_THAT(openingError(other), HasSubstr("not an account set"));
+}
+
+TEST_F(EmbeddedEngineTest, AFolderIsNoAccountSet) {
+  EXPECT_THAT(openingError(folder_.path()), HasSubstr("not a file"));
+}
+
+TEST_F(EmbeddedEngineTest, AReadOnlyFileOrFolderIsSaidToBeSo) {
+  connection_.reset();
+  const auto copy = folder_.path() / "protected.ais";
+  EmbeddedEngine::createAccountSet(copy);
+  ::chmod(copy.c_str(), 0444);
+  EXPECT_THAT(openingError(copy), HasSubstr("read-only"));
+  ::chmod(copy.c_str(), 0644);
+  ::chmod(folder_.path().c_str(), 0555);
+  EXPECT_THAT(openingError(copy), HasSubstr("its folder is read-only"));
+  ::chmod(folder_.path().c_str(), 0755);
+}
+
+TEST_F(EmbeddedEngineTest, ADataSourceWithoutAFileIsRefused) {
+  const auto error = errorOf([] { (void)EmbeddedEngine().open(DataSourceName::parse("Server=x")); });
+  EXPECT_THAT(error.description(), HasSubstr("Database="));
+}
+
+TEST_F(EmbeddedEngineTest, AnAccountSetIsNotMadeOverAFile) {
+  const auto error = errorOf([&] { EmbeddedEngine::createAccountSet(file()); });
+  EXPECT_THAT(error.description(), HasSubstr("already"));
+}
+
+TEST_F(EmbeddedEngineTest, AThreadHasOneConnectionToAnAccountSet) {
+  EXPECT_EQ(open(), connection_);
+  std::shared_ptr<EngineConnection> other;
+  std::thread([&] { other = open(); }).join();
+  EXPECT_NE(other, connection_);
+}
+
+TEST_F(EmbeddedEngineTest, AFileMadeAnewUnderTheSameNameIsAnotherAccountSet) {
+  run("create table t (a int)");
+  connection_.reset();
+  for (const char* end : {"", "-wal", "-shm"}) std::filesystem::remove(file().string() + end);
+  EmbeddedEngine::createAccountSet(file());
+  connection_ = open();
+  EXPECT_EQ(scalar("select count(*) from sysobjects where xtype = 'U'"), "0");
+}
+
+TEST_F(EmbeddedEngineTest, WhatIsNotCommittedWhenAConnectionGoesIsUndone) {
+  run("create table t (a int)");
+  connection_->begin();
+  run("insert into t values (1)");
+  connection_.reset();
+  connection_ = open();
+  EXPECT_EQ(scalar("select count(*) from t"), "0");
+}
+
+TEST_F(EmbeddedEngineTest, WritersWaitForTheLockOfAnother) {
+  run("create table t (a int)");
+  connection_->begin();
+  run("insert into t values (1)");
+  std::promise<void> began;
+  std::thread other([&] {
+    const auto second = open();
+    began.set_value();
+    second->execute("insert into t values (2)");
+  });
+  began.get_future().wait();
+  run("insert into t values (3)");
+  connection_->commit();
+  other.join();
+  EXPECT_EQ(scalar("select count(*) from t"), "3");
+}
+
+TEST_F(EmbeddedEngineTest, ALockThatStaysIsAnErrorThatSaysSo) {
+  run("create table t (a int)");
+  connection_->begin();
+  std::thread([&] {
+    const auto error = errorOf([&] { open(50ms)->execute("insert into t values (2)"); });
+    EXPECT_EQ(error.number(), oledb::unspecified);
+    EXPECT_THAT(error.description(), HasSubstr("locked by another program"));
+    EXPECT_THAT(errorOf([&] { open(50ms)->begin(); }).description(), HasSubstr("locked by another program"));
+  }).join();
+  connection_->rollback();
+}
+
+TEST_F(EmbeddedEngineTest, AFileThatIsLockedForGoodIsNotOpened) {
+  const auto locked = folder_.path() / "locked.ais";
+  EmbeddedEngine::createAccountSet(locked);
+  const auto locker = plain(locked);
+  const auto* text = "PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; CREATE TABLE x(a)";
+  ASSERT_EQ(sqlite3_exec(locker.get(), text, nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_THAT(openingError(locked), HasSubstr("keeps it locked"));
+}
+
+TEST_F(EmbeddedEngineTest, ReadersGoOnWhileAnotherWrites) {
+  run("create table t (a int) insert into t values (1)");
+  connection_->begin();
+  run("insert into t values (2)");
+  onAnotherThread([](EngineConnection& other) {
+    EXPECT_EQ(other.execute("select count(*) from t")->value(std::size_t{0}), Value(std::int32_t{1}));
+  });
+  connection_->commit();
+}
+
+TEST_F(EmbeddedEngineTest, TablesThatAnotherConnectionMakesOrChangesAreSeen) {
+  run("create table t (a int)");
+  EXPECT_EQ(scalar("select count(*) from t"), "0");
+  onAnotherThread([](EngineConnection& other) {
+    other.execute("create table u (a int)");
+    other.execute("drop table t");
+    other.execute("create table t (a nvarchar(10))");
+  });
+  EXPECT_EQ(scalar("select count(*) from u"), "0");
+  run("insert into t values ('x')");
+  EXPECT_EQ(scalar("select a from t"), "x");
+}
+
+TEST_F(EmbeddedEngineTest, AFullDiskIsSaidToBeSoAndNothingIsHalfDone) {
+  run("create table t (a int, b image null)");
+  run("insert into t (a) values (1)");
+  sqlite3_exec(session().database().get(), "PRAGMA max_page_count=20", nullptr, nullptr, nullptr);
+  const auto rows = connection_->newRecordset();
+  rows->open("t", CursorType::keyset, LockType::optimistic);
+  rows->addNew();
+  rows->setValue("a", Value(std::int32_t{2}));
+  rows->setValue("b", Value(Bytes(std::vector<std::uint8_t>(1'000'000))));
+  EXPECT_THAT(errorOf([&] { rows->update(); }).description(), HasSubstr("the disk is full"));
+  EXPECT_EQ(scalar("select count(*) from t"), "1");
+  EXPECT_FALSE(connection_->inTransaction());
+}
+
+TEST_F(EmbeddedEngineTest, AFullDiskInATransactionEndsItAndRollbackIsNoError) {
+  run("create table t (a int, b nvarchar(max) null)");
+  connection_->begin();
+  run("insert into t (a) values (1)");
+  sqlite3_exec(session().database().get(), "PRAGMA max_page_count=20", nullptr, nullptr, nullptr);
+  EXPECT_THAT(
+      errorOf([&] { run("insert into t values (2, replicate(cast('x' as nvarchar(max)), 1000000))"); }).description(),
+      HasSubstr("the disk is full"));
+  connection_->rollback();
+  EXPECT_EQ(scalar("select count(*) from t"), "0");
+}
+
+TEST_F(EmbeddedEngineTest, AProcessKilledInTheMiddleLeavesNothingHalfDone) {
+  run("create table t (a int, b image null)");
+  connection_.reset();
+  int ready[2];
+  ASSERT_EQ(::pipe(ready), 0);
+  const auto child = ::fork();
+  if (child == 0) {
+    const auto mine = EmbeddedEngine().open(DataSourceName::parse("Database=" + file().string() + ";"));
+    mine->begin();
+    mine->execute("insert into t (a) values (1)");
+    (void)!::write(ready[1], "x", 1);
+    for (;;) ::pause();
+  }
+  char byte = 0;
+  ASSERT_EQ(::read(ready[0], &byte, 1), 1);
+  ::kill(child, SIGKILL);
+  ::waitpid(child, nullptr, 0);
+  connection_ = open(2s);
+  EXPECT_EQ(scalar("select count(*) from t"), "0");
+  run("insert into t (a) values (2)");
+}
+
+TEST_F(EmbeddedEngineTest, ADocumentOfTwoHundredMebibytesIsStoredAndRead) {
+  constexpr std::size_t size = 200U << 20;
+  run("create table t (a int, b image null)");
+  const auto rows = connection_->newRecordset();
+  rows->open("t", CursorType::keyset, LockType::optimistic);
+  rows->addNew();
+  rows->setValue("a", Value(std::int32_t{1}));
+  rows->appendChunk("b", Value(Bytes(std::vector<std::uint8_t>(size, 7))));
+  rows->update();
+  const auto read = run("select b from t")->value("b");
+  ASSERT_NE(read.get<Bytes>(), nullptr);
+  EXPECT_EQ(read.get<Bytes>()->size(), size);
+  EXPECT_EQ(read.get<Bytes>()->view().back(), 7);
+}
+
+TEST_F(EmbeddedEngineTest, TheFileIsOrdinaryToThePlainSqliteShell) {
+  run("create table t_Rpt_Right (FRptID int not null, FName nvarchar(20) null)");
+  run("insert into t_Rpt_Right values (7, N'资产')");
+  const auto database = plain(file());
+  sqlite3_stmt* statement = nullptr;
+  sqlite3_prepare_v2(database.get(), "SELECT FName FROM t_Rpt_Right WHERE FName='资产' ORDER BY FName", -1, &statement,
+                     nullptr);
+  const StatementHandle handle(statement);
+  ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
+  EXPECT_STREQ(reinterpret_cast<const char*>(sqlite3_column_text(statement, 0)), "资产");
+}
+
+TEST_F(EmbeddedEngineTest, TextThatIsNotUtf8IsRefused) {
+  const auto error = errorOf([&] { run("select '\xC3\x28'"); });
+  EXPECT_EQ(error.number(), oledb::errorsInCommand);
+  EXPECT_THAT(error.description(), HasSubstr("not UTF-8 at byte 9"));
+}
+
+TEST_F(EmbeddedEngineTest, ACommandThatTakesTooLongIsStopped) {
+  const auto command = connection_->newCommand();
+  command->setCommandText("declare @n int set @n = 0 while @n < 2000000000 set @n = @n + 1");
+  command->setCommandTimeout(1);
+  EXPECT_EQ(errorOf([&] { (void)command->execute(); }).number(), oledb::abortLimitReached);
+  EXPECT_EQ(scalar("select 1"), "1");
+}
+
+}  // namespace
+}  // namespace tolvane::embedded

@@ -1,0 +1,103 @@
+#include "tsql/language_table.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "tsql/date_part.h"
+#include "tsql/engine_harness.h"
+#include "tsql/function_table.h"
+#include "tsql/functions.h"
+#include "tsql/type.h"
+
+// Walks the tables of the engine: a row that nothing tries is a failure here.
+namespace tolvane::tsql::testing {
+namespace {
+
+std::string allCases() {
+  std::string text;
+  for (const auto& entry :
+       std::filesystem::directory_iterator(std::filesystem::path(TOLVANE_SOURCE_DIR) / "tests/tsql/cases")) {
+    std::ifstream file(entry.path());
+    std::stringstream content;
+    content << file.rdbuf();
+    text += content.str();
+  }
+  std::ranges::transform(text, text.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return text;
+}
+
+std::string lowered(std::string_view name) {
+  std::string text(name);
+  std::ranges::transform(text, text.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return text;
+}
+
+class Tables : public ::testing::Test {
+ protected:
+  Tables() { engine_.run("create table t (a int not null primary key, b nvarchar(20), d datetime, m money)"); }
+  EngineHarness engine_;
+};
+
+TEST_F(Tables, ExamplesOfWhatIsTakenCompile) {
+  for (const LanguageRow& row : supportedConstructs()) {
+    const std::string answer = engine_.columns(row.example);
+    EXPECT_FALSE(answer.starts_with("error")) << row.example << "\n" << answer;
+  }
+}
+
+TEST_F(Tables, ExamplesOfWhatIsRefusedNameTheWord) {
+  for (const LanguageRow& row : refusedConstructs()) {
+    const std::string answer = engine_.columns(row.example);
+    EXPECT_TRUE(answer.starts_with("error 40517: '")) << row.example << "\n" << answer;
+  }
+}
+
+TEST(TablesOfCases, TryEveryFunction) {
+  const std::string cases = allCases();
+  for (const FunctionRow& row : functionRows()) {
+    const bool called = cases.find(lowered(row.name) + "(") != std::string::npos;
+    EXPECT_TRUE(called || (row.name == "GETDATE" && cases.find("current_timestamp") != std::string::npos)) << row.name;
+  }
+  for (const AggregateRow& row : aggregateRows()) {
+    EXPECT_NE(cases.find(lowered(row.name) + "("), std::string::npos) << row.name;
+  }
+}
+
+TEST(TablesOfCases, TryEveryDatePart) {
+  const std::string cases = allCases();
+  for (const DatePartName& row : datePartNames()) {
+    EXPECT_NE(cases.find("(" + lowered(row.name) + ","), std::string::npos) << row.name;
+  }
+}
+
+TEST(TablesOfCases, TryEveryType) {
+  const std::string cases = allCases();
+  for (int kind = 1; kind < kindCount; ++kind) {
+    const auto& row = typeRow(static_cast<TypeKind>(kind));
+    if (row.kind == TypeKind::Timestamp) continue;  // refused
+    EXPECT_NE(cases.find(" " + std::string(row.name)), std::string::npos) << row.name;
+  }
+}
+
+TEST(TablesOfFunctions, NameRunTimeFunctionsThatExist) {
+  const auto known = [](std::string_view name) {
+    return !name.starts_with("ts_") || findFunction(name) != nullptr || findAggregate(name) != nullptr;
+  };
+  for (const FunctionRow& row : functionRows()) EXPECT_TRUE(known(row.runtime)) << row.runtime;
+  for (const AggregateRow& row : aggregateRows()) {
+    EXPECT_TRUE(known(row.runtime)) << row.runtime;
+    EXPECT_TRUE(known(row.distinct)) << row.distinct;
+  }
+  for (const OperatorRow& row : operatorRows()) EXPECT_TRUE(known(row.runtime)) << row.runtime;
+  for (const std::string_view name : emittedFunctions()) EXPECT_TRUE(known(name)) << name;
+}
+
+}  // namespace
+}  // namespace tolvane::tsql::testing
