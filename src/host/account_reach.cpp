@@ -74,7 +74,8 @@ DataSourceName dataSourceOf(const PropertyBag& configuration) {
   std::string text;
   for (const auto& [key, value] : pairsOf(configuration)) text += key + "=" + braced(value) + ";";
   const DataSourceName columns = DataSourceName::parse(text);
-  for (const auto& [key, value] : DataSourceName::parse(textOf(configuration, "FPropsString")).pairs()) {
+  const DataSourceName properties = DataSourceName::parse(textOf(configuration, "FPropsString"));
+  for (const auto& [key, value] : properties.pairs()) {
     if (!columns.has(key)) text += key + "=" + braced(value) + ";";
   }
   return DataSourceName::parse(text);
