@@ -69,7 +69,12 @@ class Template {
   Template(const Template&) = delete;
   Template& operator=(const Template&) = delete;
 
-  void copyTo(const fs::path& path) const { fs::copy_file(path_, path, fs::copy_options::overwrite_existing); }
+  /// With the write-ahead log: the engine may still keep the file open, and then much of it is only there.
+  void copyTo(const fs::path& path) const {
+    fs::copy_file(path_, path, fs::copy_options::overwrite_existing);
+    const fs::path log = path_.string() + "-wal";
+    if (fs::exists(log)) fs::copy_file(log, path.string() + "-wal", fs::copy_options::overwrite_existing);
+  }
 
  private:
   fs::path path_;
