@@ -163,9 +163,11 @@ TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptTurnsTheRegimesTemplatesInt
   saveTemplate("利润表(企业会计制度)", 125);
   set.asNewUser(16394);
   EXPECT_EQ(import("124"), Value(false));
-  EXPECT_THAT(set.rows("Select FRptName,FOwner,FSysName,FYear,FPeriod,F1001,FRptData,FPrinterBuf From t_Rpt_Content "
+  EXPECT_THAT(set.rows("Select FRptName,FOwner,FSysName,FYear,FPeriod,F1001,FPrinterBuf From t_Rpt_Content "
                        "Where FRptType=1"),
-              ElementsAre("资产负债表()|16394|报表系统|0|0|0|<43 bytes>|<2 bytes>"));
+              ElementsAre("资产负债表()|16394|报表系统|0|0|0|<2 bytes>"));
+  EXPECT_EQ(set.value("Select FRptData From t_Rpt_Content Where FRptType=1"),
+            bytes("template of 资产负债表(新会计准则)"));
 }
 
 TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptTwiceUpdatesTheShortenedReportInPlaceOfMakingAnother) {
