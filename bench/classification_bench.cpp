@@ -169,14 +169,17 @@ struct ImportCase {
       "FRptID=?1) WHERE FRptID=?2");
 };
 
+struct SetWithStandard : AccountSet {
+  SetWithStandard() { call("RptPropItemClassUpdate.Create", {{"Properties", test::bag({{"FName", "部门"}})}}); }
+};
+
 /// 5,000 users' views that name the standard. Both sides put standard and views back in the same way after each run.
 struct DeleteCase {
-  AccountSet set;
+  SetWithStandard set;
   PlainDatabase plain{set.path()};
   PlainMenu menu{plain};
 
   DeleteCase() {
-    set.call("RptPropItemClassUpdate.Create", {{"Properties", test::bag({{"FName", "部门"}})}});
     plain.execute("BEGIN");
     for (int user = 1; user <= savedViews; ++user) {
       plain.prepare("INSERT INTO t_Rpt_View VALUES(?1,'1\\1002\\1001')").bind(1, user).run();

@@ -7,6 +7,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using testing::UnorderedElementsAre;
 
 struct RptPropItemInfoOnAccountSet : ClassificationStore {
   Value exists(const Named& what) { return set.result("RptPropItemInfo.ExistenceCheck", what); }
@@ -111,7 +112,7 @@ TEST_F(RptPropItemInfoOnAccountSet, GetSubItemOfALeafIsAnEmptySetOfItems) {
 
 TEST_F(RptPropItemInfoOnAccountSet, GetCashItemLeavesTheRootsAndOtherClassesOut) {
   cashItems();
-  EXPECT_THAT(column(set.result("RptPropItemInfo.GetCashItem"), "FItemID"), ElementsAre("11", "12", "13"));
+  EXPECT_THAT(column(set.result("RptPropItemInfo.GetCashItem"), "FItemID"), UnorderedElementsAre("11", "12", "13"));
 }
 
 TEST_F(RptPropItemInfoOnAccountSet, GetCashSubItemFiltersAnyClassAndHandsTheFilterBack) {

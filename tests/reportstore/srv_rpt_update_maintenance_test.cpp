@@ -1,4 +1,7 @@
 // Deleting, renaming, filing and importing reports, on a real account set.
+#include <fstream>
+#include <utility>
+
 #include "reportstore/report_store.h"
 
 namespace tolvane::test {
@@ -31,6 +34,19 @@ struct SrvRptUpdateMaintenanceOnAccountSet : ReportStore {
     const auto id = save(name, 3, bytes("template of " + name));
     put(id, sql("F1001=", regime, ", FPrinterBuf=0x0102"));
     return id;
+  }
+  /// The shipped sample; its batches stand between lines of GO.
+  void fillWithTheDemonstration() {
+    std::ifstream file(TOLVANE_SOURCE_DIR "/samples/demo.sql");
+    std::string batch;
+    for (std::string line; std::getline(file, line);) {
+      if (line != "GO") {
+        batch += line + "\n";
+      } else if (!trim(batch).empty()) {
+        set.sql(std::exchange(batch, {}));
+      }
+    }
+    if (!batch.empty()) set.sql(batch);
   }
   Value import(const std::string& regime) { return set.result("SrvRptUpdate.ImportRpt", {{"sID", regime}}); }
 };
@@ -163,9 +179,11 @@ TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptTurnsTheRegimesTemplatesInt
   saveTemplate("利润表(企业会计制度)", 125);
   set.asNewUser(16394);
   EXPECT_EQ(import("124"), Value(false));
-  EXPECT_THAT(set.rows("Select FRptName,FOwner,FSysName,FYear,FPeriod,F1001,FRptData,FPrinterBuf From t_Rpt_Content "
+  EXPECT_THAT(set.rows("Select FRptName,FOwner,FSysName,FYear,FPeriod,F1001,FPrinterBuf From t_Rpt_Content "
                        "Where FRptType=1"),
-              ElementsAre("资产负债表()|16394|报表系统|0|0|0|<43 bytes>|<2 bytes>"));
+              ElementsAre("资产负债表()|16394|报表系统|0|0|0|<2 bytes>"));
+  EXPECT_EQ(set.value("Select FRptData From t_Rpt_Content Where FRptType=1"),
+            bytes("template of 资产负债表(新会计准则)"));
 }
 
 TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptTwiceUpdatesTheShortenedReportInPlaceOfMakingAnother) {
@@ -203,6 +221,18 @@ TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptOfATemplateNamedAsItsRegime
   EXPECT_EQ(shown(set.error("SrvRptUpdate.ImportRpt", {{"sID", "124"}})),
             "0x80044047 SrvRptRetrive.SavePlxToSrv: 报表名称不得为空字符串");
   EXPECT_THAT(names("FRptType=1"), IsEmpty());
+}
+
+TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptOfTheDemonstrationMakesEveryTemplateAReportOnce) {
+  fillWithTheDemonstration();
+  ASSERT_GT(count("t_Rpt_Content Where FRptType=3 And F1001=124"), 0);
+  import("124");
+  EXPECT_EQ(count("t_Rpt_Content t Where t.FRptType=3 And t.F1001=124 And Not Exists (Select 1 From t_Rpt_Content r "
+                  "Where r.FRptType=1 And r.FRptName=Replace(t.FRptName,'新会计准则',''))"),
+            0);
+  const auto reports = count("t_Rpt_Content");
+  import("124");
+  EXPECT_EQ(count("t_Rpt_Content"), reports);
 }
 
 TEST_F(SrvRptUpdateMaintenanceOnAccountSet, ImportRptHandsTheRegimeBackAsItCame) {

@@ -14,7 +14,8 @@ struct SrvRptUpdateRightsOnAccountSet : ReportStore {
     return {{"lRptID", report}, {"lUserID", users}, {"lRightCode", codes}};
   }
   std::vector<std::string> stored() {
-    return set.rows(sql("Select FUserID,FRightCode From t_Rpt_Right Where FRptID=", report));
+    return set.rows(
+        sql("Select FUserID,FRightCode From t_Rpt_Right Where FRptID=", report, " Order By FUserID,FRightCode"));
   }
   void setView(const std::string& code) { set.call("SrvRptUpdate.SetViewOrder", {{"sCode", code}}); }
 };
@@ -45,7 +46,7 @@ TEST_F(SrvRptUpdateRightsOnAccountSet, EqualIndicesArePairedWhateverTheBounds) {
 
 TEST_F(SrvRptUpdateRightsOnAccountSet, AUserWhoIsNamedTwiceGetsTwoRows) {
   set.call("SrvRptUpdate.SetRptRight", rights(int32Array({16, 16}), int32Array({4, 1})));
-  EXPECT_THAT(stored(), ElementsAre("16|4", "16|1"));
+  EXPECT_THAT(stored(), ElementsAre("16|1", "16|4"));
 }
 
 TEST_F(SrvRptUpdateRightsOnAccountSet, AMissingCodeFailsAndTheOldRightsAreBack) {
