@@ -2,6 +2,7 @@
 #include "host/older_groups.h"
 
 #include <gmock/gmock.h>
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -95,7 +96,7 @@ TEST_F(OlderGroupsTest, AGroupWithAnApostropheInItsNameIsRefusedWithTheDatabases
   set.sql("update t_Rpt_CsRptGroup set FRptGroupName='O''Brien' where FRptGroupID=1");
   const auto result = convert(1);
   EXPECT_EQ(result.outcome, GroupOutcome::refused);
-  EXPECT_THAT(result.reason, HasSubstr("Brien"));
+  EXPECT_THAT(result.reason, HasSubstr("Unclosed quotation mark"));
   EXPECT_THAT(newGroups(), IsEmpty());
   EXPECT_THAT(set.rows("select FCycleID from t_Rpt_CsRptGroup"), ElementsAre("3", "3"));
 }
@@ -115,6 +116,44 @@ TEST_F(OlderGroupsTest, ProgressCountsStatementsAndThenValues) {
   EXPECT_THAT(told, ElementsAre(1, 2, 3, 4, 5, 6, 7));
 }
 
+/// Memory in use, in bytes; 0 where the allocator does not tell.
+std::int64_t memoryInUse() {
+  const auto info = mallinfo2();
+  return static_cast<std::int64_t>(info.uordblks) + static_cast<std::int64_t>(info.hblkhd);
+}
+
+/// How much more memory is in use at row `last` of a conversion of group 1 than at row `first`, or before it at row 0.
+std::int64_t growth(const std::string& dsn, std::int64_t first, std::int64_t last) {
+  Program program(dsn);
+  std::int64_t atFirst = memoryInUse();
+  std::int64_t atLast = 0;
+  const auto result = program.older.convert(program.older.find(1).at(0), renminbi, "RMB", [&](std::int64_t done) {
+    if (done == first) atFirst = memoryInUse();
+    if (done == last) atLast = memoryInUse();
+  });
+  EXPECT_EQ(result.outcome, GroupOutcome::converted) << result.reason;
+  return atLast - atFirst;
+}
+
+TEST(ConversionMemory, HoldsOneDocumentAtATime) {
+  AccountSet set;
+  test::addOlderLayout(set, 1, 40, 0);
+  set.sql("update t_Rpt_CsRptContent set FRptContent=0x" + std::string(std::size_t{2} << 20, '4'));
+  EXPECT_LT(growth(set.dsn(), 5, 40), 8 << 20);
+}
+
+TEST(ConversionMemory, DoesNotReadTheValuesThatAreThereAlready) {
+  AccountSet set;
+  test::addOlderLayout(set, 1, 0, 20);
+  set.sql("insert into t_CsRptItemData values ('', 'J', 'RMB', 0, 1, 1, '19000101', 0, 0, 0)");
+  for (int year = 1; year < 60000; year *= 2) {
+    const std::string text = std::to_string(year);
+    set.sql("insert into t_CsRptItemData select FCompanyNum, FItemNum, FCurrencyNum, FDataClass, FYear+" + text +
+            ", FPeriod, FDay, FAmount, FAccuAmount, FIsNew from t_CsRptItemData");
+  }
+  EXPECT_LT(growth(set.dsn(), 0, 20), 8 << 20);
+}
+
 /// In a process of its own, fills the account set and converts group 1, and dies after `rows` rows of it. This process
 /// must not have opened the account set before: open database files do not survive a fork.
 int fillConvertAndDie(AccountSet& set, std::int64_t rows) {
@@ -123,7 +162,7 @@ int fillConvertAndDie(AccountSet& set, std::int64_t rows) {
     test::addOlderLayout(set, 2, 3, 4);
     Program program(set.dsn());
     (void)program.older.convert(program.older.find(1).at(0), renminbi, "RMB", [rows](std::int64_t done) {
-      if (done == rows) (void)raise(SIGKILL);
+      if (done == rows) (void)::raise(SIGKILL);
     });
     _exit(0);
   }
