@@ -123,7 +123,7 @@ int fillConvertAndDie(AccountSet& set, std::int64_t rows) {
     test::addOlderLayout(set, 2, 3, 4);
     Program program(set.dsn());
     (void)program.older.convert(program.older.find(1).at(0), renminbi, "RMB", [rows](std::int64_t done) {
-      if (done == rows) (void)raise(SIGKILL);
+      if (done == rows) (void)::raise(SIGKILL);
     });
     _exit(0);
   }
