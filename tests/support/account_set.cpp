@@ -153,7 +153,7 @@ Outcome AccountSet::call(std::string_view method, Named arguments) {
   if (!description) throw std::invalid_argument(tolvane::sql("no class of ", method));
   const MethodDescription& described = findMethod(*description, method.substr(dot + 1));
 
-  arguments.emplace_back(described.parameters.front().name, Value(dsn()));
+  if (!described.isProperty) arguments.emplace_back(described.parameters.front().name, Value(dsn()));
   for (const ParameterDescription& parameter : described.parameters) {
     const bool given = std::any_of(arguments.begin(), arguments.end(),
                                    [&](const auto& argument) { return sameName(argument.first, parameter.name); });
