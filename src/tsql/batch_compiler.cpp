@@ -113,8 +113,20 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   if (defines(node)) definitionsSeen_ = true;
 }
 
+int BatchCompiler::lineAt(int token) {
+  const auto begin = static_cast<std::size_t>(batch_.tokens[static_cast<std::size_t>(token)].begin);
+  if (begin < countedTo_) {
+    countedTo_ = 0;
+    line_ = 1;
+  }
+  const std::string_view passed = std::string_view(batch_.text).substr(countedTo_, begin - countedTo_);
+  line_ += static_cast<int>(std::count(passed.begin(), passed.end(), '\n'));
+  countedTo_ = begin;
+  return line_;
+}
+
 int BatchCompiler::add(const StatementNode& node, StepBody body) {
-  program_.steps.push_back({lineOf(batch_, node.token), std::move(body)});
+  program_.steps.push_back({lineAt(node.token), std::move(body)});
   return next() - 1;
 }
 

@@ -28,6 +28,8 @@ class BatchCompiler {
 
   void statement(const tree::StatementNode& node, bool reached);
   void dispatch(const tree::StatementNode& node);
+  /// Steps mostly come in the order of the text, so the lines are counted on from the last one.
+  int lineAt(int token);
   int add(const tree::StatementNode& node, StepBody body);
   int next() const { return static_cast<int>(program_.steps.size()); }
   void sendTo(int step, int target);
@@ -93,6 +95,8 @@ class BatchCompiler {
   const Catalogue& catalogue_;
   Program& program_;
   Writer writer_;
+  std::size_t countedTo_ = 0;  // so far the text has line_ - 1 line ends
+  int line_ = 1;
   std::vector<Loop> loops_;
   std::set<std::string> identityInsert_;  // tables with SET IDENTITY_INSERT ON, folded
   bool insideLoop_ = false;               // the statement stands in a loop that is compiled already
