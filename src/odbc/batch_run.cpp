@@ -68,7 +68,8 @@ class Run {
   void takeRows(SQLSMALLINT columns) {
     auto set = std::make_shared<RowSet>(describe(session_, statement_, columns, sql_));
     set->sql = sql_;
-    if (options_.source && result_.rowSets.empty()) addSource(set->shape, *options_.source, statement_);
+    if (options_.source && result_.rowSets.empty())
+      addSource(set->shape, *options_.source, session_.dialect(), statement_);
     readRows(session_, statement_, set->shape, sql_, set->rows);
     result_.rowSets.push_back(std::move(set));
   }

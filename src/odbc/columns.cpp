@@ -176,13 +176,19 @@ Shape describe(Session& session, const StatementHandle& statement, SQLSMALLINT c
   return shape;
 }
 
-void addSource(Shape& shape, const Source& source, const StatementHandle& statement) {
+void addSource(Shape& shape, const Source& source, const Dialect& dialect, const StatementHandle& statement) {
   const bool listed = source.columns.size() == shape.columns.size();
   if (source.table.empty() || (!source.allColumns && !listed)) return;
   shape.table = source.table;
   for (std::size_t i = 0; i < shape.columns.size(); ++i) {
     auto& column = shape.columns[i];
-    column.base = source.allColumns ? shape.fields[i].name : source.columns[i];
+    if (source.allColumns) {
+      column.base = shape.fields[i].name;
+      column.written = dialect.quoted(column.base);
+    } else if (!source.columns[i].empty()) {
+      column.base = nameParts(source.columns[i]).front();
+      column.written = source.columns[i];
+    }
     SQLLEN identity = SQL_FALSE;
     const auto result = SQLColAttributeW(statement.get(), static_cast<SQLUSMALLINT>(i + 1), SQL_DESC_AUTO_UNIQUE_VALUE,
                                          nullptr, 0, nullptr, &identity);

@@ -22,6 +22,8 @@ struct Column {
   bool identity = false;       ///< known for updatable sets only
   std::string base;            ///< the table's column that it is; empty for a computed one and in sets of no one table
 
+  std::string written;  ///< the same as a statement of ours writes it
+
   [[nodiscard]] bool isLong() const { return size < 0; }
   [[nodiscard]] bool isBinary() const;
   [[nodiscard]] bool isText() const;
@@ -43,6 +45,6 @@ struct Shape {
 
 /// Says of each column which one of the source's table it is, and which is the identity. `statement` is one whose
 /// current result has these columns.
-void addSource(Shape& shape, const Source& source, const StatementHandle& statement);
+void addSource(Shape& shape, const Source& source, const Dialect& dialect, const StatementHandle& statement);
 
 }  // namespace tolvane::odbc

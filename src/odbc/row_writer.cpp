@@ -49,12 +49,12 @@ std::size_t identityColumn(const Shape& shape) {
   return static_cast<std::size_t>(found - shape.columns.begin());
 }
 
-std::string insertText(const Dialect& dialect, const Shape& shape, const RowEdits& edits) {
+std::string insertText(const Shape& shape, const RowEdits& edits) {
   if (edits.empty()) return "INSERT INTO " + shape.table + " DEFAULT VALUES";
   std::string names;
   std::string marks;
   for (const auto& [index, edit] : edits) {
-    names += (names.empty() ? "" : ", ") + dialect.quoted(shape.columns[index].base);
+    names += (names.empty() ? "" : ", ") + shape.columns[index].written;
     marks += marks.empty() ? "?" : ", ?";
   }
   return "INSERT INTO " + shape.table + " (" + names + ") VALUES (" + marks + ")";
@@ -78,8 +78,8 @@ struct Condition {
   std::string text;
   std::vector<ParameterValue> values;
 
-  void add(const Dialect& dialect, const Column& column, Value value) {
-    text += (text.empty() ? "" : " AND ") + dialect.quoted(column.base);
+  void add(const Column& column, Value value) {
+    text += (text.empty() ? "" : " AND ") + column.written;
     if (value.isNull()) {
       text += " IS NULL";
       return;
@@ -126,7 +126,7 @@ std::vector<std::size_t> keyColumns(Session& session, const Shape& shape) {
 
 std::size_t insertRow(Session& session, RowSet& set, const RowEdits& edits) {
   const auto& dialect = session.dialect();
-  auto sql = insertText(dialect, set.shape, edits);
+  auto sql = insertText(set.shape, edits);
   BatchOptions options;
   options.parameters = valuesOf(edits);
   const bool hasIdentity = identityColumn(set.shape) < set.shape.columns.size();
@@ -136,7 +136,7 @@ std::size_t insertRow(Session& session, RowSet& set, const RowEdits& edits) {
   } else if (dialect.identity == IdentityReading::returning) {
     returned = columnsToReturn(set.shape, edits);
     for (const auto index : returned) {
-      sql += (index == returned.front() ? " RETURNING " : ", ") + dialect.quoted(set.shape.columns[index].base);
+      sql += (index == returned.front() ? " RETURNING " : ", ") + set.shape.columns[index].written;
     }
   }
   const auto result = runBatch(session, sql, options);
@@ -158,7 +158,7 @@ void updateRow(Session& session, RowSet& set, std::size_t row, const RowEdits& e
   const auto& dialect = session.dialect();
   std::string assignments;
   for (const auto& [index, edit] : edits) {
-    assignments += (assignments.empty() ? "" : ", ") + dialect.quoted(set.shape.columns[index].base) + " = ?";
+    assignments += (assignments.empty() ? "" : ", ") + set.shape.columns[index].written + " = ?";
   }
   const auto key = keyColumns(session, set.shape);
   Condition condition;
@@ -166,7 +166,7 @@ void updateRow(Session& session, RowSet& set, std::size_t row, const RowEdits& e
     const auto& column = set.shape.columns[i];
     auto value = toValue(set.rows, row, i, column);
     const bool isPart = key.empty() ? isComparable(column, value) : std::find(key.begin(), key.end(), i) != key.end();
-    if (isPart) condition.add(dialect, column, std::move(value));
+    if (isPart) condition.add(column, std::move(value));
   }
   if (condition.text.empty())
     throw AutomationError(AdoError::featureNotAvailable, std::string(rowset::recordsetSource));

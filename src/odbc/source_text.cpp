@@ -195,7 +195,7 @@ class SelectReader {
     auto at = first;
     std::string column;
     while (at < end && isName(tokens_[at])) {
-      column = plainName(tokens_[at++].text);
+      column = tokens_[at++].text;
       if (at < end && isMark(tokens_[at], '.')) {
         ++at;
         continue;

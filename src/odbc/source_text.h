@@ -19,7 +19,7 @@ struct Source {
   std::string head;
   bool hasWhere = false;
   bool allColumns = false;  ///< the list is "*"
-  /// For a list of columns: the table's column that each one is, empty for a computed one.
+  /// For a list of columns: the table's column that each one is, as written; empty for a computed one.
   std::vector<std::string> columns;
 };
 
