@@ -32,9 +32,9 @@ bool contains(std::string_view text, std::string_view part) {
 }
 
 std::string written(std::string_view value) {
-  const bool plain = value.find_first_of("[]{}(),;?*=!@\\") == std::string_view::npos &&
-                     (value.empty() || (value.front() != ' ' && value.back() != ' '));
-  // The comma of "host,port" and the backslash of "host\instance" mean the same in braces.
+  // Not every driver takes braces, so they stand only where the text would mean something else without them.
+  const bool plain = value.find_first_of(";}") == std::string_view::npos && !value.starts_with('{') &&
+                     !value.starts_with(' ') && !value.ends_with(' ');
   if (plain) return std::string(value);
   std::string braced = "{";
   for (const char c : value) {

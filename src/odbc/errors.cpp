@@ -25,9 +25,9 @@ constexpr std::array stateRows{
     StateRow{"22P02", oledb::cantConvertValue},  StateRow{"22", oledb::errorsInCommand},
     StateRow{"21", oledb::errorsInCommand},      StateRow{"HYT00", oledb::abortLimitReached},
     StateRow{"S1T00", oledb::abortLimitReached}, StateRow{"57014", oledb::abortLimitReached},
-    StateRow{"08", oledb::unspecified},          StateRow{"HYT01", oledb::unspecified},
-    StateRow{"IM", oledb::unspecified},          StateRow{"40", oledb::unspecified},
-    StateRow{"25", oledb::unspecified},
+    StateRow{"57P0", oledb::unspecified},        StateRow{"08", oledb::unspecified},
+    StateRow{"HYT01", oledb::unspecified},       StateRow{"IM", oledb::unspecified},
+    StateRow{"40", oledb::unspecified},          StateRow{"25", oledb::unspecified},
 };
 
 struct WordsRow {

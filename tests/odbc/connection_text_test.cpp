@@ -38,7 +38,7 @@ TEST(ConnectionTextTest, ValuesWithTheTextsOwnCharactersStandInBraces) {
   const std::pair<const char*, const char*> table[] = {
       {"Engine=odbc;Driver=SQLite3;PWD={a;b}", "Driver=SQLite3;PWD={a;b}"},
       {"Engine=odbc;Driver=SQLite3;PWD={a}}b}", "Driver=SQLite3;PWD={a}}b}"},
-      {"Engine=odbc;Driver=SQLite3;PWD=a=b", "Driver=SQLite3;PWD={a=b}"},
+      {"Engine=odbc;Driver=SQLite3;PWD=a=b", "Driver=SQLite3;PWD=a=b"},
       {"Engine=odbc;Driver=SQLite3;PWD={ a}", "Driver=SQLite3;PWD={ a}"},
   };
   for (const auto& [name, text] : table) EXPECT_EQ(textOf(name), text);
