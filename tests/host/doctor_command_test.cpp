@@ -7,24 +7,28 @@
 namespace tolvane::host::testing {
 namespace {
 
+std::string at(const Workplace& place, const std::string& name) {
+  return "Database=" + place.path(name + ".db");
+}
+
 TEST(DoctorCommandTest, AHealthyAccountSetHasNothingWrong) {
   const Workplace place;
-  ASSERT_EQ(place.run({"init", "--dsn", "Database=a.db"}).status, 0);
-  const auto examined = place.run({"doctor", "--dsn", "Database=a.db"});
+  ASSERT_EQ(place.run({"init", "--dsn", at(place, "a")}).status, 0);
+  const auto examined = place.run({"doctor", "--dsn", at(place, "a")});
   EXPECT_EQ(examined.status, 0);
-  EXPECT_EQ(examined.out,
-            "ok       connection: Database=a.db answers\n"
-            "ok       tables: all 32 are there with their columns\n"
-            "ok       user: 1 is a user of the account set\n"
-            "ok       record sets: counted and moved on this side of the connection\n"
-            "note     collation: not asked, the database is no SQL Server\n");
+  EXPECT_EQ(examined.out, "ok       connection: " + at(place, "a") +
+                              " answers\n"
+                              "ok       tables: all 32 are there with their columns\n"
+                              "ok       user: 1 is a user of the account set\n"
+                              "ok       record sets: counted and moved on this side of the connection\n"
+                              "note     collation: not asked, the database is no SQL Server\n");
 }
 
 TEST(DoctorCommandTest, WhatIsMissingIsNamed) {
   const Workplace place;
-  ASSERT_EQ(place.run({"init", "--dsn", "Database=a.db"}).status, 0);
-  place.run({"sql", "--dsn", "Database=a.db", "drop table t_Rpt_Right"});
-  const auto examined = place.run({"doctor", "--dsn", "Database=a.db;UserID=77"});
+  ASSERT_EQ(place.run({"init", "--dsn", at(place, "a")}).status, 0);
+  place.run({"sql", "--dsn", at(place, "a"), "drop table t_Rpt_Right"});
+  const auto examined = place.run({"doctor", "--dsn", at(place, "a") + ";UserID=77"});
   EXPECT_EQ(examined.status, 1);
   EXPECT_NE(examined.out.find("WRONG    tables: t_Rpt_Right is missing\n"), std::string::npos);
   EXPECT_NE(examined.out.find("WRONG    user: User 77 is not a user"), std::string::npos);
