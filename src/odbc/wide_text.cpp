@@ -25,17 +25,21 @@ char32_t take(std::string_view text, std::size_t& at) {
   return character;
 }
 
-void append(char32_t character, std::string& to) {
+// Writes a character beyond ASCII; gives the place behind it.
+char* put(char32_t character, char* to) {
   const auto last = [](char32_t bits) { return static_cast<char>(0x80U | (bits & 0x3FU)); };
-  if (character < 0x80) {
-    to += static_cast<char>(character);
-  } else if (character < 0x800) {
-    to += {static_cast<char>(0xC0U | character >> 6U), last(character)};
+  if (character < 0x800) {
+    *to++ = static_cast<char>(0xC0U | character >> 6U);
   } else if (character < firstBeyond) {
-    to += {static_cast<char>(0xE0U | character >> 12U), last(character >> 6U), last(character)};
+    *to++ = static_cast<char>(0xE0U | character >> 12U);
+    *to++ = last(character >> 6U);
   } else {
-    to += {static_cast<char>(0xF0U | character >> 18U), last(character >> 12U), last(character >> 6U), last(character)};
+    *to++ = static_cast<char>(0xF0U | character >> 18U);
+    *to++ = last(character >> 12U);
+    *to++ = last(character >> 6U);
   }
+  *to++ = last(character);
+  return to;
 }
 
 }  // namespace
@@ -64,22 +68,26 @@ std::u16string toWideOrRefuse(std::string_view text, std::string_view what) {
 }
 
 bool appendUtf8(std::u16string_view text, std::string& to) {
+  const auto start = to.size();
+  to.resize(start + text.size() * 3);
+  char* place = to.data() + start;
+  bool whole = true;
   for (std::size_t at = 0; at < text.size(); ++at) {
-    char32_t character = text[at];
+    const char32_t character = text[at];
     if (character < 0x80) {
-      to += static_cast<char>(character);
-      continue;
-    }
-    if (character >= firstSurrogate && character <= lastSurrogate) {
-      if (character >= firstLowSurrogate || at + 1 == text.size()) return false;
-      const char32_t second = text[at + 1];
-      if (second < firstLowSurrogate || second > lastSurrogate) return false;
-      character = firstBeyond + ((character - firstSurrogate) << 10U) + (second - firstLowSurrogate);
+      *place++ = static_cast<char>(character);
+    } else if (character < firstSurrogate || character > lastSurrogate) {
+      place = put(character, place);
+    } else {
+      const char32_t second = at + 1 < text.size() ? text[at + 1] : U'\0';
+      whole = character < firstLowSurrogate && second >= firstLowSurrogate && second <= lastSurrogate;
+      if (!whole) break;
+      place = put(firstBeyond + ((character - firstSurrogate) << 10U) + (second - firstLowSurrogate), place);
       ++at;
     }
-    append(character, to);
   }
-  return true;
+  to.resize(static_cast<std::size_t>(place - to.data()));
+  return whole;
 }
 
 std::optional<std::string> toUtf8(std::u16string_view text) {
