@@ -15,7 +15,7 @@ class OdbcConnection final : public EngineConnection {
   explicit OdbcConnection(std::shared_ptr<Session> session) : session_(std::move(session)) {}
   OdbcConnection(const OdbcConnection&) = delete;
   OdbcConnection& operator=(const OdbcConnection&) = delete;
-  ~OdbcConnection() override { session_->rollbackIfAny(); }
+  ~OdbcConnection() override { session_->rollback(); }
 
   std::shared_ptr<Recordset> execute(const std::string& sql, std::int32_t options) override;
   [[nodiscard]] std::shared_ptr<Recordset> newRecordset() override;

@@ -15,8 +15,7 @@ namespace {
 
 constexpr SQLULEN longestShortText = 4000;
 constexpr SQLULEN longestShortBytes = 8000;
-// Beyond it a text or document is handed over while the statement runs, so that no driver needs it in its own buffer
-// before it knows the size.
+// Beyond it a document is handed over while the statement runs, in the pieces in which it came.
 constexpr std::size_t longestBound = 64 * 1024;
 constexpr SQLULEN timestampDigits = 23;
 constexpr SQLSMALLINT timestampScale = 3;
@@ -122,13 +121,8 @@ void BoundParameters::fillText(Form& form, const std::string& text) {
   if (form.text.size() > longestShortText) form.sqlType = SQL_WLONGVARCHAR;
   form.size = std::max<SQLULEN>(form.text.size(), 1);
   form.dataSize = static_cast<SQLLEN>(form.text.size() * sizeof(char16_t));
-  if (static_cast<std::size_t>(form.dataSize) <= longestBound) {
-    form.indicator = form.dataSize;
-    form.data = sqlText(form.text);
-    return;
-  }
-  form.indicator = SQL_LEN_DATA_AT_EXEC(form.dataSize);
-  form.data = &form;
+  form.indicator = form.dataSize;
+  form.data = sqlText(form.text);
 }
 
 void BoundParameters::fill(Form& form, const ParameterValue& value) {
@@ -202,7 +196,6 @@ void BoundParameters::bind(Session& session, const StatementHandle& statement, s
 }
 
 SQLRETURN BoundParameters::put(const StatementHandle& statement, const Form& form) {
-  if (!form.source->isDocument) return SQLPutData(statement.get(), sqlText(form.text), form.dataSize);
   SQLRETURN result = SQL_SUCCESS;
   for (const auto& chunk : form.source->chunks) {
     if (chunk.empty() && form.source->chunks.size() > 1) continue;

@@ -70,7 +70,7 @@ Value firstValue(const BatchResult& result) {
 void storeIdentity(RowSet& set, std::size_t row, const Value& identity) {
   const auto index = identityColumn(set.shape);
   if (index == set.shape.columns.size() || identity.isNull()) return;
-  store(set.rows, row, index, identity);
+  store(set.rows, row, index, assigned(identity, set.shape.columns[index]));
 }
 
 // One row's condition, and the values of its marks.

@@ -15,6 +15,13 @@ SQLPOINTER asPointer(std::int64_t number) {
   return reinterpret_cast<SQLPOINTER>(static_cast<std::intptr_t>(number));
 }
 
+// An error may have ended the transaction on the server's side already.
+bool hadNoTransaction(const std::vector<Diagnostic>& diagnostics) {
+  constexpr std::int32_t noCorrespondingBegin = 3903;
+  return std::any_of(diagnostics.begin(), diagnostics.end(),
+                     [](const Diagnostic& diagnostic) { return diagnostic.nativeNumber == noCorrespondingBegin; });
+}
+
 }  // namespace
 
 Session::Session(const DataSourceName& name)
@@ -132,34 +139,20 @@ void Session::commit() {
   guarded(what, [&] { setAutoCommit(true); });
 }
 
-void Session::rollback() {
-  constexpr std::string_view what = "ROLLBACK TRANSACTION";
+void Session::rollback() noexcept {
   if (!inTransaction_) return;
   inTransaction_ = false;
   doomed_ = false;
   keys_.clear();
   // With the connection everything in the transaction has gone; there is nothing left to undo.
   if (lost_) return;
-  const bool undone = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK));
-  if (!undone) {
-    auto error = connectionError(what);
-    ++failures_;
-    // Whatever the server holds of it must not be committed with what comes next.
-    const bool gone = lost_;
-    lost_ = true;
-    if (gone) return;
-    throw error;
-  }
-  guarded(what, [&] { setAutoCommit(true); });
-}
-
-void Session::rollbackIfAny() noexcept {
-  try {
-    rollback();
-  } catch (const std::exception&) {
-    // The owner goes; a connection that cannot roll back is dropped, which undoes its transaction.
-    lost_ = true;
-  }
+  const bool undone = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK)) ||
+                      hadNoTransaction(diagnosticsOf(SQL_HANDLE_DBC, connection_.get()));
+  const bool asBefore = undone && SQL_SUCCEEDED(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
+                                                                   asPointer(SQL_AUTOCOMMIT_ON), SQL_IS_UINTEGER));
+  // Whatever the server still holds of the transaction must not be committed with what comes next: without its
+  // connection it is undone.
+  if (!asBefore) disconnect();
 }
 
 bool Session::answers() {

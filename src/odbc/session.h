@@ -35,9 +35,8 @@ class Session {
   void begin();
   /// Raises the server's error 3902 without a transaction, and the transaction's own end after an error in it.
   void commit();
-  void rollback();
-  /// For owners that go: undoes what is not committed and raises nothing.
-  void rollbackIfAny() noexcept;
+  /// Raises nothing: a transaction that cannot be rolled back goes with its connection.
+  void rollback() noexcept;
   [[nodiscard]] bool inTransaction() const { return inTransaction_; }
 
   /// Asks the server whether the connection still stands and opens it anew when not. In a transaction it does nothing:
