@@ -59,10 +59,11 @@ function(tolvane_module name)
   endif()
 endfunction()
 
-# tolvane_test(NAME [USES target...] [LIBRARIES library...])
-# One test program of all the .cpp files of a folder of tests/; every file on disk is built.
+# tolvane_test(NAME [USES target...] [LIBRARIES library...] [TOGETHER pattern])
+# One test program of all the .cpp files of a folder of tests/; every file on disk is built. Each test runs in a process of
+# its own; those that match TOGETHER share one, since what they need (a server) takes long to start.
 function(tolvane_test name)
-  cmake_parse_arguments(TEST "" "" "USES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(TEST "" "TOGETHER" "USES;LIBRARIES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   if(NOT sources)
     message(WARNING "tests/${name} has no tests")
@@ -74,6 +75,13 @@ function(tolvane_test name)
   target_compile_options(${name}_test PRIVATE -O0)
   target_compile_definitions(${name}_test PRIVATE TOLVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name}_test PRIVATE ${TEST_USES} ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" DISCOVERY_TIMEOUT 120
+  set(filter)
+  if(TEST_TOGETHER)
+    set(filter TEST_FILTER "-${TEST_TOGETHER}")
+    add_test(NAME ${name}_together COMMAND ${name}_test "--gtest_filter=${TEST_TOGETHER}"
+      WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+    set_tests_properties(${name}_together PROPERTIES TIMEOUT 600)
+  endif()
+  gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" DISCOVERY_TIMEOUT 120 ${filter}
     PROPERTIES TIMEOUT 300)
 endfunction()

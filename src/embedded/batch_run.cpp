@@ -6,7 +6,7 @@
 
 #include "embedded/errors.h"
 #include "embedded/icu_collation.h"
-#include "embedded/utf8.h"
+#include "rowset/utf8.h"
 #include "tsql/convert.h"
 #include "tsql/error_reach.h"
 
@@ -119,7 +119,7 @@ class BatchRun {
 };
 
 void BatchRun::compile() {
-  if (const auto place = invalidUtf8(sql_); place != std::string::npos) {
+  if (const auto place = rowset::invalidUtf8(sql_); place != std::string::npos) {
     throw tsql::SqlError(102, 15, "Incorrect syntax: the text is not UTF-8 at byte " + std::to_string(place + 1) + ".");
   }
   batch_.assign(sql_);

@@ -4,10 +4,11 @@
 #include <utility>
 
 #include "embedded/errors.h"
+#include "embedded/icu_collation.h"
 #include "embedded/source_text.h"
-#include "embedded/utf8.h"
 #include "embedded/values.h"
 #include "platform/conversions.h"
+#include "rowset/utf8.h"
 #include "tsql/catalogue.h"
 
 namespace tolvane::embedded {
@@ -35,7 +36,7 @@ FieldEdit editOf(const Value& value, const tsql::Type& type) {
   if (!type.isBinary()) {
     edit.value = toStored(value, type);
     const bool isText = edit.value.kind() == tsql::Kind::Text;
-    if (isText && invalidUtf8(edit.value.text()) != std::string::npos) raiseAdo(AdoError::dataConversion);
+    if (isText && rowset::invalidUtf8(edit.value.text()) != std::string::npos) raiseAdo(AdoError::dataConversion);
     return edit;
   }
   if (value.isNull() || value.isEmpty()) return edit;
@@ -313,7 +314,7 @@ void EmbeddedRecordset::setFilter(const std::string& criteria) {
     position_ = 0;
     return;
   }
-  Filter filter(criteria, rows_->shape().fields);
+  rowset::Filter filter(criteria, rows_->shape().fields, accountSetTextOrder());
   std::vector<std::size_t> visible;
   const auto rows = rows_->readAll();
   for (std::size_t row = 0; row < rows; ++row) {

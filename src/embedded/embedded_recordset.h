@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "embedded/batch_run.h"
-#include "embedded/filter.h"
 #include "embedded/row_set.h"
 #include "embedded/row_writer.h"
 #include "platform/data_access.h"
+#include "rowset/filter.h"
 
 namespace tolvane::embedded {
 
@@ -74,7 +74,7 @@ class EmbeddedRecordset final : public Recordset {
   bool readOnly_ = true;
   bool detached_ = false;
   std::size_t position_ = 0;  // among the visible rows
-  std::optional<Filter> filter_;
+  std::optional<rowset::Filter> filter_;
   std::vector<std::size_t> visible_;
   EditMode editMode_ = EditMode::none;
   RowEdits edits_;

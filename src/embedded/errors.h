@@ -6,25 +6,20 @@
 #include <string_view>
 
 #include "platform/error.h"
+#include "rowset/server_errors.h"
 #include "tsql/sql_error.h"
 
 namespace tolvane::embedded {
 
-/// The Source of every error of the database: what ADO reports on SQL Server, so that callers that look at it find the
-/// same word on both.
-inline constexpr std::string_view databaseSource = "Microsoft OLE DB Provider for SQL Server";
-
-/// The Sources of ADO's own errors.
-inline constexpr std::string_view recordsetSource = "ADODB.Recordset";
-inline constexpr std::string_view fieldSource = "ADODB.Field";
-inline constexpr std::string_view commandSource = "ADODB.Command";
-inline constexpr std::string_view connectionSource = "ADODB.Connection";
-
-/// The OLE DB number under which ADO reports an error of the server with this number.
-[[nodiscard]] std::uint32_t oledbNumber(int nativeNumber);
-
-/// The five characters that SQL Server's provider reports beside a number.
-[[nodiscard]] std::string_view sqlState(int nativeNumber);
+using rowset::commandSource;
+using rowset::connectionSource;
+using rowset::databaseSource;
+using rowset::doesNotFit;
+using rowset::fieldSource;
+using rowset::oledbNumber;
+using rowset::recordsetSource;
+using rowset::sqlState;
+using rowset::timeoutError;
 
 /// A server error as automation sees it; `sql` is the batch that was sent.
 [[nodiscard]] AutomationError toAutomationError(const tsql::SqlError& error, std::string_view sql);
@@ -36,11 +31,5 @@ inline constexpr std::string_view connectionSource = "ADODB.Connection";
 
 /// A data source that cannot be opened: which one, and why, in a sentence that says what to do.
 [[nodiscard]] AutomationError openError(std::string_view dataSource, std::string_view why);
-
-/// The time that a command may take is over.
-[[nodiscard]] AutomationError timeoutError(std::string_view sql);
-
-/// ADO's "multiple-step operation" error: a value that converts but does not fit its column.
-[[nodiscard]] AutomationError doesNotFit();
 
 }  // namespace tolvane::embedded

@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 
-#include "embedded/decimal_order.h"
 #include "embedded/icu_collation.h"
+#include "rowset/decimal_order.h"
 #include "tsql/unique_identifier_order.h"
 
 namespace tolvane::embedded {
@@ -129,7 +129,7 @@ int compareTexts(void*, int leftSize, const void* left, int rightSize, const voi
 }
 
 int compareDecimals(void*, int leftSize, const void* left, int rightSize, const void* right) {
-  return compareDecimalTexts(view(leftSize, left), view(rightSize, right));
+  return rowset::compareDecimalTexts(view(leftSize, left), view(rightSize, right));
 }
 
 int compareIdentifiers(void*, int leftSize, const void* left, int rightSize, const void* right) {

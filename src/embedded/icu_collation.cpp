@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+#include "tsql/unicode.h"
+
 namespace tolvane::embedded {
 namespace {
 
@@ -281,6 +283,27 @@ class IcuCollation final : public tsql::Collation {
 const tsql::Collation& accountSetCollation() {
   static const IcuCollation collation;
   return collation;
+}
+
+namespace {
+
+class AccountSetTextOrder final : public rowset::TextOrder {
+ public:
+  [[nodiscard]] int compare(std::string_view left, std::string_view right) const override {
+    return accountSetCollation().compare(left, right);
+  }
+  [[nodiscard]] std::u32string folded(std::string_view text) const override {
+    std::u32string result;
+    for (std::size_t i = 0; i < text.size();) result += accountSetCollation().fold(tsql::nextCharacter(text, i));
+    return result;
+  }
+};
+
+}  // namespace
+
+const rowset::TextOrder& accountSetTextOrder() {
+  static const AccountSetTextOrder order;
+  return order;
 }
 
 }  // namespace tolvane::embedded

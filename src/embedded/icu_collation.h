@@ -3,11 +3,14 @@
 
 #include <memory>
 
+#include "rowset/filter.h"
 #include "tsql/collation.h"
 
 namespace tolvane::embedded {
 
 /// The one collation of the process. Letter case, character width and trailing blanks do not count, accents do.
 [[nodiscard]] const tsql::Collation& accountSetCollation();
+/// The same, for filters.
+[[nodiscard]] const rowset::TextOrder& accountSetTextOrder();
 
 }  // namespace tolvane::embedded

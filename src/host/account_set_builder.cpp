@@ -53,9 +53,13 @@ void AccountSetBuilder::build(Connection& connection, const std::optional<std::s
   if (sample) requireSample(*sample);
   runScript(connection, schema_ / "accountset.sql");
   if (!sample) return;
-  if (*sample == olderLayout) runScript(connection, schema_ / "older_cs.sql");
+  if (*sample == olderLayout) buildOlderLayout(connection);
   runScript(connection, samples_ / (*sample + ".sql"));
   if (*sample == demonstration) storeDocuments(connection);
+}
+
+void AccountSetBuilder::buildOlderLayout(Connection& connection) const {
+  runScript(connection, schema_ / "older_cs.sql");
 }
 
 void AccountSetBuilder::requireSample(const std::string& sample) const {

@@ -17,6 +17,9 @@ class AccountSetBuilder {
   /// Raises an error that says which file it is about. A sample that there is not is one; it names those there are.
   void build(Connection& connection, const std::optional<std::string>& sample) const;
 
+  /// Adds the tables of the older layout.
+  void buildOlderLayout(Connection& connection) const;
+
  private:
   void runScript(Connection& connection, const std::filesystem::path& path) const;
   void storeDocuments(Connection& connection) const;

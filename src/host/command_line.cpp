@@ -6,10 +6,14 @@
 #include <cstdlib>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/accounts_command.h"
 #include "host/call_command.h"
+#include "host/compare_command.h"
+#include "host/copy_command.h"
 #include "host/describe_command.h"
+#include "host/doctor_command.h"
 #include "host/init_command.h"
 #include "host/sql_command.h"
 #include "host/upgrade_command.h"
@@ -40,6 +44,9 @@ class CommandLine {
     addInit();
     addAccounts();
     addUpgrade();
+    addCopy();
+    addCompare();
+    addDoctor();
     app_.add_subcommand("version", "print the version")->callback([this] {
       environment_.out << versionText << '\n';
       status_ = exitDone;
@@ -135,6 +142,34 @@ class CommandLine {
     });
   }
 
+  void addCopy() {
+    auto* command = app_.add_subcommand("copy", "copy an account set into a new one, on the same engine or another");
+    command->add_option("--from", copy_.from, "the data source that is read")->required();
+    command->add_option("--to", copy_.to, "the data source that is made and filled")->required();
+    command->callback([this] {
+      copy_.isTerminal = isatty(STDERR_FILENO) == 1;
+      status_ = runCopyCommand(environment_, copy_);
+    });
+  }
+
+  void addCompare() {
+    auto* command = app_.add_subcommand("compare", "say whether two account sets hold the same rows");
+    command->add_option("--dsn", compared_, "the two data sources, A and B: --dsn TEXT --dsn TEXT")
+        ->required()
+        ->expected(2)
+        ->allow_extra_args(false);
+    command->callback([this] { status_ = runCompareCommand(environment_, {compared_.front(), compared_.back()}); });
+  }
+
+  void addDoctor() {
+    auto* command = app_.add_subcommand("doctor", "check a data source and say what is wrong");
+    command->add_option("--dsn", doctor_.dsn, dsnHelp);
+    command->callback([this] {
+      doctor_.dsn = dsnOr(doctor_.dsn);
+      status_ = runDoctorCommand(environment_, doctor_);
+    });
+  }
+
   const Environment& environment_;
   CLI::App app_{"Data service of an accounting suite's financial reports", "tolvane"};
   CallOptions call_;
@@ -142,6 +177,9 @@ class CommandLine {
   InitOptions init_;
   AccountsOptions accounts_;
   UpgradeOptions upgrade_;
+  CopyOptions copy_;
+  DoctorOptions doctor_;
+  std::vector<std::string> compared_;
   std::string sample_;
   std::string described_;
   bool asJson_ = false;

@@ -36,11 +36,12 @@ class NewFile {
   bool kept_ = false;
 };
 
-void build(EngineConnection& connection, const InitOptions& options) {
-  const AccountSetBuilder builder(standalone::findShared("schema"), standalone::findShared("samples"));
+using Filling = std::function<void(EngineConnection&)>;
+
+void build(EngineConnection& connection, const Filling& fill) {
   connection.begin();
   try {
-    builder.build(connection, options.sample);
+    fill(connection);
     connection.commit();
   } catch (const std::exception&) {
     connection.rollback();
@@ -49,7 +50,7 @@ void build(EngineConnection& connection, const InitOptions& options) {
 }
 
 /// An engine that makes its own database files.
-void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, const InitOptions& options) {
+void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, const Filling& fill) {
   const std::string path = name.get("Database");
   if (path.empty()) refuse("The data source " + name.publicText() + " names no Database.");
   std::error_code ignored;
@@ -59,7 +60,7 @@ void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, cons
   NewFile file(path);
   {
     const auto connection = maker(name);
-    build(*connection, options);
+    build(*connection, fill);
   }
   file.keep();
 }
@@ -74,12 +75,12 @@ bool holdsAccountSet(Connection& connection) {
   }
 }
 
-void buildInDatabase(const Environment& environment, const DataSourceName& name, const InitOptions& options) {
+void buildInDatabase(const Environment& environment, const DataSourceName& name, const Filling& fill) {
   const auto connection = standalone::connect(environment.engines, name);
   if (holdsAccountSet(*connection)) {
     refuse("The database " + name.publicText() + " holds an account set already; nothing was changed.");
   }
-  build(*connection, options);
+  build(*connection, fill);
 }
 
 std::string engineOf(const DataSourceName& name) {
@@ -90,17 +91,24 @@ std::string engineOf(const DataSourceName& name) {
 
 }  // namespace
 
+void makeAccountSet(const Environment& environment, const DataSourceName& name, const Filling& fill) {
+  const auto maker = environment.makers.find(engineOf(name));
+  if (maker != environment.makers.end()) {
+    buildInNewFile(maker->second, name, fill);
+  } else {
+    buildInDatabase(environment, name, fill);
+  }
+}
+
 int runInitCommand(const Environment& environment, const InitOptions& options) {
   if (!options.dsn) throw UsageError("No data source is named: give --dsn TEXT or set TOLVANE_DSN.");
   if (!isUtf8(*options.dsn)) throw UsageError("The data-source name is not UTF-8.");
   try {
     const auto name = DataSourceName::parse(*options.dsn);
-    const auto maker = environment.makers.find(engineOf(name));
-    if (maker != environment.makers.end()) {
-      buildInNewFile(maker->second, name, options);
-    } else {
-      buildInDatabase(environment, name, options);
-    }
+    makeAccountSet(environment, name, [&](EngineConnection& connection) {
+      AccountSetBuilder(standalone::findShared("schema"), standalone::findShared("samples"))
+          .build(connection, options.sample);
+    });
     environment.out << "The account set " << name.publicText() << " is ready"
                     << (options.sample ? ", with the sample " + *options.sample : std::string()) << ".\n";
     return exitDone;

@@ -6,6 +6,7 @@
 namespace tolvane::contract {
 
 TEST_P(DataAccessContract, ColumnsHaveAdosTypesAndSizes) {
+  TOLVANE_ASKS_FOR(hasSqlServerTypes);
   const auto rows = run("select * from People");
   const std::vector<std::pair<std::string, DataType>> expected = {
       {"Id", DataType::integer},        {"Name", DataType::varWChar},       {"Age", DataType::integer},
@@ -25,6 +26,7 @@ TEST_P(DataAccessContract, ColumnsHaveAdosTypesAndSizes) {
 }
 
 TEST_P(DataAccessContract, ValuesHaveAutomationsTypes) {
+  TOLVANE_ASKS_FOR(hasSqlServerTypes);
   run("insert into People (Name, Age, Born, Pay, Rate, Active, Small, Tiny, Big, Half, Whole, Note, Photo, Code, Mark)"
       " values (N'Ann', -5, '20120315 12:00:00', 12.5, 1.25, 1, -2, 200, 9007199254740993, 0.5, 2.25, N'text', 0x0102, "
       "0xFF,"
@@ -134,7 +136,9 @@ TEST_P(DataAccessContract, AnOpenSetIsNotOpenedAgainUnlessItWasClosed) {
 TEST_P(DataAccessContract, ATableIsOpenedByItsNameInAnyLetterCase) {
   addThree();
   EXPECT_EQ(opened("people")->recordCount(), 3);
-  EXPECT_EQ(opened(" [People] ")->recordCount(), 3);
+  if (engine_->deviations().speaksTransactSql) {
+    EXPECT_EQ(opened(" [People] ")->recordCount(), 3);
+  }
 }
 
 TEST_P(DataAccessContract, OpeningRaisesTheErrorsOfTheText) {
@@ -145,6 +149,7 @@ TEST_P(DataAccessContract, OpeningRaisesTheErrorsOfTheText) {
 }
 
 TEST_P(DataAccessContract, RowsStayWhatTheyWereWhenTheConnectionChangesTheTable) {
+  TOLVANE_ASKS_FOR(speaksTransactSql);
   addThree();
   const auto rows = opened("select Name from People order by Id", LockType::readOnly);
   run("update People set Name = N'x' + Name");
@@ -186,7 +191,9 @@ TEST_P(DataAccessContract, ANewRowIsPostedAndItsIdentityCanBeReadAtOnce) {
   EXPECT_EQ(rows->editMode(), EditMode::none);
   EXPECT_EQ(rows->value("Id"), Value(std::int32_t{4}));
   EXPECT_EQ(rows->value("Age"), Value(std::int32_t{50}));
-  EXPECT_EQ(scalar("select @@identity"), "4");
+  if (engine_->deviations().speaksTransactSql) {
+    EXPECT_EQ(scalar("select @@identity"), "4");
+  }
   EXPECT_EQ(rows->recordCount(), 4);
   EXPECT_EQ(rows->value("Name"), Value("Dan"));
 }
@@ -272,8 +279,10 @@ TEST_P(DataAccessContract, ValuesAreConvertedWhenTheyAreAssigned) {
   expectAdo(AdoError::dataConversion, [&] { rows->setValue("Age", Value("many")); });
   expectAdo(AdoError::dataConversion, [&] { rows->setValue("Photo", Value("text")); });
   expectDatabase(oledb::errorsOccurred, [&] { rows->setValue("Name", Value(std::string(21, 'x'))); });
-  expectDatabase(oledb::errorsOccurred, [&] { rows->setValue("Tiny", Value(std::int32_t{256})); });
-  expectDatabase(oledb::errorsOccurred, [&] { rows->setValue("Rate", Value(1e9)); });
+  if (engine_->deviations().hasSqlServerTypes) {
+    expectDatabase(oledb::errorsOccurred, [&] { rows->setValue("Tiny", Value(std::int32_t{256})); });
+    expectDatabase(oledb::errorsOccurred, [&] { rows->setValue("Rate", Value(1e9)); });
+  }
   expectAdo(AdoError::itemNotFound, [&] { rows->setValue("Nothing", Value(std::int32_t{1})); });
   rows->cancelUpdate();
 }

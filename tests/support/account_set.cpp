@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -12,9 +13,11 @@
 #include "embedded/embedded_engine.h"
 #include "frame/dispatcher.h"
 #include "frame/sql_text.h"
+#include "odbc/odbc_engine.h"
 #include "platform/conversions.h"
 #include "platform/engine.h"
 #include "standalone/call.h"
+#include "standalone/data_sources.h"
 #include "standalone/objects.h"
 #include "standalone/standalone_platform.h"
 
@@ -22,6 +25,8 @@ namespace tolvane::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* serverVariable = "TOLVANE_TEST_DSN";
 
 std::string fileText(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -40,6 +45,22 @@ void runScript(Connection& connection, const std::string& script) {
     connection.execute(script.substr(start, end - start));
     start = end + separator.size();
   }
+}
+
+std::string shippedScript() {
+  return fileText(fs::path(TOLVANE_SOURCE_DIR) / "schema" / "accountset.sql");
+}
+
+/// A server's data source, leading to another database.
+std::string withDatabase(const char* server, const std::string& database) {
+  std::string text = "Database=" + database;
+  for (const auto& [key, value] : DataSourceName::parse(server).pairs()) {
+    if (sameName(key, "Database") || sameName(key, "UserID") || sameName(key, "Language")) continue;
+    text += ";" + key + "={";
+    for (const char c : value) text += c == '}' ? std::string("}}") : std::string(1, c);
+    text += "}";
+  }
+  return text;
 }
 
 fs::path temporaryName(std::string_view what) {
@@ -61,7 +82,7 @@ class Template {
       embedded::EmbeddedEngine engine;
       const auto connection = open(engine, path_.string());
       connection->begin();
-      runScript(*connection, fileText(fs::path(TOLVANE_SOURCE_DIR) / "schema" / "accountset.sql"));
+      runScript(*connection, shippedScript());
       connection->commit();
     }
   }
@@ -113,19 +134,43 @@ std::string bagText(const PropertyBag& bag) {
 }  // namespace
 
 struct AccountSet::Parts {
-  std::shared_ptr<embedded::EmbeddedEngine> engine = std::make_shared<embedded::EmbeddedEngine>();
-  standalone::StandalonePlatform platform{
-      {{{standalone::defaultEngine, engine}}, fs::path(TOLVANE_SOURCE_DIR) / "resources"}};
+  standalone::Engines engines{{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()},
+                              {"odbc", std::make_shared<odbc::OdbcEngine>()}};
+  standalone::StandalonePlatform platform{{engines, fs::path(TOLVANE_SOURCE_DIR) / "resources"}};
 };
 
 AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std::make_unique<Parts>()) {
+  if (const char* server = std::getenv(serverVariable)) {
+    path_ = fs::path(path_).stem().string();
+    base_ = withDatabase(server, path_);
+    standalone::connect(parts_->engines, DataSourceName::parse(server))
+        ->execute("Create Database [" + path_ + "] Collate Chinese_PRC_CI_AS");
+    runScript(*connection(), shippedScript());
+    return;
+  }
+  base_ = tolvane::sql("Database=", path_);
   removeFile(path_);
   shippedSchema().copyTo(path_);
 }
 
 AccountSet::~AccountSet() {
+  if (const char* server = std::getenv(serverVariable)) {
+    try {
+      // The connections that are kept for the database would keep it from being dropped.
+      standalone::connect(parts_->engines, DataSourceName::parse(server))
+          ->execute("Alter Database [" + path_ + "] Set Single_User With Rollback Immediate; Drop Database [" + path_ +
+                    "]");
+    } catch (const AutomationError& error) {
+      ADD_FAILURE() << "the test's database is left behind: " << error.description();
+    }
+    return;
+  }
   parts_.reset();
   removeFile(path_);
+}
+
+std::shared_ptr<Connection> AccountSet::connection() const {
+  return standalone::connect(parts_->engines, DataSourceName::parse(base_));
 }
 
 AccountSet& AccountSet::as(std::int32_t userID) {
@@ -144,7 +189,7 @@ AccountSet& AccountSet::asNewUser(std::int32_t userID) {
 }
 
 std::string AccountSet::dsn() const {
-  return tolvane::sql("Database=", path_, ";UserID=", userID_, ";Language=", language_);
+  return tolvane::sql(base_, ";UserID=", userID_, ";Language=", language_);
 }
 
 Outcome AccountSet::call(std::string_view method, Named arguments) {
@@ -183,16 +228,16 @@ AutomationError AccountSet::error(std::string_view method, Named arguments) {
 }
 
 void AccountSet::sql(const std::string& text) {
-  open(*parts_->engine, path_)->execute(text);
+  connection()->execute(text);
 }
 
 Value AccountSet::value(const std::string& text) {
-  const auto rows = open(*parts_->engine, path_)->execute(text);
+  const auto rows = connection()->execute(text);
   return rows->eof() ? Value() : rows->value(0);
 }
 
 std::vector<std::string> AccountSet::rows(const std::string& text) {
-  return allRows(*open(*parts_->engine, path_)->execute(text));
+  return allRows(*connection()->execute(text));
 }
 
 Value bag(const Named& entries) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "frame/method_table.h"
+#include "platform/data_access.h"
 #include "platform/error.h"
 #include "platform/platform.h"
 
@@ -26,7 +27,8 @@ struct Outcome {
   std::map<std::string, Value> out;  ///< the in/out parameters by name, the data-source name left out
 };
 
-/// A temporary account set with the shipped schema and nothing else, gone with the object.
+/// A temporary account set with the shipped schema and nothing else, gone with the object: a file, or a database of its
+/// own on the server that TOLVANE_TEST_DSN names.
 class AccountSet {
  public:
   AccountSet();
@@ -59,7 +61,10 @@ class AccountSet {
 
  private:
   struct Parts;
+  [[nodiscard]] std::shared_ptr<Connection> connection() const;
+
   std::string path_;
+  std::string base_;  // the data source without the caller
   std::int32_t userID_ = 1;
   std::string language_ = "chs";
   std::unique_ptr<Parts> parts_;

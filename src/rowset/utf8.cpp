@@ -1,9 +1,9 @@
-#include "embedded/utf8.h"
+#include "rowset/utf8.h"
 
 #include <cstdint>
 #include <cstring>
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
 namespace {
 
 constexpr std::uint64_t highBits = 0x8080808080808080U;
@@ -52,4 +52,4 @@ std::size_t invalidUtf8(std::string_view text) {
   return std::string_view::npos;
 }
 
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

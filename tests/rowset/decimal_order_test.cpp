@@ -1,8 +1,8 @@
-#include "embedded/decimal_order.h"
+#include "rowset/decimal_order.h"
 
 #include <gtest/gtest.h>
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
 namespace {
 
 TEST(DecimalOrderTest, NumbersCompareByValue) {
@@ -21,4 +21,4 @@ TEST(DecimalOrderTest, NumbersCompareByValue) {
 }
 
 }  // namespace
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

@@ -1,19 +1,17 @@
-#include "embedded/filter.h"
+#include "rowset/filter.h"
 
 #include <algorithm>
 #include <cctype>
 #include <optional>
 #include <utility>
 
-#include "embedded/decimal_order.h"
-#include "embedded/errors.h"
-#include "embedded/icu_collation.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
-#include "tsql/catalogue.h"
-#include "tsql/unicode.h"
+#include "rowset/decimal_order.h"
+#include "rowset/names.h"
+#include "rowset/server_errors.h"
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
 
 struct Filter::Node {
   enum class Kind { compare, like, both, either };
@@ -42,7 +40,7 @@ constexpr int deepestNesting = 200;
 }
 
 bool sameWord(std::string_view word, std::string_view keyword) {
-  return tsql::sameName(word, keyword);
+  return sameName(word, keyword);
 }
 
 struct Clause {
@@ -126,7 +124,7 @@ class Parser {
     }
     if (name.empty()) badCriteria();
     const auto found = std::find_if(fields_.begin(), fields_.end(),
-                                    [&](const FieldInfo& field) { return tsql::sameName(field.name, name); });
+                                    [&](const FieldInfo& field) { return sameName(field.name, name); });
     if (found == fields_.end()) throw AutomationError(AdoError::itemNotFound, std::string(recordsetSource));
     return static_cast<std::size_t>(found - fields_.begin());
   }
@@ -221,15 +219,9 @@ class Parser {
   std::size_t at_ = 0;
 };
 
-std::u32string folded(std::string_view text) {
-  std::u32string result;
-  for (std::size_t i = 0; i < text.size();) result += accountSetCollation().fold(tsql::nextCharacter(text, i));
-  return result;
-}
-
-bool matches(const Node& node, const Value& value) {
-  const auto text = folded(toText(value));
-  const auto pattern = folded(*node.value.get<std::string>());
+bool matches(const Node& node, const Value& value, const TextOrder& order) {
+  const auto text = order.folded(toText(value));
+  const auto pattern = order.folded(*node.value.get<std::string>());
   switch (node.match) {
     case Node::Match::whole:
       return text == pattern;
@@ -246,8 +238,8 @@ int orderOf(double left, double right) {
 }
 
 // How a row's value stands to the value of a clause, taken as the column's kind.
-int compare(const Value& left, const Value& right) {
-  if (const auto* text = left.get<std::string>()) return accountSetCollation().compare(*text, toText(right));
+int compare(const Value& left, const Value& right, const TextOrder& order) {
+  if (const auto* text = left.get<std::string>()) return order.compare(*text, toText(right));
   if (const auto* date = left.get<Date>()) return orderOf(date->days, toDate(right).days);
   if (left.get<Currency>() || left.get<Decimal>()) {
     const auto a = exactText(toDecimal(left));
@@ -275,13 +267,13 @@ bool holds(Node::Operator operation, int order) {
   return false;
 }
 
-bool accepts(const Node& node, const std::function<Value(std::size_t)>& column) {
-  if (node.kind == Node::Kind::both) return accepts(*node.left, column) && accepts(*node.right, column);
-  if (node.kind == Node::Kind::either) return accepts(*node.left, column) || accepts(*node.right, column);
+bool accepts(const Node& node, const std::function<Value(std::size_t)>& column, const TextOrder& order) {
+  if (node.kind == Node::Kind::both) return accepts(*node.left, column, order) && accepts(*node.right, column, order);
+  if (node.kind == Node::Kind::either) return accepts(*node.left, column, order) || accepts(*node.right, column, order);
   const auto value = column(node.column);
   if (value.isNull() || value.isEmpty() || value.get<Bytes>()) return false;
-  if (node.kind == Node::Kind::like) return matches(node, value);
-  return holds(node.operation, compare(value, node.value));
+  if (node.kind == Node::Kind::like) return matches(node, value, order);
+  return holds(node.operation, compare(value, node.value, order));
 }
 
 // A value that the column's kind cannot be compared with is found when the filter is set, not at some row of it.
@@ -318,8 +310,8 @@ void checkValues(const Node& node, const std::vector<FieldInfo>& fields) {
 
 }  // namespace
 
-Filter::Filter(std::string_view criteria, const std::vector<FieldInfo>& fields)
-    : root_(Parser(criteria, fields).parse()) {
+Filter::Filter(std::string_view criteria, const std::vector<FieldInfo>& fields, const TextOrder& order)
+    : root_(Parser(criteria, fields).parse()), order_(&order) {
   checkValues(*root_, fields);
 }
 Filter::Filter(Filter&&) noexcept = default;
@@ -327,7 +319,7 @@ Filter& Filter::operator=(Filter&&) noexcept = default;
 Filter::~Filter() = default;
 
 bool Filter::accepts(const std::function<Value(std::size_t)>& column) const {
-  return tolvane::embedded::accepts(*root_, column);
+  return tolvane::rowset::accepts(*root_, column, *order_);
 }
 
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

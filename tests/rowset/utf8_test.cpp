@@ -1,10 +1,10 @@
-#include "embedded/utf8.h"
+#include "rowset/utf8.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
 namespace {
 
 TEST(Utf8Test, WellFormedTextIsFound) {
@@ -24,4 +24,4 @@ TEST(Utf8Test, TheFirstBadByteIsTold) {
 }
 
 }  // namespace
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

@@ -9,7 +9,17 @@
 
 #include "platform/data_access.h"
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
+
+/// How an engine compares texts: its collation, for what is compared on this side.
+class TextOrder {
+ public:
+  virtual ~TextOrder() = default;
+  /// Below, at or above 0.
+  [[nodiscard]] virtual int compare(std::string_view left, std::string_view right) const = 0;
+  /// Two texts that count as the same have the same folded form; so have their parts.
+  [[nodiscard]] virtual std::u32string folded(std::string_view text) const = 0;
+};
 
 /// Criteria taken apart. `Field op Value` joined by AND and OR, which have the same weight unless brackets say
 /// otherwise; ops are < > <= >= <> = LIKE; values 'text' (quotes doubled inside), #date#, numbers; LIKE takes * or % at
@@ -17,7 +27,8 @@ namespace tolvane::embedded {
 class Filter {
  public:
   /// Raises 3001 for a text that is not of this form, 3265 for a column that is not among the fields.
-  Filter(std::string_view criteria, const std::vector<FieldInfo>& fields);
+  /// `order` is kept by reference: engines have one for the life of the process.
+  Filter(std::string_view criteria, const std::vector<FieldInfo>& fields, const TextOrder& order);
   Filter(Filter&&) noexcept;
   Filter& operator=(Filter&&) noexcept;
   ~Filter();
@@ -29,6 +40,7 @@ class Filter {
 
  private:
   std::unique_ptr<Node> root_;
+  const TextOrder* order_;
 };
 
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

@@ -1,8 +1,8 @@
-#include "embedded/decimal_order.h"
+#include "rowset/decimal_order.h"
 
 #include <algorithm>
 
-namespace tolvane::embedded {
+namespace tolvane::rowset {
 namespace {
 
 struct Parts {
@@ -46,4 +46,4 @@ int compareDecimalTexts(std::string_view left, std::string_view right) {
   return a.negative ? -order : order;
 }
 
-}  // namespace tolvane::embedded
+}  // namespace tolvane::rowset

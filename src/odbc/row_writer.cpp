@@ -1,0 +1,191 @@
+#include "odbc/row_writer.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "odbc/errors.h"
+#include "odbc/values.h"
+#include "platform/calendar.h"
+#include "platform/conversions.h"
+#include "rowset/names.h"
+
+namespace tolvane::odbc {
+namespace {
+
+Value contentOf(const ParameterValue& edit) {
+  if (!edit.isDocument) return edit.value;
+  if (edit.chunks.size() == 1) return edit.chunks.front();
+  return Bytes::filled(edit.documentSize(), [&](std::span<std::uint8_t> to) {
+    auto at = to.begin();
+    for (const auto& chunk : edit.chunks) at = std::copy(chunk.view().begin(), chunk.view().end(), at);
+  });
+}
+
+void storeEdits(RowSet& set, std::size_t row, const RowEdits& edits) {
+  for (const auto& [index, edit] : edits) store(set.rows, row, index, contentOf(edit));
+}
+
+std::vector<ParameterValue> valuesOf(const RowEdits& edits) {
+  std::vector<ParameterValue> values;
+  for (const auto& [index, edit] : edits) values.push_back(edit);
+  return values;
+}
+
+// The columns of the set that the server fills and that are small enough to be read back with the insert.
+std::vector<std::size_t> columnsToReturn(const Shape& shape, const RowEdits& edits) {
+  std::vector<std::size_t> columns;
+  for (std::size_t i = 0; i < shape.columns.size(); ++i) {
+    const auto& column = shape.columns[i];
+    if (!column.base.empty() && !column.isLong() && !edits.contains(i)) columns.push_back(i);
+  }
+  return columns;
+}
+
+std::size_t identityColumn(const Shape& shape) {
+  const auto found =
+      std::find_if(shape.columns.begin(), shape.columns.end(), [](const Column& column) { return column.identity; });
+  return static_cast<std::size_t>(found - shape.columns.begin());
+}
+
+std::string insertText(const Shape& shape, const RowEdits& edits) {
+  if (edits.empty()) return "INSERT INTO " + shape.table + " DEFAULT VALUES";
+  std::string names;
+  std::string marks;
+  for (const auto& [index, edit] : edits) {
+    names += (names.empty() ? "" : ", ") + shape.columns[index].written;
+    marks += marks.empty() ? "?" : ", ?";
+  }
+  return "INSERT INTO " + shape.table + " (" + names + ") VALUES (" + marks + ")";
+}
+
+// The first value of the last rows: a trigger's own rows stand before them.
+Value firstValue(const BatchResult& result) {
+  if (result.rowSets.empty()) return Null{};
+  const auto& set = *result.rowSets.back();
+  return set.rows.rows() == 0 ? Value(Null{}) : toValue(set.rows, 0, 0, set.shape.columns[0]);
+}
+
+void storeIdentity(RowSet& set, std::size_t row, const Value& identity) {
+  const auto index = identityColumn(set.shape);
+  if (index == set.shape.columns.size() || identity.isNull()) return;
+  store(set.rows, row, index, assigned(identity, set.shape.columns[index]));
+}
+
+// One row's condition, and the values of its marks.
+struct Condition {
+  std::string text;
+  std::vector<ParameterValue> values;
+
+  void add(const Column& column, Value value) {
+    text += (text.empty() ? "" : " AND ") + column.written;
+    if (value.isNull()) {
+      text += " IS NULL";
+      return;
+    }
+    text += " = ?";
+    values.push_back({column, std::move(value), {}, false});
+  }
+};
+
+// Floating-point numbers and fractions of a second may differ between the column and what is sent for it.
+bool isComparable(const Column& column, const Value& value) {
+  if (column.base.empty() || column.isLong()) return false;
+  if (column.type == DataType::single || column.type == DataType::real) return false;
+  if (const auto* date = value.get<Date>()) return toCalendar(*date).millisecond == 0;
+  return !value.get<Bytes>();
+}
+
+std::int64_t changedRows(const Dialect& dialect, const BatchResult& result) {
+  if (!dialect.countsInBatch) return result.changed;
+  const auto count = firstValue(result);
+  return count.isNull() ? -1 : toInt64(count);
+}
+
+void updateOne(Session& session, const std::string& sql, const BatchOptions& options) {
+  const auto result = runBatch(session, sql, options);
+  if (changedRows(session.dialect(), result) == 1) return;
+  session.guarded(sql, [&] { throw rowIsGone(sql); });
+}
+
+}  // namespace
+
+std::vector<std::size_t> keyColumns(Session& session, const Shape& shape) {
+  const auto identity = identityColumn(shape);
+  if (identity < shape.columns.size()) return {identity};
+  std::vector<std::size_t> columns;
+  for (const auto& name : session.keyOf(shape.table)) {
+    const auto found = std::find_if(shape.columns.begin(), shape.columns.end(),
+                                    [&](const Column& column) { return rowset::sameName(column.base, name); });
+    if (found == shape.columns.end()) return {};
+    columns.push_back(static_cast<std::size_t>(found - shape.columns.begin()));
+  }
+  return columns;
+}
+
+std::size_t insertRow(Session& session, RowSet& set, const RowEdits& edits) {
+  const auto& dialect = session.dialect();
+  auto sql = insertText(set.shape, edits);
+  BatchOptions options;
+  options.parameters = valuesOf(edits);
+  const bool hasIdentity = identityColumn(set.shape) < set.shape.columns.size();
+  std::vector<std::size_t> returned;
+  if (dialect.identity == IdentityReading::scopeIdentity && hasIdentity) {
+    sql += "; SELECT CAST(SCOPE_IDENTITY() AS decimal(28,0))";
+  } else if (dialect.identity == IdentityReading::returning) {
+    returned = columnsToReturn(set.shape, edits);
+    for (const auto index : returned) {
+      sql += (index == returned.front() ? " RETURNING " : ", ") + set.shape.columns[index].written;
+    }
+  }
+  const auto result = runBatch(session, sql, options);
+  const auto row = set.rows.addRow();
+  storeEdits(set, row, edits);
+  if (!returned.empty() && !result.rowSets.empty() && result.rowSets.back()->rows.rows() > 0) {
+    const auto& back = *result.rowSets.back();
+    for (std::size_t i = 0; i < returned.size(); ++i) set.rows.set(row, returned[i], back.rows.cell(0, i));
+  } else if (hasIdentity && dialect.identity == IdentityReading::scopeIdentity) {
+    storeIdentity(set, row, firstValue(result));
+  } else if (hasIdentity && dialect.identity == IdentityReading::lastInsertRowId) {
+    storeIdentity(set, row, firstValue(runBatch(session, "SELECT last_insert_rowid()")));
+  }
+  return row;
+}
+
+void updateRow(Session& session, RowSet& set, std::size_t row, const RowEdits& edits) {
+  if (edits.empty()) return;
+  const auto& dialect = session.dialect();
+  std::string assignments;
+  for (const auto& [index, edit] : edits) {
+    assignments += (assignments.empty() ? "" : ", ") + set.shape.columns[index].written + " = ?";
+  }
+  const auto key = keyColumns(session, set.shape);
+  Condition condition;
+  for (std::size_t i = 0; i < set.shape.columns.size(); ++i) {
+    const auto& column = set.shape.columns[i];
+    auto value = toValue(set.rows, row, i, column);
+    const bool isPart = key.empty() ? isComparable(column, value) : std::find(key.begin(), key.end(), i) != key.end();
+    if (isPart) condition.add(column, std::move(value));
+  }
+  if (condition.text.empty())
+    throw AutomationError(AdoError::featureNotAvailable, std::string(rowset::recordsetSource));
+  auto sql = "UPDATE " + set.shape.table + " SET " + assignments + " WHERE " + condition.text;
+  if (dialect.countsInBatch) sql += "; SELECT @@ROWCOUNT";
+  BatchOptions options;
+  options.parameters = valuesOf(edits);
+  options.parameters.insert(options.parameters.end(), condition.values.begin(), condition.values.end());
+  // Without a key more than one row may be met; then none may stay changed.
+  const bool own = key.empty() && !session.inTransaction();
+  if (own) session.begin();
+  try {
+    updateOne(session, sql, options);
+    if (own) session.commit();
+  } catch (const AutomationError&) {
+    if (own) session.rollback();
+    throw;
+  }
+  storeEdits(set, row, edits);
+}
+
+}  // namespace tolvane::odbc
