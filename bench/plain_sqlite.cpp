@@ -20,8 +20,8 @@ int compareBytes(void*, int sizeA, const void* a, int sizeB, const void* b) {
 
 PlainStatement::PlainStatement(sqlite3* database, const char* sql) {
   sqlite3_stmt* statement = nullptr;
-  require(sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr) == SQLITE_OK,
-          sqlite3_errmsg(database));
+  const int result = sqlite3_prepare_v3(database, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+  require(result == SQLITE_OK, sqlite3_errmsg(database));
   statement_.reset(statement);
 }
 
@@ -76,7 +76,8 @@ PlainDatabase::PlainDatabase(const std::string& path) {
 }
 
 void PlainDatabase::execute(const char* sql) {
-  require(sqlite3_exec(database_.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK, sqlite3_errmsg(database_.get()));
+  const int result = sqlite3_exec(database_.get(), sql, nullptr, nullptr, nullptr);
+  require(result == SQLITE_OK, sqlite3_errmsg(database_.get()));
 }
 
 }  // namespace tolvane::bench

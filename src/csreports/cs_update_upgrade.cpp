@@ -101,9 +101,10 @@ void CsUpdate::convertItems(Call& call, const Conversion& conversion) {
       call.openKeyset(sql("Select FItemNum From t_Rpt_CsRptItem Where FRptGroupID=", conversion.oldGroupID));
   const std::int32_t count = items->recordCount();
   if (count < 1) return;
-  // Never read and never written through: the values go in by statement. An account set without the table fails here,
-  // before the first of them.
-  const auto values = call.openKeyset("Select * From t_CsRptItemData");
+  // Never read and never written through, since the values go in by statement: an account set without the table fails
+  // here, before the first of them. Let go at once, because a record set that stays open on a table that statements
+  // write to has to be read whole before the first of them.
+  (void)call.openKeyset("Select * From t_CsRptItemData");
   items->moveFirst();
   for (std::int32_t i = 0; i < count; ++i) {
     convertItemValues(call, conversion, toText(items->value("FItemNum")));

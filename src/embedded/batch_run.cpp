@@ -1,6 +1,7 @@
 #include "embedded/batch_run.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "embedded/errors.h"
@@ -16,6 +17,8 @@ using tsql::Datum;
 using tsql::Result;
 
 constexpr int userError = 50000;
+// A loop that selects would otherwise fill the memory with results that nobody can read any more.
+constexpr std::size_t resultBound = 10'000;
 constexpr int highestMessageSeverity = 10;
 
 bool sameType(const tsql::Type& a, const tsql::Type& b) {
@@ -79,7 +82,10 @@ class BatchRun {
   void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
   void runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step);
   void runTransaction(const tsql::TransactionStep& step);
-  void runDeferred(CompiledProgram& program, const tsql::DeferredStep& step);
+  void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
+  void runDeferred(CompiledProgram& program, std::size_t index, const tsql::DeferredStep& step);
+  void jumpTo(int target);
+  void forget(const CompiledProgram* program);
   [[nodiscard]] bool holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step);
 
   [[nodiscard]] Lease bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
@@ -98,7 +104,11 @@ class BatchRun {
   tsql::CompileOptions options_;
   tsql::ShapedBatch batch_;
   std::shared_ptr<CompiledProgram> compiled_;
-  std::vector<std::shared_ptr<CompiledProgram>> deferred_;  // kept while their rows may be read
+  // What deferred steps became, by the program that they stand in and their place there.
+  std::map<std::pair<const CompiledProgram*, std::size_t>, std::shared_ptr<CompiledProgram>> deferred_;
+  std::shared_ptr<CompiledProgram> owner_;    // of the step that runs
+  int leaving_ = 0;                           // breakOuter or continueOuter on its way out of deferred steps
+  const std::vector<Result>* row_ = nullptr;  // that AssignStep::forRow is run for
   std::vector<Result> variables_;
   std::optional<tsql::SqlError> firstError_;
   BatchResult result_;
@@ -198,10 +208,12 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
     settleResults();
     session_->beginStatement();
     try {
+      owner_ = program;
       runStep(*program, index);
     } catch (const SchemaChanged&) {
       if (!changed_) throw;
       compileRest(program);
+      owner_ = program;
       runStep(*program, index);
     }
     changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
@@ -210,10 +222,11 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
   } catch (const tsql::SqlError& error) {
     handle(error);
   } catch (const ConstraintFailure& failure) {
-    if (std::holds_alternative<tsql::DdlStep>(body)) {
+    if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
       return handle(tsql::SqlError(1505, 16,
-                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found: " +
-                                       std::string(failure.what()) + "."));
+                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for "
+                                   "the object name '" +
+                                       ddl->table + "' and the index name '" + ddl->index + "'."));
     }
     const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
     const std::string_view verb = !execute                                           ? "INSERT"
@@ -242,7 +255,7 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
   } else if (const auto* unless = std::get_if<tsql::JumpUnlessStep>(&body)) {
     if (!holds(program, index, *unless)) next_ = static_cast<std::size_t>(unless->target);
   } else if (const auto* jump = std::get_if<tsql::JumpStep>(&body)) {
-    next_ = static_cast<std::size_t>(jump->target);
+    jumpTo(jump->target);
   } else if (const auto* assign = std::get_if<tsql::AssignStep>(&body)) {
     runAssign(program, index, *assign);
   } else if (const auto* print = std::get_if<tsql::PrintStep>(&body)) {
@@ -254,7 +267,7 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
     runRaise(program, index, *raised);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
-    runDeferred(program, *later);
+    runDeferred(program, index, *later);
   }
   // What is left are options, which need nothing done: row counts are not results here, with NOCOUNT or without.
 }
@@ -268,9 +281,11 @@ void BatchRun::settleResults() {
 }
 
 void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step) {
-  std::shared_ptr<CompiledProgram> owner = &program == compiled_.get() ? compiled_ : deferred_.back();
+  if (result_.rowSets.size() == resultBound) {
+    throw tsql::SqlError(701, 17, "There is insufficient system memory to run this query.");
+  }
   auto query = boundQuery(program, index, step);
-  query.program = owner;
+  query.program = owner_;
   auto rows = std::make_shared<RowSet>(session_, std::move(query), sql_);
   rows->readFirst();
   result_.rowSets.push_back(std::move(rows));
@@ -291,7 +306,7 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
     }
   };
   // Alone and outside a transaction SQLite itself makes a statement whole or not at all.
-  if (step.statements.size() == 1 && !database.inTransaction()) {
+  if (step.oneRow || (step.statements.size() == 1 && !database.inTransaction())) {
     work();
   } else {
     session_->atomically(work);
@@ -320,7 +335,38 @@ bool BatchRun::holds(CompiledProgram& program, std::size_t index, const tsql::Ju
   return session_->database().step(statement.get()) && sqlite3_column_int(statement.get(), 0) == 1;
 }
 
+void BatchRun::jumpTo(int target) {
+  if (target >= 0) {
+    next_ = static_cast<std::size_t>(target);
+  } else if (target == tsql::JumpStep::endOfBatch) {
+    ended_ = true;
+  } else {
+    leaving_ = target;
+    next_ = static_cast<std::size_t>(-1);
+  }
+}
+
+void BatchRun::runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step) {
+  const auto& pools = program.steps[index].pools;
+  const auto query = bound(pools.front(), step.query.statement, SQLITE_STATIC);
+  std::vector<Result> row(step.query.columns.size());
+  row_ = &row;
+  std::int64_t rows = 0;
+  while (session_->database().step(query.get())) {
+    ++rows;
+    for (std::size_t i = 0; i < row.size(); ++i) row[i] = columnResult(query.get(), static_cast<int>(i));
+    for (std::size_t i = 0; i < step.slots.size(); ++i) {
+      const auto value = bound(pools[i + 1], step.forRow[i], SQLITE_TRANSIENT);
+      if (!session_->database().step(value.get())) continue;
+      variables_[static_cast<std::size_t>(step.slots[i])] = columnResult(value.get(), 0);
+    }
+  }
+  row_ = nullptr;
+  session_->setRowCount(rows);
+}
+
 void BatchRun::runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step) {
+  if (!step.forRow.empty()) return runRowByRow(program, index, step);
   const auto statement = bound(program.steps[index].pools.front(), step.query.statement, SQLITE_STATIC);
   std::vector<Result> last;
   std::int64_t rows = 0;
@@ -365,13 +411,28 @@ void BatchRun::runTransaction(const tsql::TransactionStep& step) {
   }
 }
 
-void BatchRun::runDeferred(CompiledProgram& program, const tsql::DeferredStep& step) {
+void BatchRun::forget(const CompiledProgram* program) {
+  for (auto i = deferred_.lower_bound({program, 0}); i != deferred_.end() && i->first.first == program;) {
+    const auto inner = i->second;
+    i = deferred_.erase(i);
+    forget(inner.get());
+    i = deferred_.lower_bound({program, 0});
+  }
+}
+
+void BatchRun::runDeferred(CompiledProgram& program, std::size_t index, const tsql::DeferredStep& step) {
   auto& catalogue = session_->catalogue();
   catalogue.refresh();
-  deferred_.push_back(std::make_shared<CompiledProgram>(
-      tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version()));
-  const auto current = deferred_.back();
+  auto current = deferred_[{&program, index}];
+  if (!current || current->catalogueVersion != catalogue.version()) {
+    if (current) forget(current.get());
+    current = std::make_shared<CompiledProgram>(
+        tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version());
+    deferred_[{&program, index}] = current;
+  }
   runSteps(current);
+  const int leaving = std::exchange(leaving_, 0);
+  if (leaving != 0) jumpTo(leaving == tsql::JumpStep::breakOuter ? step.breakTo : step.continueTo);
 }
 
 Lease BatchRun::bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
@@ -387,6 +448,10 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
   using Source = tsql::Parameter::Source;
   const auto index = static_cast<std::size_t>(parameter.index);
   const auto bindValue = [&](const Datum& value, sqlite3_destructor_type life) {
+    if (!parameter.column.empty()) {
+      const auto assigned = tsql::assign(value, parameter.from, parameter.to, parameter.column, accountSetCollation());
+      return bindDatum(statement, position, assigned.datum(), SQLITE_TRANSIENT);
+    }
     if (sameType(parameter.from, parameter.to)) return bindDatum(statement, position, value, life);
     const auto converted = tsql::convert(value, parameter.from, parameter.to, std::nullopt, accountSetCollation());
     bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
@@ -410,6 +475,8 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
       if (!identity) return bindValue(Datum(), lifetime);
       return bindValue(Datum(std::to_string(*identity)), SQLITE_TRANSIENT);
     }
+    case Source::RowColumn:
+      return bindValue((*row_)[index].datum(), SQLITE_TRANSIENT);
     case Source::Fetch:
       return bindValue(Datum(-1), lifetime);  // no cursor has been read from
   }

@@ -128,12 +128,13 @@ void Database::configure() {
       },
       this);
   // A prepared statement whose tables somebody else has changed would silently be prepared again from its SQLite text.
-  // That text was made for the old tables; refusing the new preparation lets the batch be compiled again instead.
+  // That text was made for the old tables; refusing the new preparation lets the batch be compiled again instead. The
+  // tables of columns ask a pragma while they are read; that is no new preparation of theirs.
   sqlite3_set_authorizer(
       db,
-      [](void* context, int, const char*, const char*, const char*, const char*) -> int {
+      [](void* context, int action, const char*, const char*, const char*, const char*) -> int {
         auto& self = *static_cast<Database*>(context);
-        if (!self.stepping_) return SQLITE_OK;
+        if (!self.stepping_ || action == SQLITE_PRAGMA) return SQLITE_OK;
         self.schemaChanged_ = true;
         return SQLITE_DENY;
       },
@@ -251,6 +252,7 @@ void Database::checkDeadline() const {
 }
 
 void Database::setDeadline(Deadline deadline) {
+  if (deadline == deadline_) return;
   deadline_ = deadline;
   const auto look = [](void* context) -> int {
     auto& self = *static_cast<Database*>(context);

@@ -98,6 +98,7 @@ class Database {
   void setFunctionError(tsql::SqlError error) { functionError_ = std::move(error); }
 
   void setDeadline(Deadline deadline);
+  [[nodiscard]] const Deadline& deadline() const { return deadline_; }
   /// Raises when it is over: for loops whose statements are all short.
   void checkDeadline() const;
   [[nodiscard]] bool inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }

@@ -7,6 +7,7 @@
 #include "embedded/embedded_recordset.h"
 #include "embedded/errors.h"
 #include "embedded/source_text.h"
+#include "embedded/time_limit.h"
 #include "embedded/values.h"
 
 namespace tolvane::embedded {
@@ -23,20 +24,6 @@ PlaceholderValue placeholderOf(const Parameter& parameter) {
   }
   return placeholder;
 }
-
-// Ends a command's limit of time with the command, however it ends.
-class TimeLimit {
- public:
-  TimeLimit(Database& database, std::int32_t seconds) : database_(database) {
-    if (seconds > 0) database_.setDeadline(std::chrono::steady_clock::now() + std::chrono::seconds(seconds));
-  }
-  TimeLimit(const TimeLimit&) = delete;
-  TimeLimit& operator=(const TimeLimit&) = delete;
-  ~TimeLimit() { database_.setDeadline(std::nullopt); }
-
- private:
-  Database& database_;
-};
 
 }  // namespace
 
@@ -57,7 +44,7 @@ std::shared_ptr<Recordset> EmbeddedCommand::execute() {
   }
   std::vector<PlaceholderValue> placeholders;
   for (const auto& parameter : parameters_) placeholders.push_back(placeholderOf(parameter));
-  const TimeLimit limit(session_->database(), timeout_);
+  const TimeLimit limit(session_->database(), std::chrono::seconds(timeout_));
   const auto sql =
       statementOf(text_, type_ == CommandType::table ? static_cast<std::int32_t>(type_) : unspecifiedOptions,
                   session_->catalogue());

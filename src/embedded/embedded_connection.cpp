@@ -4,11 +4,15 @@
 #include "embedded/embedded_command.h"
 #include "embedded/embedded_recordset.h"
 #include "embedded/errors.h"
+#include "embedded/time_limit.h"
 
 namespace tolvane::embedded {
 namespace {
 
 constexpr std::int32_t noRecords = 128;
+
+// ADO's own limit for a connection that was given none.
+constexpr std::chrono::seconds defaultTimeout{30};
 
 template <typename Work>
 void translated(Session& session, std::string_view what, Work&& work) {
@@ -26,6 +30,7 @@ void translated(Session& session, std::string_view what, Work&& work) {
 }  // namespace
 
 std::shared_ptr<Recordset> EmbeddedConnection::execute(const std::string& sql, std::int32_t options) {
+  const TimeLimit limit(session_->database(), defaultTimeout);
   auto result = runBatch(session_, sql, {}, FirstRead::now);
   const bool discarded = options != unspecifiedOptions && (options & noRecords) != 0;
   if (discarded) return nullptr;

@@ -18,9 +18,11 @@ namespace {
   throw AutomationError(error, std::string(source));
 }
 
-// The bytes of a document given as bytes or as an array of byte values; nothing when it is neither.
+// The bytes of a document given as bytes, as an array of byte values or as an empty text, which has none; nothing when
+// it is none of these.
 std::optional<Bytes> bytesOf(const Value& value) {
   if (const auto* bytes = value.get<Bytes>()) return *bytes;
+  if (const auto* text = value.get<std::string>(); text && text->empty()) return Bytes();
   const auto* array = value.array();
   if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) return std::nullopt;
   std::vector<std::uint8_t> bytes;

@@ -8,6 +8,7 @@
 
 #include "embedded/icu_collation.h"
 #include "rowset/decimal_order.h"
+#include "tsql/unique_identifier_order.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -131,6 +132,10 @@ int compareDecimals(void*, int leftSize, const void* left, int rightSize, const 
   return rowset::compareDecimalTexts(view(leftSize, left), view(rightSize, right));
 }
 
+int compareIdentifiers(void*, int leftSize, const void* left, int rightSize, const void* right) {
+  return tsql::compareUniqueIdentifiers(view(leftSize, left), view(rightSize, right));
+}
+
 void check(Database& database, int code) {
   if (code != SQLITE_OK) database.fail(code);
 }
@@ -155,6 +160,7 @@ FunctionBridge::FunctionBridge(Database& database, tsql::Session& session) : dat
                                                finishAggregate, nullptr));
   }
   check(database, sqlite3_create_collation_v2(db, "TSQL", SQLITE_UTF8, nullptr, compareTexts, nullptr));
+  check(database, sqlite3_create_collation_v2(db, "TSQL_GUID", SQLITE_UTF8, nullptr, compareIdentifiers, nullptr));
   check(database, sqlite3_create_collation_v2(db, "TSQL_DECIMAL", SQLITE_UTF8, nullptr, compareDecimals, nullptr));
 }
 

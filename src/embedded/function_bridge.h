@@ -12,7 +12,7 @@ namespace tolvane::embedded {
 /// What the functions of one connection call back into. Must outlive the connection's statements.
 class FunctionBridge {
  public:
-  /// Registers everything that tsql::registry() has, and the collations TSQL and TSQL_DECIMAL.
+  /// Registers everything that tsql::registry() has, and the collations TSQL, TSQL_DECIMAL and TSQL_GUID.
   FunctionBridge(Database& database, tsql::Session& session);
   FunctionBridge(const FunctionBridge&) = delete;
   FunctionBridge& operator=(const FunctionBridge&) = delete;

@@ -58,6 +58,7 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
     takeQuery(jump->condition);
   } else if (const auto* assign = std::get_if<tsql::AssignStep>(&body)) {
     takeQuery(assign->query);
+    takeAll(assign->forRow);
   } else if (const auto* print = std::get_if<tsql::PrintStep>(&body)) {
     takeQuery(print->query);
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {

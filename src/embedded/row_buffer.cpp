@@ -43,6 +43,11 @@ void RowBuffer::set(std::size_t row, std::size_t column, const Bytes& document) 
   documents_.insert_or_assign(place, document);
 }
 
+void RowBuffer::letGo(std::size_t row, std::size_t column) {
+  const auto place = row * columns_ + column;
+  if (documents_.erase(place) > 0) cells_[place].kind = Cell::Kind::unread;
+}
+
 Bytes RowBuffer::document(std::size_t row, std::size_t column) const {
   const auto found = documents_.find(row * columns_ + column);
   return found != documents_.end() ? found->second : copied(cell(row, column).bytes());

@@ -27,6 +27,8 @@ class RowBuffer {
   void set(std::size_t row, std::size_t column, const Cell& cell);
   /// Keeps the bytes themselves.
   void set(std::size_t row, std::size_t column, const Bytes& document);
+  /// Gives a document back that is kept as one Bytes; its cell is unread then. Other cells stay.
+  void letGo(std::size_t row, std::size_t column);
 
   [[nodiscard]] const Cell& cell(std::size_t row, std::size_t column) const { return cells_[row * columns_ + column]; }
   /// The document that a cell of kind bytes shows, or one that is made of it.

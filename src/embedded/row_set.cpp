@@ -169,6 +169,17 @@ void RowSet::readLong(std::size_t row, std::size_t column) {
   });
 }
 
+// A record set that walks through a table of documents holds one row of them at a time.
+void RowSet::setCurrent(std::size_t row) {
+  if (row == current_) return;
+  if (session_ && shape_->hasLong && current_ != noRow && current_ < buffer_.rows()) {
+    for (std::size_t i = 0; i < buffer_.columns(); ++i) {
+      if (shape_->columns[i].type.isLong()) buffer_.letGo(current_, i);
+    }
+  }
+  current_ = row;
+}
+
 std::string RowSet::rowText() const {
   std::string text = "SELECT ";
   for (const auto& column : shape_->columns) {

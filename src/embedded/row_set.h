@@ -62,8 +62,9 @@ class RowSet final : public OpenReader {
   /// Reads the rows that stand before the own ones, if that is still to be done; gives how many there are.
   std::size_t readBeforeOwn();
 
-  /// The row whose documents must survive a change of its table.
-  void setCurrent(std::size_t row) { current_ = row; }
+  /// The row whose documents must survive a change of its table. Those of the row that was current before are let go;
+  /// they are read again when they are asked for.
+  void setCurrent(std::size_t row);
 
   /// Reads everything, documents too, and lets go of the connection.
   void detach();

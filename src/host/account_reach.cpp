@@ -50,7 +50,8 @@ class Path {
   template <typename Action>
   bool step(std::string name, Action action) {
     try {
-      steps_.push_back({std::move(name), true, action()});
+      std::string found = action();
+      steps_.push_back({std::move(name), true, std::move(found)});
       return true;
     } catch (...) {
       steps_.push_back({std::move(name), false, toAutomationError(std::current_exception()).description()});
@@ -74,7 +75,9 @@ DataSourceName dataSourceOf(const PropertyBag& configuration) {
   std::string text;
   for (const auto& [key, value] : pairsOf(configuration)) text += key + "=" + braced(value) + ";";
   const DataSourceName columns = DataSourceName::parse(text);
-  for (const auto& [key, value] : DataSourceName::parse(textOf(configuration, "FPropsString")).pairs()) {
+  const std::string given = textOf(configuration, "FPropsString");
+  const DataSourceName properties = trim(given).empty() ? DataSourceName() : DataSourceName::parse(given);
+  for (const auto& [key, value] : properties.pairs()) {
     if (!columns.has(key)) text += key + "=" + braced(value) + ";";
   }
   return DataSourceName::parse(text);

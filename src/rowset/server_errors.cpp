@@ -19,6 +19,7 @@ constexpr std::array numberRows{
     NumberRow{3701, oledb::noTable, "42S02"},
     NumberRow{4902, oledb::noTable, "42S02"},
     NumberRow{1088, oledb::noTable, "42S02"},
+    NumberRow{4701, oledb::noTable, "42S02"},
     NumberRow{207, oledb::errorsInCommand, "42S22"},
     NumberRow{2627, oledb::integrityViolation, "23000"},
     NumberRow{2601, oledb::integrityViolation, "23000"},

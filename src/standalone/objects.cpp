@@ -7,6 +7,9 @@
 namespace tolvane::standalone {
 namespace {
 
+// As many as a row of the report lists has columns: most bags are made once and never grow.
+constexpr std::size_t usualEntries = 12;
+
 char lower(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
 }
@@ -52,6 +55,7 @@ void Dictionary::set(std::string_view key, Value value) {
   if (found != entries_.end()) {
     found->second = std::move(value);
   } else {
+    if (entries_.empty()) entries_.reserve(usualEntries);
     entries_.emplace_back(std::string(key), std::move(value));
   }
 }

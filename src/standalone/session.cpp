@@ -1,5 +1,7 @@
 #include "standalone/session.h"
 
+#include <algorithm>
+
 #include "standalone/call.h"
 
 namespace tolvane::standalone {
@@ -10,10 +12,20 @@ OpenSource Session::open(const std::string& dsn) {
   const std::string key = connectionKey(name);
   if (call_) source.connection = call_->opened(key);
   if (!source.connection) source.connection = connect(engines_, name);
-  requireUser(*source.connection, name, source.identity.userID);
+  if (!isKnown(source)) {
+    requireUser(*source.connection, name, source.identity.userID);
+    known_.push_back({source.connection, source.identity.userID});
+  }
   if (call_) call_->take(key, source.connection);
   current_ = source;
   return source;
+}
+
+bool Session::isKnown(const OpenSource& source) {
+  std::erase_if(known_, [](const KnownUser& known) { return known.connection.expired(); });
+  return std::any_of(known_.begin(), known_.end(), [&](const KnownUser& known) {
+    return known.userID == source.identity.userID && known.connection.lock() == source.connection;
+  });
 }
 
 }  // namespace tolvane::standalone

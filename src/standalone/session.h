@@ -1,8 +1,10 @@
 // What the suite's objects of one thread share: the engines, the data source in use, and the call that is under way.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "standalone/data_sources.h"
 
@@ -33,8 +35,16 @@ class Session {
 
  private:
   friend class Call;
+  /// A user who was found in the account set of a connection: asked once a connection, not once a call.
+  struct KnownUser {
+    std::weak_ptr<EngineConnection> connection;
+    std::int32_t userID = 0;
+  };
+  [[nodiscard]] bool isKnown(const OpenSource& source);
+
   Engines engines_;
   OpenSource current_;
+  std::vector<KnownUser> known_;
   Call* call_ = nullptr;
 };
 

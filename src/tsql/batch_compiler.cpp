@@ -42,6 +42,17 @@ bool namesTables(StatementKind kind) {
   }
 }
 
+// Statements that define name a missing table in words of their own.
+SqlError noObject(StatementKind kind, const std::string& name) {
+  int number = 0;
+  if (kind == StatementKind::Truncate) number = 4701;
+  if (kind == StatementKind::AlterAdd || kind == StatementKind::AlterDropColumn) number = 4902;
+  if (kind == StatementKind::CreateIndex) number = 1088;
+  if (number == 0) return SqlError(Message::InvalidObject, {name});
+  return {number, 16,
+          "Cannot find the object \"" + name + "\" because it does not exist or you do not have permissions."};
+}
+
 bool usesVariable(const tree::Expression& expression, const std::string& name) {
   if (expression.kind == tree::ExpressionKind::Variable && sameName(expression.name, name)) return true;
   const auto uses = [&](const tree::ExpressionPtr& part) { return part && usesVariable(*part, name); };
@@ -67,7 +78,8 @@ void BatchCompiler::compileAll(const std::vector<tree::StatementPtr>& statements
   for (const auto& node : statements) statement(*node, false);
 }
 
-void BatchCompiler::compileReached(const StatementNode& node) {
+void BatchCompiler::compileReached(const StatementNode& node, bool insideLoop) {
+  insideLoop_ = insideLoop;
   statement(node, true);
 }
 
@@ -78,13 +90,21 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   const auto defer = [&] {
     program_.steps.resize(steps);
     program_.returnsRows = program_.returnsRows || node.kind == StatementKind::Select || node.kind == StatementKind::If;
-    add(node, DeferredStep{node.token, node.endToken});
+    DeferredStep later{node.token, node.endToken};
+    if (!loops_.empty()) {
+      later.continueTo = loops_.back().begin;
+      loops_.back().breaks.push_back(next());
+    } else if (insideLoop_) {
+      later.breakTo = JumpStep::breakOuter;
+      later.continueTo = JumpStep::continueOuter;
+    }
+    add(node, later);
   };
   if (definitionsSeen_ && !reached && namesTables(node.kind)) return defer();
   try {
     dispatch(node);
   } catch (const UnknownTable& unknown) {
-    if (reached) throw SqlError(Message::InvalidObject, {unknown.name}).at(lineOf(batch_, unknown.token));
+    if (reached) throw noObject(node.kind, unknown.name).at(lineOf(batch_, unknown.token));
     defer();
   } catch (SqlError& failure) {
     if (failure.line() == 0) failure.at(lineOf(batch_, node.token));
@@ -93,8 +113,20 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   if (defines(node)) definitionsSeen_ = true;
 }
 
+int BatchCompiler::lineAt(int token) {
+  const auto begin = static_cast<std::size_t>(batch_.tokens[static_cast<std::size_t>(token)].begin);
+  if (begin < countedTo_) {
+    countedTo_ = 0;
+    line_ = 1;
+  }
+  const std::string_view passed = std::string_view(batch_.text).substr(countedTo_, begin - countedTo_);
+  line_ += static_cast<int>(std::count(passed.begin(), passed.end(), '\n'));
+  countedTo_ = begin;
+  return line_;
+}
+
 int BatchCompiler::add(const StatementNode& node, StepBody body) {
-  program_.steps.push_back({lineOf(batch_, node.token), std::move(body)});
+  program_.steps.push_back({lineAt(node.token), std::move(body)});
   return next() - 1;
 }
 
@@ -102,6 +134,7 @@ void BatchCompiler::sendTo(int step, int target) {
   auto& body = program_.steps[static_cast<std::size_t>(step)].body;
   if (auto* jump = std::get_if<JumpStep>(&body)) jump->target = target;
   if (auto* jump = std::get_if<JumpUnlessStep>(&body)) jump->target = target;
+  if (auto* later = std::get_if<DeferredStep>(&body)) later->breakTo = target;
 }
 
 // What depends on the catalogue only fails when the statement is reached: it may stand behind an IF that keeps it from
@@ -150,7 +183,7 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Continue:
       return leaveLoop(node);
     case StatementKind::Return:
-      add(node, JumpStep{-1});
+      add(node, JumpStep{JumpStep::endOfBatch});
       return;
     case StatementKind::Declare:
       return declare(node);
@@ -219,6 +252,10 @@ void BatchCompiler::loop(const StatementNode& node) {
 
 void BatchCompiler::leaveLoop(const StatementNode& node) {
   const bool leaves = node.kind == StatementKind::Break;
+  if (loops_.empty() && insideLoop_) {
+    add(node, JumpStep{leaves ? JumpStep::breakOuter : JumpStep::continueOuter});
+    return;
+  }
   if (loops_.empty()) {
     throw SqlError(leaves ? 135 : 136, 15,
                    std::string("Cannot use a ") + (leaves ? "BREAK" : "CONTINUE") +
@@ -266,6 +303,7 @@ void BatchCompiler::select(const StatementNode& node) {
 
 void BatchCompiler::selectVariables(const StatementNode& node, const tree::Select& select) {
   AssignStep step;
+  bool grows = false;
   for (const auto& item : select.items) {
     if (item.variable.empty()) {
       throw SqlError(
@@ -274,10 +312,11 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
           .at(lineOf(batch_, item.token));
     }
     step.slots.push_back(writer_.variableSlot(item.variable, item.token));
-    if (!select.from.empty() && usesVariable(*item.expression, item.variable)) {
-      throw notSupported(batch_, item.token, "a variable that grows from row to row");
-    }
+    if (select.from.empty()) continue;
+    const auto uses = [&](const auto& other) { return usesVariable(*other.expression, item.variable); };
+    grows = grows || std::ranges::any_of(select.items, uses);
   }
+  if (grows) return selectRowByRow(node, std::move(step));
   BoundQuery query = writer_.bind(*node.query, nullptr, false);
   for (std::size_t i = 0; i < step.slots.size(); ++i) {
     const Type& type = program_.variables[static_cast<std::size_t>(step.slots[i])].type;
@@ -286,6 +325,18 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
     step.query.columns.push_back({"", type, "", "", false});
   }
   step.query.statement = writer_.finish(writer_.render(query, false));
+  add(node, std::move(step));
+}
+
+void BatchCompiler::selectRowByRow(const StatementNode& node, AssignStep step) {
+  const auto& items = node.query->body->select->items;
+  Scope scope;
+  step.query = writer_.bindRows(*node.query, scope);
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const Type& type = program_.variables[static_cast<std::size_t>(step.slots[i])].type;
+    Typed value = writer_.convert(writer_.expression(*items[i].expression, &scope), type, Writer::When::Late);
+    step.forRow.push_back(writer_.finish("SELECT " + value.sql));
+  }
   add(node, std::move(step));
 }
 
@@ -319,7 +370,7 @@ Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const Comp
   compiler.compileAll(statements);
   auto& structural = program.structuralLiterals;
   std::ranges::sort(structural);
-  structural.erase(std::ranges::unique(structural).begin(), structural.end());
+  structural.erase(std::unique(structural.begin(), structural.end()), structural.end());
   return program;
 }
 
@@ -331,7 +382,7 @@ Program compileDeferred(const ShapedBatch& batch, const Program& program, const 
   Parser parser(batch, result.structuralLiterals);
   const auto statement = parser.parseStatementAt(step.firstToken);
   BatchCompiler compiler(batch, catalogue, result, options);
-  compiler.compileReached(*statement);
+  compiler.compileReached(*statement, step.breakTo != DeferredStep::noLoop);
   return result;
 }
 

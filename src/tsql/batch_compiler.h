@@ -18,7 +18,7 @@ class BatchCompiler {
   void declareVariables(const std::vector<tree::StatementPtr>& statements);
   void compileAll(const std::vector<tree::StatementPtr>& statements);
   // One statement whose tables must be there now.
-  void compileReached(const tree::StatementNode& statement);
+  void compileReached(const tree::StatementNode& statement, bool insideLoop);
 
  private:
   struct Loop {
@@ -28,6 +28,8 @@ class BatchCompiler {
 
   void statement(const tree::StatementNode& node, bool reached);
   void dispatch(const tree::StatementNode& node);
+  /// Steps mostly come in the order of the text, so the lines are counted on from the last one.
+  int lineAt(int token);
   int add(const tree::StatementNode& node, StepBody body);
   int next() const { return static_cast<int>(program_.steps.size()); }
   void sendTo(int step, int target);
@@ -43,6 +45,7 @@ class BatchCompiler {
                       const std::string& operation);
   void select(const tree::StatementNode& node);
   void selectVariables(const tree::StatementNode& node, const tree::Select& select);
+  void selectRowByRow(const tree::StatementNode& node, AssignStep step);
   void print(const tree::StatementNode& node);
   void raise(const tree::StatementNode& node);
   int conditionStep(const tree::StatementNode& node, const tree::Expression& condition);
@@ -81,6 +84,7 @@ class BatchCompiler {
   void dropIndex(const tree::StatementNode& node);
   std::string defaultText(const tree::Expression& value, const Column& column, bool& constant);
   std::string checkText(const tree::Expression& condition, const Table& table);
+  void checkReferenced(const tree::Constraint& constraint, const Table& target) const;
   std::string foreignKeyText(const tree::Constraint& constraint, const Table& table);
   std::string nullIndex(const std::string& name, const Table& table, const std::vector<int>& columns) const;
   std::vector<int> ordinals(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
@@ -91,8 +95,11 @@ class BatchCompiler {
   const Catalogue& catalogue_;
   Program& program_;
   Writer writer_;
+  std::size_t countedTo_ = 0;  // so far the text has line_ - 1 line ends
+  int line_ = 1;
   std::vector<Loop> loops_;
   std::set<std::string> identityInsert_;  // tables with SET IDENTITY_INSERT ON, folded
+  bool insideLoop_ = false;               // the statement stands in a loop that is compiled already
   bool definitionsSeen_ = false;          // the catalogue may have changed since the batch was compiled
 };
 

@@ -69,7 +69,7 @@ std::string BatchCompiler::insertValues(const tree::Select& select, const Table&
       if (value.kind == tree::ExpressionKind::Default) {
         text += column.defaultText.empty() ? "NULL" : "(" + column.defaultText + ")";
       } else {
-        text += writer_.assign(writer_.expression(value, nullptr), table, column);
+        text += writer_.assignInserted(writer_.expression(value, nullptr), table, column);
       }
     }
     text += ')';
@@ -112,6 +112,7 @@ void BatchCompiler::insert(const StatementNode& node) {
     if (select && !select->values.empty()) {
       for (const auto& row : select->values) checkCount(node, row.size(), columns.size());
       text += insertValues(*select, table, columns);
+      step.oneRow = select->values.size() == 1;
     } else {
       const BoundQuery probe = writer_.bind(*node.query, nullptr, false);
       checkCount(node, probe.outputs.size(), columns.size());
@@ -214,7 +215,7 @@ void BatchCompiler::update(const StatementNode& node) {
       return index.unique && std::ranges::find(index.columns, ordinal) != index.columns.end();
     });
     keys = keys || (unique && value.parameter < 0);
-    values.push_back(writer_.assign(value, table, column));
+    values.push_back(writer_.assign(value, table, column, "UPDATE"));
   }
   std::string where;
   if (node.where) where = " WHERE " + writer_.condition(*node.where, &scope);

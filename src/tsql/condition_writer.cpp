@@ -70,10 +70,11 @@ std::string Writer::condition(const Expression& expression, Scope* scope) {
         type = commonType(type, values.back().type);
       }
       std::string text =
-          "(" + convert(values[0], type).sql + collation(type) + (expression.negated ? " NOT IN (" : " IN (");
+          "(" + compared(convert(values[0], type).sql, type) + (expression.negated ? " NOT IN (" : " IN (");
       for (std::size_t i = 1; i < values.size(); ++i) {
         if (i > 1) text += ',';
-        text += convert(values[i], type).sql;
+        const std::string value = convert(values[i], type).sql;
+        text += type.isBinary() ? compared(value, type) : value;
       }
       return text + "))";
     }
@@ -113,7 +114,8 @@ std::string Writer::compare(std::string_view op, Typed left, Typed right, int to
   const Type type = commonType(left.type, right.type);
   left = convert(std::move(left), type);
   right = convert(std::move(right), type);
-  return "(" + left.sql + collation(type) + std::string(op) + right.sql + ")";
+  const std::string other = type.isBinary() ? compared(right.sql, type) : right.sql;
+  return "(" + compared(left.sql, type) + std::string(op) + other + ")";
 }
 
 std::string Writer::inQuery(const Expression& expression, Scope* scope) {

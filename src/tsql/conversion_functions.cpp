@@ -28,7 +28,15 @@ Result convertCall(Call& call) {
 // value, packed from, packed to, 'table.column'.
 Result assignCall(Call& call) {
   return assign(call.args[0], Type::unpack(call.args[1].integer()), Type::unpack(call.args[2].integer()),
-                call.args[3].text(), call.collation);
+                call.args[3].text(), call.collation, call.args.size() > 4 ? call.args[4].text() : "INSERT");
+}
+
+Result bytes(Call& call) {
+  if (call.args[0].isNull()) return {};
+  const BytesView all = call.args[0].blob();
+  std::size_t size = all.size();
+  while (size > 0 && all[size - 1] == std::byte{0}) --size;
+  return Bytes(all.begin(), all.begin() + static_cast<std::ptrdiff_t>(size));
 }
 
 // text, pattern, escape or null, 1 for unicode text.
@@ -122,9 +130,8 @@ Result declaredType(Call& call) {
 }
 
 constexpr std::array functions{
-    Function{"ts_convert", 3, 4, true, convertCall},
-    Function{"ts_assign", 4, 4, true, assignCall},
-    Function{"ts_like", 4, 4, true, like},
+    Function{"ts_convert", 3, 4, true, convertCall},        Function{"ts_bytes", 1, 1, true, bytes},
+    Function{"ts_assign", 4, 5, true, assignCall},          Function{"ts_like", 4, 4, true, like},
     Function{"ts_declared_type", 2, 2, true, declaredType},
 };
 

@@ -316,14 +316,14 @@ Result convert(const Datum& value, const Type& from, const Type& to, std::option
   return Result(value);
 }
 
-Result assign(const Datum& value, const Type& from, const Type& to, std::string_view column,
-              const Collation& collation) {
+Result assign(const Datum& value, const Type& from, const Type& to, std::string_view column, const Collation& collation,
+              std::string_view verb) {
   if (value.isNull()) {
     if (to.nullable) return {};
     const auto point = column.rfind('.');
     const bool qualified = point != std::string_view::npos;
     throw SqlError(Message::NullColumn,
-                   {qualified ? column.substr(point + 1) : column, qualified ? column.substr(0, point) : ""});
+                   {qualified ? column.substr(point + 1) : column, qualified ? column.substr(0, point) : "", verb});
   }
   if ((from.isText() && value.kind() == Kind::Text) || (from.isBinary() && value.kind() == Kind::Blob)) {
     refuseTruncation(value, from, to, collation);

@@ -21,9 +21,9 @@ namespace tolvane::tsql {
                              const Collation& collation);
 
 // The same for a value that goes into a column ("table.column"): text and bytes that do not fit are error 8152, blanks
-// and zero bytes at the end apart; null in a column that takes none is error 515.
+// and zero bytes at the end apart; null in a column that takes none is error 515, which names the statement's verb.
 [[nodiscard]] Result assign(const Datum& value, const Type& from, const Type& to, std::string_view column,
-                            const Collation& collation);
+                            const Collation& collation, std::string_view verb = "INSERT");
 
 // The stored forms read back, whatever the storage: an exact number, and a date. Throw SqlError for anything else.
 [[nodiscard]] Decimal exactNumber(const Datum& value);

@@ -1,5 +1,7 @@
 #include "tsql/convert_text.h"
 
+#include <array>
+#include <cstdio>
 #include <utility>
 
 #include "tsql/convert.h"
@@ -45,6 +47,12 @@ std::string fittedNumber(std::string text, const Type& from, const Type& to) {
   if (small && !to.isUnicode()) return "*";
   if (from.isMoney()) throw SqlError(Message::MoneyTextSpace, {messageName(from), messageName(to)});
   throw SqlError(Message::ArithmeticOverflow, {from.isInteger() ? "expression" : messageName(from), messageName(to)});
+}
+
+SqlError floatSpace(double value, const Type& to) {
+  std::array<char, 400> digits{};
+  const int written = std::snprintf(digits.data(), digits.size(), "%f", value);
+  return SqlError(Message::FloatOverflow, {messageName(to), {digits.data(), static_cast<std::size_t>(written)}});
 }
 
 std::string cutToCodePageBytes(const std::string& text, std::int32_t length, const Collation& collation) {
@@ -100,7 +108,10 @@ Result toText(const Datum& value, const Type& from, const Type& to, std::optiona
     const bool space = to.length == maxLength || std::cmp_greater_equal(to.length, uniqueIdentifierLength);
     if (!space) throw SqlError(Message::UniqueidentifierSpace);
   } else if (from.isNumber()) {
-    text = fittedNumber(numberToText(value, from, style), from, to);
+    text = numberToText(value, from, style);
+    const bool space = to.length == maxLength || to.isLongText() || std::cmp_less_equal(text.size(), to.length);
+    if (from.isFloat() && !space) throw floatSpace(approximateNumber(value), to);
+    text = fittedNumber(std::move(text), from, to);
   } else {
     throw SqlError(Message::ConversionError, {messageName(from), messageName(to)});
   }

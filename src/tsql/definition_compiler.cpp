@@ -61,6 +61,16 @@ Datum datumOf(const Literal& literal) {
   return Datum(literal.text);
 }
 
+void addKey(Table& table, const Constraint& constraint, const std::vector<tree::KeyColumn>& columns) {
+  const bool primary = constraint.kind == Constraint::Kind::PrimaryKey;
+  if (!primary && constraint.kind != Constraint::Kind::Unique) return;
+  Index index;
+  index.unique = true;
+  index.primary = primary;
+  for (const auto& column : columns) index.columns.push_back(table.find(column.name));
+  table.indexes.push_back(std::move(index));
+}
+
 std::string schemaOf(const Table& table) {
   return table.temporary ? "temp." : "";
 }
@@ -193,6 +203,7 @@ std::string BatchCompiler::foreignKeyText(const Constraint& constraint, const Ta
     writer_.fail(constraint.token, 1767,
                  "Foreign key '" + constraint.name + "' references invalid table '" + constraint.target.name + "'.");
   }
+  checkReferenced(constraint, *target);
   text += ") REFERENCES " + quoted(target->name);
   if (!constraint.targetColumns.empty()) {
     text += "(";
@@ -206,7 +217,46 @@ std::string BatchCompiler::foreignKeyText(const Constraint& constraint, const Ta
   return text;
 }
 
-// The table as the catalogue will tell it, without its indexes.
+// SQLite looks for the key when a row changes; SQL Server when the constraint is made.
+void BatchCompiler::checkReferenced(const Constraint& constraint, const Table& target) const {
+  std::vector<int> columns;
+  for (const auto& name : constraint.targetColumns) {
+    columns.push_back(target.find(name));
+    if (columns.back() >= 0) continue;
+    writer_.fail(constraint.token, 1770,
+                 "Foreign key '" + constraint.name + "' references invalid column '" + name +
+                     "' in referenced table '" + target.name + "'.");
+  }
+  const int identity = target.identityColumn();
+  const auto primary = std::ranges::find_if(target.indexes, &Index::primary);
+  const bool hasPrimary = identity >= 0 || primary != target.indexes.end();
+  if (columns.empty() && !hasPrimary && !target.indexes.empty()) {
+    writer_.fail(constraint.token, 1773,
+                 "Foreign key '" + constraint.name + "' has implicit reference to object '" + target.name +
+                     "' which does not have a primary key defined on it.");
+  }
+  const std::size_t width = constraint.columns.size();
+  const bool asWide = columns.empty() ? (primary == target.indexes.end() ? 1 : primary->columns.size()) == width
+                                      : columns.size() == width;
+  if (!asWide) {
+    writer_.fail(constraint.token, 8139,
+                 "Number of referencing columns in foreign key differs from number of referenced columns, table '" +
+                     target.name + "'.");
+  }
+  std::ranges::sort(columns);
+  const auto isKey = [&](const Index& index) {
+    auto key = index.columns;
+    std::ranges::sort(key);
+    return index.unique && key == columns;
+  };
+  const bool rowNumber = columns.size() == 1 && columns[0] == identity;
+  if (columns.empty() ? hasPrimary : rowNumber || std::ranges::any_of(target.indexes, isKey)) return;
+  writer_.fail(constraint.token, 1776,
+               "There are no primary or candidate keys in the referenced table '" + target.name +
+                   "' that match the referencing column list in the foreign key '" + constraint.name + "'.");
+}
+
+// The table as the catalogue will tell it; of its indexes, those that its keys make.
 Table BatchCompiler::tableOf(const StatementNode& node) const {
   Table table;
   table.name = node.table.name;
@@ -224,8 +274,12 @@ Table BatchCompiler::tableOf(const StatementNode& node) const {
       if (constraint.kind == Constraint::Kind::PrimaryKey) column.type.nullable = false;
     }
     table.columns.push_back(std::move(column));
+    for (const auto& constraint : definition.constraints) {
+      if (constraint.columns.empty()) addKey(table, constraint, {{definition.name, false}});
+    }
   }
   for (const auto& constraint : node.constraints) {
+    addKey(table, constraint, constraint.columns);
     if (constraint.kind != Constraint::Kind::PrimaryKey) continue;
     for (const auto& key : constraint.columns) {
       const int ordinal = table.find(key.name);
@@ -356,6 +410,8 @@ void BatchCompiler::createIndex(const StatementNode& node) {
   const bool taken = catalogue_.findByIndex(node.name) != nullptr || catalogue_.find(node.name) != nullptr;
   const std::string name = taken ? table.name + "." + node.name : node.name;
   DdlStep step;
+  step.table = "dbo." + table.name;
+  step.index = node.name;
   step.statements.push_back({"CREATE " + std::string(node.unique ? "UNIQUE " : "") + "INDEX " + schemaOf(table) +
                                  quoted(name) + " ON " + quoted(table.name) + " " +
                                  keyText(node.keys, table, node.token),
@@ -400,13 +456,13 @@ void BatchCompiler::addColumn(const StatementNode&, const Table& table, const tr
   std::string text = "ALTER TABLE " + schemaOf(table) + quoted(table.name) + " ADD COLUMN " + quoted(column.name) +
                      " " + column.type.declared();
   if (!column.type.nullable) text += " NOT NULL";
-  bool hasDefault = false;
+  bool leavesNull = false;
   for (const auto& constraint : definition.constraints) {
     if (constraint.kind == Constraint::Kind::Default) {
       bool constant = false;
       text += " DEFAULT " + defaultText(*constraint.expression, column, constant);
       if (!constant) throw notSupported(batch_, constraint.token, "a default that is no constant in ALTER TABLE");
-      hasDefault = true;
+      leavesNull = column.type.nullable && !constraint.withValues;
     } else if (constraint.kind == Constraint::Kind::Check) {
       Table whole = table;
       whole.columns.push_back(column);
@@ -418,7 +474,7 @@ void BatchCompiler::addColumn(const StatementNode&, const Table& table, const tr
   }
   step.statements.push_back({std::move(text), {}});
   // The rows that are there keep null in a column that takes it; SQLite would show them the default.
-  if (hasDefault && column.type.nullable) {
+  if (leavesNull) {
     step.statements.push_back(
         {"UPDATE " + schemaOf(table) + quoted(table.name) + " SET " + quoted(column.name) + "=NULL", {}});
   }
@@ -438,6 +494,8 @@ void BatchCompiler::addConstraint(const StatementNode&, const Table& table, cons
     }
   }
   const std::string name = constraint.name.empty() ? (primary ? "PK_" : "UQ_") + table.name : constraint.name;
+  step.table = "dbo." + table.name;
+  step.index = name;
   step.statements.push_back({"CREATE UNIQUE INDEX " + schemaOf(table) + quoted(name) + " ON " + quoted(table.name) +
                                  " " + keyText(constraint.columns, table, constraint.token),
                              {}});

@@ -110,9 +110,15 @@ Statement Writer::finish(std::string_view text) const {
   return result;
 }
 
+// Bytes compare as if the shorter ones went on with zeros; without the zeros at the end SQLite compares them so.
+std::string Writer::compared(const std::string& sql, const Type& type) {
+  return type.isBinary() ? "ts_bytes(" + sql + ")" : sql + collation(type);
+}
+
 std::string Writer::collation(const Type& type) {
   if (type.isText()) return " COLLATE TSQL";
   if (type.isExactText()) return " COLLATE TSQL_DECIMAL";
+  if (type.kind == TypeKind::UniqueIdentifier) return " COLLATE TSQL_GUID";
   return {};
 }
 
@@ -176,7 +182,7 @@ Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& 
   return result;
 }
 
-std::string Writer::assignTo(const Typed& value, const Type& to, const std::string& name) {
+std::string Writer::assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb) {
   if (value.type.kind != TypeKind::Null && value.type.orNull() == to.orNull() &&
       (to.nullable || !value.type.nullable) && !typeRow(to.kind).takesLength) {
     return value.sql;
@@ -189,11 +195,20 @@ std::string Writer::assignTo(const Typed& value, const Type& to, const std::stri
   }
   const Type from = value.type.kind == TypeKind::Null ? to.orNull() : value.type;
   return "ts_assign(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + "," +
-         quotedText(name) + ")";
+         quotedText(name) + (verb.empty() ? "" : "," + quotedText(verb)) + ")";
 }
 
-std::string Writer::assign(const Typed& value, const Table& table, const Column& column) {
-  return assignTo(value, column.type, table.name + "." + column.name);
+std::string Writer::assign(const Typed& value, const Table& table, const Column& column, std::string_view verb) {
+  return assignTo(value, column.type, "dbo." + table.name + "." + column.name, verb);
+}
+
+std::string Writer::assignInserted(const Typed& value, const Table& table, const Column& column) {
+  std::string sql = assign(value, table, column);
+  if (value.literal < 0 || value.parameter < 0 || sql == value.sql) return sql;
+  Parameter parameter = parameters_[static_cast<std::size_t>(value.parameter)];
+  parameter.to = column.type;
+  parameter.column = "dbo." + table.name + "." + column.name;
+  return addParameter(parameter);
 }
 
 // --- leaves
@@ -265,8 +280,8 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       }
     }
     if (found != nullptr) {
-      if (at->insideAggregate == 0 && at->insideGroupKey == 0 && at->ungrouped.empty()) {
-        at->ungrouped = (owner->name.empty() ? "" : owner->name + ".") + found->name;
+      if (at->insideAggregate == 0 && at->insideGroupKey == 0) {
+        at->setUngrouped((owner->name.empty() ? "" : owner->name + ".") + found->name);
       }
       Typed result;
       result.sql = found->sql;
@@ -372,6 +387,10 @@ Typed Writer::expression(const Expression& expression, Scope* scope) {
     }
   }
   if (grouped != nullptr) --grouped->insideGroupKey;
+  const bool mayHaveCollation = result.type.isText() || result.type.kind == TypeKind::Null;
+  if (expression.collated && !mayHaveCollation) {
+    fail(expression.token, Message::CollateOfNoText, {result.type.baseName()});
+  }
   return result;
 }
 
@@ -435,7 +454,12 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
     result.type = concatenation(left.type, right.type);
     result.sql = "(" + left.sql + "||" + right.sql + ")";
     result.subquery = left.subquery || right.subquery;
-    return result;
+    // What goes beyond the longest text of its kind is cut off without an error.
+    const bool mayBeCut = result.type.length != maxLength && left.type.length + right.type.length > result.type.length;
+    if (!mayBeCut) return result;
+    const Type type = result.type;
+    result.type = Type::text(type.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, maxLength);
+    return convert(std::move(result), type);
   }
   return arithmetic(expression, std::move(left), std::move(right));
 }

@@ -97,9 +97,10 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 7> emitted{
+constexpr std::array<std::string_view, 8> emitted{
     "ts_convert",        // value, packed from, packed to, style
-    "ts_assign",         // value, packed from, packed to, 'table.column'
+    "ts_bytes",          // a binary without the zeros at its end
+    "ts_assign",         // value, packed from, packed to, 'table.column', the verb for messages unless it is INSERT
     "ts_like",           // text, pattern, escape or null, 1 for unicode text
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type

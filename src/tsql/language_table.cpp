@@ -7,7 +7,7 @@ namespace {
 
 // clang-format off
 constexpr std::array supported{
-    LanguageRow{"`SELECT` with `DISTINCT`, `TOP n`, `TOP (n)`, `TOP @n`", "select distinct top (2) a from t order by a"},
+    LanguageRow{"`SELECT` with `DISTINCT`, `TOP n`, `TOP (n)`, `TOP @n`, `TOP n PERCENT`, `TOP n WITH TIES`", "select distinct top (2) a from t order by a select top 50 percent with ties a from t order by a"},
     LanguageRow{"column aliases of all three forms", "select a as x, y = b, d z from t"},
     LanguageRow{"inner, left, right, full and cross joins, nested joins, the comma", "select 1 from t x left join t y on x.a = y.a full join t z on z.a = x.a cross join t w"},
     LanguageRow{"derived tables, with column names after the alias, `VALUES` lists in them", "select x.n from (select a from t) x(n), (values (1), (2)) y(m)"},
@@ -25,13 +25,14 @@ constexpr std::array supported{
     LanguageRow{"`UPDATE`, with `FROM`, joins, `TOP`, `+=` and the like", "update x set x.a = y.a from t x join t y on x.b = y.b"},
     LanguageRow{"`DELETE` with and without `FROM`, with a second `FROM`, `TOP`", "delete from t from t inner join (select 1 n) s on s.n = t.a delete t where a = 1"},
     LanguageRow{"`TRUNCATE TABLE`", "truncate table t"},
-    LanguageRow{"`CREATE TABLE` with identity, null, default, check, primary, unique and foreign keys", "create table u (i int identity primary key, n int not null default 0 check (n >= 0), p int references t(a), unique (n))"},
+    LanguageRow{"`CREATE TABLE` with identity, null, default, check, primary, unique and foreign keys", "create table u (i int identity primary key, n int not null default 0 check (n >= 0), p int references u(i), unique (n))"},
     LanguageRow{"`CREATE [UNIQUE] INDEX`, `DROP INDEX`", "create unique index ix on t (a, b desc)"},
     LanguageRow{"`ALTER TABLE ADD` columns, primary and unique keys; `DROP COLUMN`", "alter table t add e smallint not null default (0), f int"},
     LanguageRow{"`DROP TABLE [IF EXISTS]`", "drop table if exists t, u"},
     LanguageRow{"temporary tables of the connection", "create table #x (a int) insert #x values (1) select a from #x"},
     LanguageRow{"`IF ... ELSE`, `BEGIN ... END`, `WHILE`, `BREAK`, `CONTINUE`, `RETURN`", "while 1 = 0 begin if 1 = 1 break else continue end return"},
-    LanguageRow{"`DECLARE`, `SET @x`, `SELECT @x =`", "declare @x int = 1, @y varchar(5) set @x += 1 select @y = b from t"},
+    LanguageRow{"`DECLARE`, `SET @x`, `SELECT @x =`, also from row to row", "declare @x int = 1, @y varchar(5) set @x += 1 select @y = b from t select @x = @x + a from t order by a"},
+    LanguageRow{"`COLLATE Chinese_PRC_CI_AS` and `database_default`, which is the collation of all texts", "select a from t order by b collate Chinese_PRC_CI_AS"},
     LanguageRow{"`PRINT`, `RAISERROR` of a text", "print 'x' raiserror('words', 16, 1)"},
     LanguageRow{"`BEGIN TRAN`, `COMMIT`, `ROLLBACK` in their nesting", "begin tran commit begin transaction rollback"},
     LanguageRow{"`SET NOCOUNT`, `ANSI_*`, `QUOTED_IDENTIFIER`, `XACT_ABORT`, `TRANSACTION ISOLATION LEVEL`", "set nocount on set ansi_nulls on set transaction isolation level read committed"},
@@ -43,19 +44,18 @@ constexpr std::array supported{
 };
 
 constexpr std::array refused{
-    LanguageRow{"`TOP ... WITH TIES`, `TOP ... PERCENT`", "select top 1 with ties a from t order by a"},
+    LanguageRow{"`TOP ... WITH TIES`, `TOP ... PERCENT` in one of several joined queries", "select top 50 percent a from t union select 1"},
     LanguageRow{"`OFFSET ... FETCH`", "select a from t order by a offset 1 rows"},
-    LanguageRow{"`COLLATE`", "select b collate Chinese_PRC_CI_AS from t"},
+    LanguageRow{"`COLLATE` with another collation", "select b collate Latin1_General_BIN from t"},
     LanguageRow{"aggregates with `OVER`", "select sum(a) over () from t"},
     LanguageRow{"`GROUP BY ... WITH`", "select a from t group by a with rollup"},
-    LanguageRow{"`HAVING` of a query without `GROUP BY` and without an aggregate among its columns", "select 1 from t having 1 = 1"},
     LanguageRow{"`CROSS APPLY`, `OUTER APPLY`", "select 1 from t cross apply t"},
     LanguageRow{"`FOR XML` and other `FOR`", "select a from t for xml auto"},
     LanguageRow{"`OPTION (...)`", "select a from t option (recompile)"},
     LanguageRow{"functions as tables", "select 1 from f(1)"},
     LanguageRow{"table variables", "declare @x table (a int)"},
     LanguageRow{"common table expressions before other statements", "with c as (select 1 a) delete t"},
-    LanguageRow{"a variable that collects from row to row", "declare @s varchar(9) select @s = @s + b from t"},
+    LanguageRow{"a variable that grows over the rows of a query with `DISTINCT`, `GROUP BY`, `WITH`", "declare @s varchar(9) select distinct @s = @s + b from t"},
     LanguageRow{"`INSERT ... EXEC`", "insert t exec p"},
     LanguageRow{"`OUTPUT`", "delete t output deleted.a where a = 1"},
     LanguageRow{"`WHERE CURRENT OF`", "delete t where current of c"},

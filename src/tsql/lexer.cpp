@@ -113,7 +113,7 @@ class Lexer {
     if (c == '[') return quotedName(']');
     if (c == '"') return quotedName('"');
     if (c == '.' && isDigit(peek(1))) return number();
-    if (c == '$' && (isDigit(peek(1)) || peek(1) == '.')) return money();
+    if (c == '$') return money();  // a lone sign is 0
     if (c == '?') {
       batch_.tokens.push_back({TokenKind::Placeholder, here(), here() + 1, batch_.placeholders++});
       ++at_;

@@ -113,6 +113,11 @@ std::optional<Decimal> parseMoney(std::string_view text) {
 }
 
 bool isNumeric(std::string_view text) {
+  // Blank control characters before a number count as part of it, even alone, and so does the backslash, which shows as
+  // the yen sign in Japanese; a blank alone does not.
+  const auto begin = text.find_first_not_of("\t\n\v\f\r");
+  if (begin != 0) return !text.empty() && (begin == std::string_view::npos || isNumeric(text.substr(begin)));
+  if (text == "\\") return true;
   if (trimmed(text).empty()) return false;
   return parseFloat(text).has_value() || parseMoney(text).has_value() ||
          parseInteger(text).outcome != IntegerText::Outcome::Syntax;

@@ -110,6 +110,7 @@ class Parser {
   tree::ExpressionPtr expression();
   tree::ExpressionPtr term();
   tree::ExpressionPtr unary();
+  void collation();
   tree::ExpressionPtr primary();
   tree::ExpressionPtr wordExpression();
   tree::ExpressionPtr caseExpression();

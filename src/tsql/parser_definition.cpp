@@ -180,7 +180,7 @@ tree::ColumnDefinition Parser::columnDefinition() {
       }
     } else if (takeWord("ROWGUIDCOL")) {
     } else if (takeWord("COLLATE")) {
-      name();
+      collation();
     } else if (constraint(found)) {
       column.constraints.push_back(std::move(found));
     } else {
@@ -203,7 +203,10 @@ bool Parser::constraint(Constraint& result) {
     result.kind = Constraint::Kind::Default;
     result.expression = unary();
     if (takeWord("FOR")) result.forColumn = name();
-    if (isWord("WITH") && isWord(1, "VALUES")) at_ += 2;
+    if (isWord("WITH") && isWord(1, "VALUES")) {
+      at_ += 2;
+      result.withValues = true;
+    }
     return true;
   } else if (takeWord("CHECK")) {
     result.kind = Constraint::Kind::Check;

@@ -156,7 +156,6 @@ ExpressionPtr Parser::expression() {
     result->arguments.push_back(term());
     left = std::move(result);
   }
-  if (isWord("COLLATE")) refuse("COLLATE");
   return left;
 }
 
@@ -175,8 +174,23 @@ ExpressionPtr Parser::term() {
   return left;
 }
 
+// There is one collation; a text may say that it means this one.
+void Parser::collation() {
+  const std::string collation = name();
+  if (sameName(collation, "Chinese_PRC_CI_AS") || sameName(collation, "database_default")) return;
+  --at_;
+  refuse("a collation other than Chinese_PRC_CI_AS");
+}
+
 ExpressionPtr Parser::unary() {
-  if (!isOperator("-") && !isOperator("+") && !isOperator("~")) return primary();
+  if (!isOperator("-") && !isOperator("+") && !isOperator("~")) {
+    auto result = primary();
+    while (takeWord("COLLATE")) {
+      collation();
+      result->collated = true;
+    }
+    return result;
+  }
   const Depth depth(*this);
   auto result = make(ExpressionKind::Unary);
   result->name = here();

@@ -103,7 +103,10 @@ std::unique_ptr<Select> Parser::select() {
     result->top = bracket ? expression() : primary();
     if (bracket) expectOperator(")");
     result->percent = takeWord("PERCENT");
-    if (isWord("WITH") && isWord(1, "TIES")) refuse("TOP ... WITH TIES");
+    if (isWord("WITH") && isWord(1, "TIES")) {
+      at_ += 2;
+      result->ties = true;
+    }
   }
   do {
     result->items.push_back(selectItem());

@@ -11,7 +11,7 @@
 
 // What the compiler makes of a batch: a list of steps for a small interpreter that owns an SQLite connection.
 // All texts are SQLite's dialect with parameters ?1, ?2, ...; they call the functions `ts_...` of functions.h and the
-// collations TSQL and TSQL_DECIMAL.
+// collations TSQL, TSQL_DECIMAL and TSQL_GUID.
 namespace tolvane::tsql {
 
 // Where the interpreter takes the value of one SQLite parameter from.
@@ -26,6 +26,7 @@ struct Parameter {
     Identity,       // @@IDENTITY: decimal(38,0) text or null
     ScopeIdentity,  // SCOPE_IDENTITY(): the same in this engine, which has no triggers
     Fetch,          // @@FETCH_STATUS
+    RowColumn,      // column `index` of the row that AssignStep::forRow is run for
   };
   Source source = Source::Literal;
   int index = 0;
@@ -33,6 +34,8 @@ struct Parameter {
   // Where it differs from `from`, the interpreter converts the value with convert() before binding it (once a statement
   // instead of once a row). The error, if any, is that statement's error.
   Type to;
+  // "table.column" when the value goes into that column: assign() takes the place of convert().
+  std::string column = {};
 
   bool operator==(const Parameter&) const = default;
 };
@@ -83,11 +86,15 @@ struct ExecuteStep {
   int counted = 0;            // which statement's changed rows are @@ROWCOUNT; -1: not counted
   bool setsIdentity = false;  // the table has an identity column: @@IDENTITY becomes the last row number inserted
   bool checksKeys = false;    // foreign keys may fail: error 547
+  bool oneRow = false;        // one statement that adds one row: SQLite itself makes it whole or not at all
 };
 
 // CREATE, ALTER, DROP. The catalogue is read anew afterwards.
 struct DdlStep {
   std::vector<Statement> statements;
+  // Of a unique index, for the message when the rows that are there do not allow it.
+  std::string table;
+  std::string index;
 };
 
 // Goes to step `target` unless the query's only value is 1.
@@ -97,14 +104,23 @@ struct JumpUnlessStep {
 };
 
 struct JumpStep {
-  int target = 0;  // may be steps.size(); -1: the end of the batch, also from the steps of a deferred statement (RETURN)
+  // Targets that are no steps. The last two stand in deferred statements only, whose loop is outside of them.
+  static constexpr int endOfBatch = -1;
+  static constexpr int breakOuter = -2;
+  static constexpr int continueOuter = -3;
+  int target = 0;  // may be steps.size()
 };
 
 // SET @x = ..., SELECT @x = ..., DECLARE @x ... = ...: column i of the query goes to variable slots[i]; the values are
 // of the variable's type already. Several rows: the last one. No row: the variables stay as they are.
+//
+// Where a value depends on what the row before it assigned (SELECT @s = @s + c), `forRow` is not empty: then each row
+// of the query is read in turn, and for each of them statement i of `forRow` gives the value of variable slots[i], with
+// the variables as they are by then and the row's columns as parameters.
 struct AssignStep {
   Query query;
   std::vector<int> slots;
+  std::vector<Statement> forRow;
 };
 
 // The text of the query's only value is the message. A null prints nothing.
@@ -139,6 +155,10 @@ struct OptionStep {
 struct DeferredStep {
   int firstToken = 0;
   int endToken = 0;
+  // Inside a loop: where BREAK and CONTINUE among its own steps go to, as JumpStep::target.
+  static constexpr int noLoop = -1;
+  int breakTo = noLoop;
+  int continueTo = noLoop;
 };
 
 using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,

@@ -68,17 +68,20 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
          "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
          "expressions, unless TOP or FOR XML is also specified.");
   }
-  bindOrder(query, result);
   Scope& scope = *result.scope;
+  if (result.body->ties && query.order.empty()) {
+    fail(query.body->select->top->token, 1062,
+         "The TOP N WITH TIES clause is not allowed without a corresponding ORDER BY clause.");
+  }
+  scope.clause = Scope::Clause::OrderBy;
+  bindOrder(query, result);
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   if (grouped && !scope.ungrouped.empty()) {
-    const std::string reason =
-        scope.groupKeys != nullptr
-            ? "' is invalid in the select list because it is not contained in either an aggregate "
-              "function or the GROUP BY clause."
-            : "' is invalid in the select list because it is not contained in an aggregate function "
-              "and there is no GROUP BY clause.";
-    fail(query.token, scope.groupKeys != nullptr ? 8120 : 8118, "Column '" + scope.ungrouped + reason);
+    fail(query.token,
+         scope.ungroupedIn == Scope::Clause::OrderBy  ? Message::OrderColumnNotGrouped
+         : scope.ungroupedIn == Scope::Clause::Having ? Message::HavingColumnNotGrouped
+                                                      : Message::ColumnNotGrouped,
+         {scope.ungrouped});
   }
   commonTables_.resize(known);
   return result;
@@ -97,8 +100,13 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
     Scope own;
     own.parent = parent;
     auto result = bindSelect(*body.select, own);
+    if (result->percent || result->ties) {
+      refuse(body.select->top->token, "TOP ... PERCENT or WITH TIES in one of several joined queries");
+    }
     if ((own.aggregated || own.groupKeys != nullptr) && !own.ungrouped.empty()) {
-      fail(body.token, Message::ColumnNotGrouped, {own.ungrouped});
+      fail(body.token,
+           own.ungroupedIn == Scope::Clause::Having ? Message::HavingColumnNotGrouped : Message::ColumnNotGrouped,
+           {own.ungrouped});
     }
     return result;
   }
@@ -126,19 +134,27 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
   scope.aggregatesAllowed = true;
   bindItems(select, scope, *body);
   if (select.having) {
-    // SQLite sees the one group of such a query by the aggregates of its columns only.
     const bool grouped = scope.aggregated || !select.groupBy.empty();
-    const std::string having = condition(*select.having, &scope);
-    if (!grouped) refuse(select.having->token, "HAVING of a query without GROUP BY and aggregates");
-    text += " HAVING " + having;
+    scope.clause = Scope::Clause::Having;
+    text += " HAVING " + condition(*select.having, &scope);
+    scope.aggregated = true;
+    // SQLite sees the one group of a query by the aggregates of its columns only.
+    if (!grouped) {
+      Typed& first = body->outputs[0].value;
+      first.sql = "iif(count(*)>=0," + first.sql + ",NULL)";
+      first.literal = -1;
+      first.parameter = -1;
+    }
   }
   body->tail = std::move(text);
   body->limit = limitOf(select, scope);
+  body->percent = select.percent;
+  body->ties = select.ties;
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   body->singleRow = scope.aggregated && scope.groupKeys == nullptr;
   if (select.from.empty() && !select.where && !grouped) body->singleRow = true;
-  if (!select.distinct && !grouped && scope.sources.size() == 1 && scope.sources[0].table != nullptr &&
-      !scope.sources[0].table->view) {
+  if (!select.distinct && !select.percent && !select.ties && !grouped && scope.sources.size() == 1 &&
+      scope.sources[0].table != nullptr && !scope.sources[0].table->view) {
     body->updatable = scope.sources[0].table;
     body->rowAlias = scope.sources[0].sqlAlias;
   }
@@ -179,7 +195,7 @@ void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& t
     if (value.literal >= 0 || value.parameter >= 0) {
       fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     }
-    text += (i == 0 ? " GROUP BY " : ",") + value.sql + collation(value.type);
+    text += (i == 0 ? " GROUP BY " : ",") + compared(value.sql, value.type);
   }
 }
 
@@ -221,7 +237,7 @@ void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& b
       const bool grouped = scope.groupKeys != nullptr && std::ranges::any_of(*scope.groupKeys, [&](const auto& key) {
                              return key->kind == tree::ExpressionKind::Column && sameName(key->name, column.name);
                            });
-      if (!grouped && scope.ungrouped.empty()) scope.ungrouped = source.name + "." + column.name;
+      if (!grouped) scope.setUngrouped(source.name + "." + column.name);
       body.outputs.push_back(std::move(output));
     }
   }
@@ -237,7 +253,7 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
   if (!select.top) return {};
   Typed value = expression(*select.top, scope.parent);
   if (value.column != nullptr || value.subquery) refuse(select.top->token, "TOP of an expression");
-  if (select.percent) refuse(select.top->token, "TOP ... PERCENT");
+  if (select.percent) return convert(std::move(value), Type::of(TypeKind::Float)).sql;
   if (!value.type.isInteger() && value.type.kind != TypeKind::Null) {
     if (!value.type.isNumber()) {
       fail(select.top->token, 1060,
@@ -354,8 +370,11 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
            "unique.");
     }
     if (position > 0) used.push_back(position);
-    bound.order.push_back((position > 0 ? std::to_string(position) : value.sql) + collation(type) +
-                          (item.descending ? " DESC" : ""));
+    if (type.isBinary() && !set && !distinct) {
+      value.sql = compared(position > 0 ? bound.outputs[position - 1].value.sql : value.sql, type);
+      position = 0;
+    }
+    bound.order.push_back({position, value.sql, collation(type) + (item.descending ? " DESC" : "")});
   }
 }
 
@@ -390,9 +409,31 @@ std::string Writer::renderBody(const BoundBody& body, const BoundQuery& query, b
     text = branch(*body.left, true) + std::string(word(body.operation)) + branch(*body.right, false);
   }
   if (!top) return text;
-  for (std::size_t i = 0; i < query.order.size(); ++i) text += (i == 0 ? " ORDER BY " : ",") + query.order[i];
+  if (body.percent || body.ties) return renderPart(body, query, aliases);
+  for (std::size_t i = 0; i < query.order.size(); ++i) text += (i == 0 ? " ORDER BY " : ",") + query.order[i].text();
   if (!body.limit.empty()) text += " LIMIT " + body.limit;
   return text;
+}
+
+// TOP of percents and with ties: the rows with their rank in the order, or their number, in the count of all.
+std::string Writer::renderPart(const BoundBody& body, const BoundQuery& query, bool aliases) {
+  std::string names;
+  for (std::size_t i = 0; i < body.outputs.size(); ++i) {
+    const std::string name = "c" + std::to_string(i + 1);
+    names += (i > 0 ? "," : "") + name + (aliases ? " AS " + name : "");
+  }
+  std::string keys;
+  std::string order;
+  for (std::size_t i = 0; i < query.order.size(); ++i) {
+    const OrderKey& key = query.order[i];
+    const std::string name = key.position > 0 ? "c" + std::to_string(key.position) : "k" + std::to_string(i + 1);
+    if (key.position == 0) keys += "," + key.sql + " AS " + name;
+    order += (i > 0 ? "," : "ORDER BY ") + name + key.suffix;
+  }
+  const std::string rows = renderSelect(body, true, body.distinct, keys, false);
+  const std::string part = body.percent ? "(place-1)<total*" + body.limit + "/100.0" : "place<=" + body.limit;
+  return "SELECT " + names + " FROM (SELECT *," + (body.ties ? "rank()" : "row_number()") + " OVER (" + order +
+         ") AS place,count(*) OVER () AS total FROM (" + rows + ")) WHERE " + part + " ORDER BY place";
 }
 
 std::string Writer::renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,
@@ -425,6 +466,40 @@ std::string Writer::renderSelect(const BoundBody& body, bool aliases, bool colla
   text += extra;
   text += body.tail;
   return text;
+}
+
+Query Writer::bindRows(const tree::Query& query, Scope& scope) {
+  const tree::Select& select = *query.body->select;
+  if (!query.with.empty() || select.distinct || !select.groupBy.empty() || select.having || select.percent ||
+      select.ties) {
+    refuse(query.token, "a variable that grows over the rows of such a query");
+  }
+  std::string tail = " FROM " + from(select.from, scope);
+  if (select.where) tail += " WHERE " + condition(*select.where, &scope);
+  for (std::size_t i = 0; i < query.order.size(); ++i) {
+    const Typed key = expression(*query.order[i].expression, &scope);
+    if (key.literal >= 0) refuse(query.order[i].expression->token, "a position in the order of such a query");
+    comparable(key.type, query.order[i].expression->token);
+    tail += (i == 0 ? " ORDER BY " : ",") + key.sql + collation(key.type) + (query.order[i].descending ? " DESC" : "");
+  }
+  if (const std::string limit = limitOf(select, scope); !limit.empty()) tail += " LIMIT " + limit;
+  Query result;
+  std::string columns;
+  for (const Source& source : scope.sources) {
+    for (const SourceColumn& column : source.columns) {
+      columns += (columns.empty() ? "" : ",") + column.sql;
+      result.columns.push_back({column.name, column.type, column.table, column.column, column.identity});
+    }
+  }
+  result.statement = finish("SELECT " + columns + tail);
+  beginStatement();
+  int index = 0;
+  for (Source& source : scope.sources) {
+    for (SourceColumn& column : source.columns) {
+      column.sql = addParameter({Parameter::Source::RowColumn, index++, column.type, column.type});
+    }
+  }
+  return result;
 }
 
 Query Writer::finishQuery(const BoundQuery& query) {

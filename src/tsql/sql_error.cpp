@@ -43,6 +43,13 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
     {Message::ColumnNotGrouped, 8120, 16,
      "Column '%1' is invalid in the select list because it is not contained in either an aggregate function or the GROUP "
      "BY clause."},
+    {Message::HavingColumnNotGrouped, 8121, 16,
+     "Column '%1' is invalid in the HAVING clause because it is not contained in either an aggregate function or the "
+     "GROUP BY clause."},
+    {Message::OrderColumnNotGrouped, 8127, 16,
+     "Column \"%1\" is invalid in the ORDER BY clause because it is not contained in either an aggregate function or "
+     "the GROUP BY clause."},
+    {Message::CollateOfNoText, 447, 16, "Expression type %1 is invalid for COLLATE clause."},
     {Message::OperandClash, 206, 16, "Operand type clash: %1 is incompatible with %2"},
     {Message::ImplicitConversion, 257, 16,
      "Implicit conversion from data type %1 to %2 is not allowed. Use the CONVERT function to run this query."},
@@ -91,7 +98,7 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
      "subquery is used as an expression."},
     {Message::Truncated, 8152, 16, "String or binary data would be truncated."},
     {Message::NullColumn, 515, 16,
-     "Cannot insert the value NULL into column '%1', table '%2'; column does not allow nulls. INSERT fails."},
+     "Cannot insert the value NULL into column '%1', table '%2'; column does not allow nulls. %3 fails."},
     {Message::DuplicateKey, 2627, 14,
      "Violation of %1 constraint '%2'. Cannot insert duplicate key in object '%3'."},
     {Message::DuplicateIndexRow, 2601, 14,

@@ -28,6 +28,9 @@ enum class Message {
   MustDeclareVariable,     // 137: variable
   VariableDeclaredTwice,   // 134: variable
   ColumnNotGrouped,        // 8120: column
+  HavingColumnNotGrouped,  // 8121: column
+  OrderColumnNotGrouped,   // 8127: column
+  CollateOfNoText,         // 447: type
   OperandClash,            // 206: type, type
   ImplicitConversion,      // 257: type, type
   ExplicitConversion,      // 529: type, type
@@ -64,7 +67,7 @@ enum class Message {
   InvalidEscape,             // 506: character, predicate
   SubqueryManyRows,          // 512
   Truncated,                 // 8152
-  NullColumn,                // 515: column, table
+  NullColumn,                // 515: column, table, verb
   DuplicateKey,              // 2627: constraint kind, constraint, table
   DuplicateIndexRow,         // 2601: table, index
   ConstraintConflict,        // 547: statement, kind, constraint, table

@@ -112,7 +112,7 @@ Result replicate(Call& call) {
   const Type type = Type::unpack(call.args[2].integer());
   const bool unbounded = type.length == maxLength || type.isLongText();
   const std::int64_t most = type.isUnicode() ? mostBytes / 2 : mostBytes;
-  constexpr std::int64_t mostOfMax = std::numeric_limits<std::int32_t>::max();  // bytes of varchar(max)
+  constexpr std::int64_t mostOfMax = 64 * 1024 * 1024;  // bytes; no text of an account set is near it
   const std::int64_t length = std::max<std::int64_t>(lengthIn(type, text, call.collation), 1);
   const std::int64_t count = std::min(wholeNumber(call.args[1]), (unbounded ? mostOfMax : most) / length + 1);
   if (unbounded && count * static_cast<std::int64_t>(text.size()) > mostOfMax) throw SqlError(Message::Truncated);

@@ -59,7 +59,8 @@ struct Expression {
   bool distinct = false;
   bool star = false;
   bool all = false;
-  bool over = false;  // a window function; partition and order below
+  bool over = false;      // a window function; partition and order below
+  bool collated = false;  // COLLATE stands behind it
   Type type;
   std::vector<ExpressionPtr> arguments;
   ExpressionPtr operand;
@@ -101,6 +102,7 @@ struct Select {
   bool distinct = false;
   ExpressionPtr top;
   bool percent = false;
+  bool ties = false;
   std::vector<SelectItem> items;
   std::string into;
   std::vector<TableReferencePtr> from;
@@ -165,7 +167,8 @@ struct Constraint {
   std::vector<std::string> targetColumns;
   std::string onDelete;  // "CASCADE", "NO ACTION", ... or empty
   std::string onUpdate;
-  std::string forColumn;  // DEFAULT ... FOR column
+  std::string forColumn;    // DEFAULT ... FOR column
+  bool withValues = false;  // DEFAULT ... WITH VALUES: for the rows that are there, too
 };
 
 struct ColumnDefinition {

@@ -44,7 +44,17 @@ struct Scope {
   int insideAggregate = 0;
   int insideGroupKey = 0;
   const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
-  std::string ungrouped;  // the first column that stands neither in an aggregate nor in a group key
+  enum class Clause { Select, Having, OrderBy };
+  Clause clause = Clause::Select;       // which one is being written
+  std::string ungrouped;                // the first column that stands neither in an aggregate nor in a group key ...
+  Clause ungroupedIn = Clause::Select;  // ... and where it stands
+  void setUngrouped(std::string column) {
+    // HAVING is judged first.
+    const bool first = ungrouped.empty() || (clause == Clause::Having && ungroupedIn == Clause::Select);
+    if (!first) return;
+    ungrouped = std::move(column);
+    ungroupedIn = clause;
+  }
   // A derived table does not see its neighbours, but does see the scopes around the whole query.
   const std::map<std::string, const struct CommonTableText*>* commonTables = nullptr;
 };
@@ -78,17 +88,27 @@ struct BoundBody {
   bool distinct = false;
   std::vector<Output> outputs;
   std::string tail;   // FROM ... HAVING ...
-  std::string limit;  // TOP
+  std::string limit;  // TOP: a number of rows, or of percents
+  bool percent = false;
+  bool ties = false;
   bool singleRow = false;
   const Table* updatable = nullptr;      // its rows are rows of this table ...
   std::string rowAlias;                  // ... known by this name
   std::vector<std::vector<Typed>> rows;  // a VALUES list
 };
 
+// One item of an ORDER BY list.
+struct OrderKey {
+  std::size_t position = 0;  // of the output column, from 1; 0: none
+  std::string sql;
+  std::string suffix;  // collation and direction
+  std::string text() const { return (position > 0 ? std::to_string(position) : sql) + suffix; }
+};
+
 struct BoundQuery {
   std::unique_ptr<BoundBody> body;
-  std::vector<std::string> order;  // SQLite text of each item
-  std::vector<Output> outputs;     // with the types that all branches are converted to
+  std::vector<OrderKey> order;
+  std::vector<Output> outputs;  // with the types that all branches are converted to
   std::unique_ptr<Scope> scope;
 };
 
@@ -129,9 +149,13 @@ class Writer {
   Typed convert(Typed value, const Type& to, When when = When::Early);
   Typed convertExplicitly(Typed value, const Type& to, const std::string& style);
   // A value for a column of a table, as an INSERT or UPDATE puts it there.
-  std::string assign(const Typed& value, const Table& table, const Column& column);
-  std::string assignTo(const Typed& value, const Type& to, const std::string& name);
-  static std::string collation(const Type& type);  // " COLLATE ..." or empty
+  // `verb` is for messages, where it is not INSERT.
+  std::string assign(const Typed& value, const Table& table, const Column& column, std::string_view verb = {});
+  // The same for a row that is inserted whatever happens: a literal is made ready before it is bound, once a statement.
+  std::string assignInserted(const Typed& value, const Table& table, const Column& column);
+  std::string assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb = {});
+  static std::string collation(const Type& type);                         // " COLLATE ..." or empty
+  static std::string compared(const std::string& sql, const Type& type);  // a value as it is compared and sorted
 
   // Queries (query_writer.cpp).
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
@@ -142,6 +166,9 @@ class Writer {
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
   Query finishQuery(const BoundQuery& query);
+  // All columns of a query's tables for its rows, in its order; what the query selects is left to be evaluated for each
+  // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
+  Query bindRows(const tree::Query& query, Scope& scope);
 
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() { parameters_.clear(); }
@@ -199,6 +226,7 @@ class Writer {
   void convertOutputs(BoundBody& body, const std::vector<Output>& outputs);
   std::string renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,
                          std::string_view extra, bool withoutLong);
+  std::string renderPart(const BoundBody& body, const BoundQuery& query, bool aliases);
   std::string renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,
                            bool withoutLong);
   std::string joinText(const tree::TableReference& reference, Scope& scope, std::size_t firstVisible);

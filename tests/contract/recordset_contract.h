@@ -157,6 +157,19 @@ TEST_P(DataAccessContract, RowsStayWhatTheyWereWhenTheConnectionChangesTheTable)
   EXPECT_THAT(rest(*rows, "Name"), ::testing::ElementsAre("Ann", "Bob", "Cid"));
 }
 
+TEST_P(DataAccessContract, AnErrorInALaterRowIsRaisedAtTheLatestWhenThatRowIsReached) {
+  TOLVANE_ASKS_FOR(speaksTransactSql);
+  addThree();
+  const auto read = [&] { (void)run("select 10 / (2 - Id) from People order by Id")->recordCount(); };
+  expectDatabase(oledb::errorsInCommand, read);
+  if (!engine_->deviations().laterRowsFailLate) return;
+  const auto rows = run("select 10 / (2 - Id) as Part from People order by Id");
+  EXPECT_EQ(rows->value("Part"), Value(std::int32_t{10}));
+  run("update People set Age = 1");
+  rows->moveNext();
+  expectDatabase(oledb::errorsInCommand, [&] { (void)rows->eof(); });
+}
+
 TEST_P(DataAccessContract, AHalfReadSetDoesNotHoldUpTheConnectionsWrites) {
   addThree();
   const auto rows = run("select Name from People order by Id");

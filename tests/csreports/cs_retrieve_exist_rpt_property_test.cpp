@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "csreports/statements.h"
+#include "frame/sql_text.h"
 
 namespace tolvane::test {
 namespace {
@@ -74,12 +75,15 @@ struct GetExistRptRule : testing::Test {
 
   GetExistRptRule() {
     addGroups(set);
+    std::string inserts;
     for (const Statement& s : statements) {
       const std::string day = s.day ? "'" + compactText(*s.day) + "'" : "null";
-      set.sql("insert into t_CsRptContent (FRptGroupID,FRptType,FCurrencyID,FYear,FPeriod,FDay) select FRptGroupID," +
-              std::to_string(s.type) + "," + std::to_string(s.currency) + "," + std::to_string(s.year) + "," +
-              std::to_string(s.period) + "," + day + " from t_CsRptGroup where FCycleID=" + std::to_string(s.cycle));
+      inserts += sql(
+          " insert into t_CsRptContent (FRptGroupID,FRptType,FCurrencyID,FYear,FPeriod,FDay) select FRptGroupID,",
+          s.type, ",", s.currency, ",", s.year, ",", s.period, ",", day, " from t_CsRptGroup where FCycleID=", s.cycle);
     }
+    // In one piece: a statement alone waits for the disk.
+    set.sql("begin transaction" + inserts + " commit");
   }
 
   void expectTheRule(std::int32_t year, std::int32_t month, Date day, std::int32_t currency = 1) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "csreports/statements.h"
+#include "support/older_layout.h"
 
 namespace tolvane::test {
 namespace {
@@ -29,7 +30,7 @@ struct CsRetrieveGroupsOnAccountSet : testing::Test {
 const Value zero = std::int32_t{0};
 
 TEST_F(CsRetrieveGroupsOnAccountSet, TheOldListNeverHoldsAConvertedGroup) {
-  runScript(set, "schema/older_cs.sql");
+  addOlderTables(set);
   set.sql(
       "insert into t_Rpt_CsRptGroup (FRptGroupID, FRptGroupNum, FRptGroupName, FCycleID) values "
       "(1,'P1','b',1), (2,'P2','a',10000), (3,'P3','a',12)");
@@ -74,7 +75,7 @@ TEST_F(CsRetrieveGroupsOnAccountSet, GetCsRptGroupIDAndGetCsRptGroupNumReadWithd
 
 TEST_F(CsRetrieveGroupsOnAccountSet, CurrenciesAreFoundByNumberAndByIdentifier) {
   EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "RMB"}}), Value(std::int32_t{1}));
-  EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "XXX"}}), zero);
+  EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "ZZZ"}}), zero);
   EXPECT_EQ(ask("GetCurrencyNum", {{"lCurrencyID", std::int32_t{1}}}), Value("RMB"));
   EXPECT_EQ(ask("GetCurrencyNum", {{"lCurrencyID", std::int32_t{9}}}), Value(""));
 }
@@ -126,12 +127,12 @@ TEST_F(CsRetrieveGroupsOnAccountSet, TheOtherReadsRaiseWhatTheDatabaseRaises) {
 
 TEST_F(CsRetrieveGroupsOnAccountSet, ConversionIsNeededExactlyWhenTheOldGroupTableExists) {
   EXPECT_EQ(ask("IsNeedUpGrade"), zero);
-  runScript(set, "schema/older_cs.sql");
+  addOlderTables(set);
   EXPECT_EQ(ask("IsNeedUpGrade"), Value(std::int32_t{1}));
 }
 
 TEST_F(CsRetrieveGroupsOnAccountSet, ConversionIsStillNeededWhenEveryOldGroupIsConverted) {
-  runScript(set, "schema/older_cs.sql");
+  addOlderTables(set);
   set.sql("insert into t_Rpt_CsRptGroup (FRptGroupID, FRptGroupNum, FRptGroupName, FCycleID) values (1,'P','p',10000)");
   EXPECT_EQ(ask("IsNeedUpGrade"), Value(std::int32_t{1}));
 }

@@ -1,7 +1,8 @@
 // Converting the older layout, on a real account set.
 #include <gmock/gmock.h>
 
-#include "csreports/statements.h"
+#include "support/account_set.h"
+#include "support/older_layout.h"
 
 namespace tolvane::test {
 namespace {
@@ -23,7 +24,7 @@ struct CsUpdateUpgradeOnAccountSet : testing::Test {
   AccountSet set;
 
   CsUpdateUpgradeOnAccountSet() {
-    runScript(set, "schema/older_cs.sql");
+    addOlderTables(set);
     addGroup(1, "P1", "Old");
   }
   void addGroup(std::int32_t id, const std::string& number, const std::string& name) {

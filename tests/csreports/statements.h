@@ -1,10 +1,6 @@
 // What the tests on an account set with companies' statements in it have in common.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "platform/calendar.h"
@@ -43,21 +39,5 @@ struct StatementName {
     return all;
   }
 };
-
-/// Runs a file of batches that a line "GO" ends.
-inline void runScript(AccountSet& set, const std::string& file) {
-  std::ifstream stream(std::string(TOLVANE_SOURCE_DIR) + "/" + file);
-  ASSERT_TRUE(stream.good()) << file;
-  std::string batch;
-  for (std::string line; std::getline(stream, line);) {
-    if (line != "GO") {
-      batch += line + "\n";
-      continue;
-    }
-    set.sql(batch);
-    batch.clear();
-  }
-  if (batch.find_first_not_of(" \n") != std::string::npos) set.sql(batch);
-}
 
 }  // namespace tolvane::test

@@ -243,6 +243,27 @@ TEST_F(EmbeddedEngineTest, ADocumentOfTwoHundredMebibytesIsStoredAndRead) {
   EXPECT_EQ(read.get<Bytes>()->view().back(), 7);
 }
 
+TEST_F(EmbeddedEngineTest, AnEmptyTextIsADocumentWithoutBytesAndAnyOtherTextIsNone) {
+  run("create table t (a int, b image null)");
+  const auto rows = connection_->newRecordset();
+  rows->open("t", CursorType::keyset, LockType::optimistic);
+  rows->addNew();
+  EXPECT_EQ(errorOf([&] { rows->setValue("b", "text"); }).number(), errorNumber(AdoError::dataConversion));
+  rows->setValue("b", "");
+  rows->update();
+  EXPECT_EQ(run("select b from t")->value("b"), Value(Bytes()));
+}
+
+TEST_F(EmbeddedEngineTest, TheColumnsOfATableAreReadBeforeAndAfterItGainsOne) {
+  run("create table t (a int)");
+  const auto columns = [&] {
+    return scalar("select count(*) from syscolumns c, sysobjects o where c.id=o.id and o.name='t'");
+  };
+  EXPECT_EQ(columns(), "1");
+  run("if not exists(select c.name from syscolumns c where c.name='b') begin alter table t add b int null end");
+  EXPECT_EQ(columns(), "2");
+}
+
 TEST_F(EmbeddedEngineTest, TheFileIsOrdinaryToThePlainSqliteShell) {
   run("create table t_Rpt_Right (FRptID int not null, FName nvarchar(20) null)");
   run("insert into t_Rpt_Right values (7, N'资产')");

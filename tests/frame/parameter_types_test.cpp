@@ -115,6 +115,14 @@ TEST(ParameterTypes, AnArrayKnowsItsBounds) {
   EXPECT_EQ(array.elements, (std::vector<std::int32_t>{0, 9}));
 }
 
+TEST(ParameterTypes, AnArrayTellsItsUpperBoundAtBothEndsOfTheRange) {
+  constexpr std::int32_t lowest = -2147483647 - 1;
+  constexpr std::int32_t highest = 2147483647;
+  EXPECT_EQ((Int32Array{highest, {10}, true}).upper(), highest);
+  EXPECT_EQ((Int32Array{lowest, {}, true}).upper(), std::int64_t{lowest} - 1);
+  EXPECT_EQ(Int32Array().upper(), -1);
+}
+
 TEST(ParameterTypes, SubscriptsOutsideAnArrayAreRefused) {
   Int32Array array;
   const auto outOfRange = errorNumber(RuntimeError::subscriptOutOfRange);

@@ -90,7 +90,12 @@ class Template {
   Template(const Template&) = delete;
   Template& operator=(const Template&) = delete;
 
-  void copyTo(const fs::path& path) const { fs::copy_file(path_, path, fs::copy_options::overwrite_existing); }
+  /// With the write-ahead log: the engine may still keep the file open, and then much of it is only there.
+  void copyTo(const fs::path& path) const {
+    fs::copy_file(path_, path, fs::copy_options::overwrite_existing);
+    const fs::path log = path_.string() + "-wal";
+    if (fs::exists(log)) fs::copy_file(log, path.string() + "-wal", fs::copy_options::overwrite_existing);
+  }
 
  private:
   fs::path path_;
@@ -193,7 +198,7 @@ Outcome AccountSet::call(std::string_view method, Named arguments) {
   if (!description) throw std::invalid_argument(tolvane::sql("no class of ", method));
   const MethodDescription& described = findMethod(*description, method.substr(dot + 1));
 
-  arguments.emplace_back(described.parameters.front().name, Value(dsn()));
+  if (!described.isProperty) arguments.emplace_back(described.parameters.front().name, Value(dsn()));
   for (const ParameterDescription& parameter : described.parameters) {
     const bool given = std::any_of(arguments.begin(), arguments.end(),
                                    [&](const auto& argument) { return sameName(argument.first, parameter.name); });

@@ -5,6 +5,7 @@
 namespace tolvane::tsql::testing {
 
 const std::vector<CallRow>& conversionRows() {
+  static const Bytes zeros{std::byte{0x41}, std::byte{0}, std::byte{0}};
   static const std::vector<CallRow> rows{
       {"ts_convert", {"12", varchar(), packed(TypeKind::Int)}, "12"},
       {"ts_convert", {"2012-03-05", packed(TypeKind::Date), varchar()}, "'2012-03-05'"},
@@ -13,6 +14,7 @@ const std::vector<CallRow>& conversionRows() {
       {"ts_convert", {"2012-03-05", packed(TypeKind::Date), varchar(), Datum()}, "null"},
       {"ts_convert", {Datum(), varchar(), packed(TypeKind::Int), 0}, "null"},
       {"ts_convert", {"2012-03-05", packed(TypeKind::Date), varchar(), "103"}, "'05/03/2012'"},
+      {"ts_bytes", {zeros}, "0x41"},
       {"ts_assign", {"abc", varchar(), varchar(3), "T.C"}, "'abc'"},
       {"ts_assign", {"abcd", varchar(), varchar(3), "T.C"}, "8152 String or binary data would be truncated."},
       {"ts_assign",

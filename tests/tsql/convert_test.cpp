@@ -149,7 +149,7 @@ TEST(Convert, NumbersToText) {
       {0.1, Type::of(Float), text(30), "'1.000000000000000e-001'", 2},
       {1.5, Type::of(Float), text(30),
        "281 9 is not a valid style number when converting from float to a character string.", 9},
-      {1234.5, Type::of(Float), text(3), "8115 Arithmetic overflow error converting float to data type varchar."},
+      {1234.5, Type::of(Float), text(3), "232 Arithmetic overflow error for type varchar, value = 1234.500000."},
       {"1234.5678", Type::of(Money), text(30), "'1234.57'"},
       {"1234.5678", Type::of(Money), text(30), "'1,234.57'", 1},
       {"1234.5678", Type::of(Money), text(30), "'1234.5678'", 2},

@@ -12,6 +12,7 @@
 #include "tsql/error_reach.h"
 #include "tsql/functions.h"
 #include "tsql/unicode.h"
+#include "tsql/unique_identifier_order.h"
 
 namespace tolvane::tsql::testing {
 namespace {
@@ -172,6 +173,11 @@ int compareTexts(void* shared, int leftSize, const void* left, int rightSize, co
       {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
 }
 
+int compareIdentifiers(void*, int leftSize, const void* left, int rightSize, const void* right) {
+  return compareUniqueIdentifiers({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
+                                  {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
+}
+
 int compareDecimals(void*, int leftSize, const void* left, int rightSize, const void* right) {
   const auto a = Decimal::parse({static_cast<const char*>(left), static_cast<std::size_t>(leftSize)});
   const auto b = Decimal::parse({static_cast<const char*>(right), static_cast<std::size_t>(rightSize)});
@@ -219,6 +225,8 @@ struct EngineHarness::State : Catalogue {
   mutable std::map<std::string, std::unique_ptr<Table>> tables;
   std::uint64_t schema = 1;
   std::vector<Result> variables;
+  std::vector<Result> rowValues;  // that AssignStep::forRow is run for
+  int leaving = 0;                // breakOuter or continueOuter on its way out of deferred steps
 
   // --- the catalogue, read anew after each definition
   const Table* find(std::string_view name) const override {
@@ -334,6 +342,8 @@ struct EngineHarness::State : Catalogue {
       }
       case Parameter::Source::Variable:
         return variables[static_cast<std::size_t>(parameter.index)];
+      case Parameter::Source::RowColumn:
+        return rowValues[static_cast<std::size_t>(parameter.index)];
       case Parameter::Source::RowCount:
         return Result(shared.session.rowCount_);
       case Parameter::Source::Error:
@@ -362,7 +372,9 @@ struct EngineHarness::State : Catalogue {
     for (std::size_t i = 0; i < text.parameters.size(); ++i) {
       const Parameter& parameter = text.parameters[i];
       Result value = valueOf(parameter, batch);
-      if (parameter.from != parameter.to) {
+      if (!parameter.column.empty()) {
+        value = assign(value.datum(), parameter.from, parameter.to, parameter.column, shared.collation);
+      } else if (parameter.from != parameter.to) {
         value = convert(value.datum(), parameter.from, parameter.to, std::nullopt, shared.collation);
       }
       bind(statement, static_cast<int>(i) + 1, value.datum());
@@ -449,10 +461,15 @@ struct EngineHarness::State : Catalogue {
   }
   std::string run(const JumpStep& step, const Program&, const ShapedBatch&, int& next, bool&) {
     next = step.target;
+    if (next < JumpStep::endOfBatch) {
+      leaving = next;
+      next = static_cast<int>(1U << 30);
+    }
     return {};
   }
   std::string run(const AssignStep& step, const Program&, const ShapedBatch& batch, int&, bool&) {
     std::int64_t rows = 0;
+    if (!step.forRow.empty()) return runRowByRow(step, batch);
     execute(step.query.statement, batch, [&](sqlite3_stmt* s) {
       ++rows;
       for (std::size_t i = 0; i < step.slots.size(); ++i) {
@@ -460,6 +477,19 @@ struct EngineHarness::State : Catalogue {
       }
     });
     shared.session.rowCount_ = rows;
+    return {};
+  }
+  std::string runRowByRow(const AssignStep& step, const ShapedBatch& batch) {
+    shared.session.rowCount_ = 0;
+    execute(step.query.statement, batch, [&](sqlite3_stmt* s) {
+      ++shared.session.rowCount_;
+      rowValues.clear();
+      for (int i = 0; i < sqlite3_column_count(s); ++i) rowValues.push_back(read(s, i));
+      for (std::size_t i = 0; i < step.slots.size(); ++i) {
+        execute(step.forRow[i], batch,
+                [&](sqlite3_stmt* value) { variables[static_cast<std::size_t>(step.slots[i])] = read(value, 0); });
+      }
+    });
     return {};
   }
   std::string run(const PrintStep& step, const Program&, const ShapedBatch& batch, int&, bool&) {
@@ -493,9 +523,13 @@ struct EngineHarness::State : Catalogue {
     return text + "\n";
   }
   std::string run(const OptionStep&, const Program&, const ShapedBatch&, int&, bool&) { return {}; }
-  std::string run(const DeferredStep& step, const Program& program, const ShapedBatch& batch, int&, bool& ended) {
+  std::string run(const DeferredStep& step, const Program& program, const ShapedBatch& batch, int& next, bool& ended) {
     const Program inner = compileDeferred(batch, program, step, *this);
-    return steps(inner, batch, ended);
+    std::string output = steps(inner, batch, ended);
+    const int left = std::exchange(leaving, 0);
+    if (left != 0)
+      run(JumpStep{left == JumpStep::breakOuter ? step.breakTo : step.continueTo}, program, batch, next, ended);
+    return output;
   }
 };
 
@@ -517,6 +551,7 @@ EngineHarness::EngineHarness() : state_(std::make_unique<State>()) {
                                state_->registered.back().get(), nullptr, stepAggregate, finishAggregate, nullptr);
   }
   sqlite3_create_collation_v2(state_->database, "TSQL", SQLITE_UTF8, &state_->shared, compareTexts, nullptr);
+  sqlite3_create_collation_v2(state_->database, "TSQL_GUID", SQLITE_UTF8, nullptr, compareIdentifiers, nullptr);
   sqlite3_create_collation_v2(state_->database, "TSQL_DECIMAL", SQLITE_UTF8, nullptr, compareDecimals, nullptr);
 }
 
