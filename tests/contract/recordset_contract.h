@@ -158,6 +158,7 @@ TEST_P(DataAccessContract, RowsStayWhatTheyWereWhenTheConnectionChangesTheTable)
 }
 
 TEST_P(DataAccessContract, AnErrorInALaterRowIsRaisedAtTheLatestWhenThatRowIsReached) {
+  TOLVANE_ASKS_FOR(speaksTransactSql);
   addThree();
   const auto read = [&] { (void)run("select 10 / (2 - Id) from People order by Id")->recordCount(); };
   expectDatabase(oledb::errorsInCommand, read);
