@@ -306,7 +306,7 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
     }
   };
   // Alone and outside a transaction SQLite itself makes a statement whole or not at all.
-  if (step.statements.size() == 1 && !database.inTransaction()) {
+  if (step.oneRow || (step.statements.size() == 1 && !database.inTransaction())) {
     work();
   } else {
     session_->atomically(work);
@@ -448,6 +448,10 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
   using Source = tsql::Parameter::Source;
   const auto index = static_cast<std::size_t>(parameter.index);
   const auto bindValue = [&](const Datum& value, sqlite3_destructor_type life) {
+    if (!parameter.column.empty()) {
+      const auto assigned = tsql::assign(value, parameter.from, parameter.to, parameter.column, accountSetCollation());
+      return bindDatum(statement, position, assigned.datum(), SQLITE_TRANSIENT);
+    }
     if (sameType(parameter.from, parameter.to)) return bindDatum(statement, position, value, life);
     const auto converted = tsql::convert(value, parameter.from, parameter.to, std::nullopt, accountSetCollation());
     bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);

@@ -69,7 +69,7 @@ std::string BatchCompiler::insertValues(const tree::Select& select, const Table&
       if (value.kind == tree::ExpressionKind::Default) {
         text += column.defaultText.empty() ? "NULL" : "(" + column.defaultText + ")";
       } else {
-        text += writer_.assign(writer_.expression(value, nullptr), table, column);
+        text += writer_.assignInserted(writer_.expression(value, nullptr), table, column);
       }
     }
     text += ')';
@@ -112,6 +112,7 @@ void BatchCompiler::insert(const StatementNode& node) {
     if (select && !select->values.empty()) {
       for (const auto& row : select->values) checkCount(node, row.size(), columns.size());
       text += insertValues(*select, table, columns);
+      step.oneRow = select->values.size() == 1;
     } else {
       const BoundQuery probe = writer_.bind(*node.query, nullptr, false);
       checkCount(node, probe.outputs.size(), columns.size());

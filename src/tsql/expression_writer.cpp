@@ -202,6 +202,15 @@ std::string Writer::assign(const Typed& value, const Table& table, const Column&
   return assignTo(value, column.type, "dbo." + table.name + "." + column.name, verb);
 }
 
+std::string Writer::assignInserted(const Typed& value, const Table& table, const Column& column) {
+  std::string sql = assign(value, table, column);
+  if (value.literal < 0 || value.parameter < 0 || sql == value.sql) return sql;
+  Parameter parameter = parameters_[static_cast<std::size_t>(value.parameter)];
+  parameter.to = column.type;
+  parameter.column = "dbo." + table.name + "." + column.name;
+  return addParameter(parameter);
+}
+
 // --- leaves
 
 Typed Writer::literal(const Expression& expression) {

@@ -34,6 +34,8 @@ struct Parameter {
   // Where it differs from `from`, the interpreter converts the value with convert() before binding it (once a statement
   // instead of once a row). The error, if any, is that statement's error.
   Type to;
+  // "table.column" when the value goes into that column: assign() takes the place of convert().
+  std::string column = {};
 
   bool operator==(const Parameter&) const = default;
 };
@@ -84,6 +86,7 @@ struct ExecuteStep {
   int counted = 0;            // which statement's changed rows are @@ROWCOUNT; -1: not counted
   bool setsIdentity = false;  // the table has an identity column: @@IDENTITY becomes the last row number inserted
   bool checksKeys = false;    // foreign keys may fail: error 547
+  bool oneRow = false;        // one statement that adds one row: SQLite itself makes it whole or not at all
 };
 
 // CREATE, ALTER, DROP. The catalogue is read anew afterwards.

@@ -33,7 +33,8 @@ constexpr std::string_view columns =
     "ESCAPE '\\'";
 
 constexpr std::string_view types =
-    "SELECT column1 AS name,column2 AS xtype,column3 AS status,CASE column1 WHEN 'sysname' THEN 256 ELSE column2 END AS xusertype,column4 AS length FROM (VALUES "
+    "SELECT column1 AS name,column2 AS xtype,column3 AS status,CASE column1 WHEN 'sysname' THEN 256 ELSE column2 END "
+    "AS xusertype,column4 AS length FROM (VALUES "
     "('image',34,0,16),('text',35,0,16),('uniqueidentifier',36,0,16),('date',40,0,3),('tinyint',48,0,1),"
     "('smallint',52,0,2),('int',56,0,4),('smalldatetime',58,0,4),('real',59,0,4),('money',60,0,8),('datetime',61,0,8),"
     "('float',62,0,8),('ntext',99,0,16),('bit',104,0,1),('decimal',106,0,17),('numeric',108,0,17),('smallmoney',122,0,"

@@ -151,6 +151,8 @@ class Writer {
   // A value for a column of a table, as an INSERT or UPDATE puts it there.
   // `verb` is for messages, where it is not INSERT.
   std::string assign(const Typed& value, const Table& table, const Column& column, std::string_view verb = {});
+  // The same for a row that is inserted whatever happens: a literal is made ready before it is bound, once a statement.
+  std::string assignInserted(const Typed& value, const Table& table, const Column& column);
   std::string assignTo(const Typed& value, const Type& to, const std::string& name, std::string_view verb = {});
   static std::string collation(const Type& type);                         // " COLLATE ..." or empty
   static std::string compared(const std::string& sql, const Type& type);  // a value as it is compared and sorted

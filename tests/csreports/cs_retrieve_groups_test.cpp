@@ -75,7 +75,7 @@ TEST_F(CsRetrieveGroupsOnAccountSet, GetCsRptGroupIDAndGetCsRptGroupNumReadWithd
 
 TEST_F(CsRetrieveGroupsOnAccountSet, CurrenciesAreFoundByNumberAndByIdentifier) {
   EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "RMB"}}), Value(std::int32_t{1}));
-  EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "XXX"}}), zero);
+  EXPECT_EQ(ask("GetCurrencyID", {{"sCurrencyNum", "ZZZ"}}), zero);
   EXPECT_EQ(ask("GetCurrencyNum", {{"lCurrencyID", std::int32_t{1}}}), Value("RMB"));
   EXPECT_EQ(ask("GetCurrencyNum", {{"lCurrencyID", std::int32_t{9}}}), Value(""));
 }

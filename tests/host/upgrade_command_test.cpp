@@ -82,7 +82,7 @@ TEST_F(UpgradeCommand, TheCurrencyIsAskedForByNumber) {
 
 TEST_F(UpgradeCommand, ACurrencyThatThereIsNotIsWrongUsageAndNothingIsConverted) {
   test::addOlderLayout(set, 1, 1, 1);
-  EXPECT_THROW(upgrade({.currency = "XXX"}), UsageError);
+  EXPECT_THROW(upgrade({.currency = "ZZZ"}), UsageError);
   EXPECT_THROW(upgrade({.currency = "R'MB"}), UsageError);
   EXPECT_EQ(set.value("select count(*) from t_CsRptGroup"), Value(std::int32_t{0}));
 }

@@ -372,7 +372,9 @@ struct EngineHarness::State : Catalogue {
     for (std::size_t i = 0; i < text.parameters.size(); ++i) {
       const Parameter& parameter = text.parameters[i];
       Result value = valueOf(parameter, batch);
-      if (parameter.from != parameter.to) {
+      if (!parameter.column.empty()) {
+        value = assign(value.datum(), parameter.from, parameter.to, parameter.column, shared.collation);
+      } else if (parameter.from != parameter.to) {
         value = convert(value.datum(), parameter.from, parameter.to, std::nullopt, shared.collation);
       }
       bind(statement, static_cast<int>(i) + 1, value.datum());
