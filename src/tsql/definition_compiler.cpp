@@ -426,8 +426,12 @@ void BatchCompiler::createIndex(const StatementNode& node) {
 void BatchCompiler::alterAdd(const StatementNode& node) {
   const Table& table = changedTable(node.table);
   DdlStep step;
-  for (const auto& definition : node.definitions) {
-    if (table.find(definition.name) >= 0) {
+  for (std::size_t i = 0; i < node.definitions.size(); ++i) {
+    const auto& definition = node.definitions[i];
+    const auto begin = node.definitions.begin();
+    const bool before = std::any_of(begin, begin + static_cast<std::ptrdiff_t>(i),
+                                    [&](const auto& other) { return sameName(other.name, definition.name); });
+    if (before || table.find(definition.name) >= 0) {
       return error(node, SqlError(2705, 16,
                                   "Column names in each table must be unique. Column name '" + definition.name +
                                       "' in table '" + table.name + "' is specified more than once."));

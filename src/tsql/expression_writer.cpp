@@ -500,6 +500,10 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     if (type.isBinary()) incompatible();
   } else if (type.isDate()) {
     if ((op != '+' && op != '-') || type.kind == TypeKind::Date) {
+      const Type& other = left.type.kind == type.kind ? right.type : left.type;
+      if (type.kind == TypeKind::Date && other.isNumber()) {
+        fail(expression.token, Message::OperandClash, {type.baseName(), other.baseName()});
+      }
       if (left.type.kind == type.kind) invalid(left.type);
       incompatible();
     }
@@ -508,9 +512,8 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     result.sql = "CAST(" + left.sql + "||" + right.sql + " AS BLOB)";
     return result;
   } else if (!type.isNumber() || type.kind == TypeKind::Bit) {
-    if (type.isText() && !type.isLongText() && left.type.isText() && right.type.isText()) {
-      incompatible();
-    }
+    const bool texts = left.type.isText() && right.type.isText();
+    if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   } else if (op == '%' && type.isFloat()) {
     incompatible();

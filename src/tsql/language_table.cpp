@@ -54,6 +54,7 @@ constexpr std::array refused{
     LanguageRow{"`OPTION (...)`", "select a from t option (recompile)"},
     LanguageRow{"functions as tables", "select 1 from f(1)"},
     LanguageRow{"table variables", "declare @x table (a int)"},
+    LanguageRow{"common table expressions that refer to themselves", "with c as (select 1 a union all select a + 1 from c) select a from c"},
     LanguageRow{"common table expressions before other statements", "with c as (select 1 a) delete t"},
     LanguageRow{"a variable that grows over the rows of a query with `DISTINCT`, `GROUP BY`, `WITH`", "declare @s varchar(9) select distinct @s = @s + b from t"},
     LanguageRow{"`INSERT ... EXEC`", "insert t exec p"},

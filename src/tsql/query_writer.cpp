@@ -37,7 +37,9 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   if (!query.with.empty()) {
     commonTables_.emplace_back();
     for (const auto& table : query.with) {
+      defining_.push_back(table.name);
       const BoundQuery inner = bind(*table.query, nullptr, true);
+      defining_.pop_back();
       auto text = std::make_unique<CommonTableText>();
       text->name = table.name;
       text->sql = render(inner, true);

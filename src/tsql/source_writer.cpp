@@ -91,6 +91,9 @@ void Writer::addSource(Source source, int token, Scope& scope) {
 bool Writer::addTable(const TableReference& reference, Scope& scope, std::string& text) {
   if (reference.schema.empty() && addCommonTable(reference, scope, text)) return true;
   if (addSystemTable(reference, scope, text)) return true;
+  if (reference.schema.empty() && !defining_.empty() && sameName(defining_.back(), reference.name)) {
+    refuse(reference.token, "a common table expression that refers to itself");
+  }
   const Table* table = findTable(reference.schema, reference.name, reference.token);
   readTable(*table);
   Source source;

@@ -171,7 +171,12 @@ class Writer {
   Query bindRows(const tree::Query& query, Scope& scope);
 
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
-  void beginStatement() { parameters_.clear(); }
+  void beginStatement() {
+    parameters_.clear();
+    // A statement that was left in the middle, because a table is missing, leaves its own behind.
+    commonTables_.clear();
+    defining_.clear();
+  }
   Statement finish(std::string_view text) const;
   std::string addParameter(const Parameter& parameter);
 
@@ -241,6 +246,7 @@ class Writer {
   const CompileOptions& options_;
   std::vector<Parameter> parameters_;
   std::vector<std::vector<std::unique_ptr<CommonTableText>>> commonTables_;
+  std::vector<std::string> defining_;  // the common table expressions that are being written
   int aliases_ = 0;
   bool inline_ = false;
 };

@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "tsql/date_part.h"
+#include "tsql/date_text.h"
 #include "tsql/engine_harness.h"
 #include "tsql/function_table.h"
 #include "tsql/functions.h"
@@ -83,6 +84,41 @@ TEST(TablesOfCases, TryEveryType) {
     const auto& row = typeRow(static_cast<TypeKind>(kind));
     if (row.kind == TypeKind::Timestamp) continue;  // refused
     EXPECT_NE(cases.find(" " + std::string(row.name)), std::string::npos) << row.name;
+  }
+}
+
+TEST(TablesOfCases, TryEveryOperator) {
+  const std::string cases = allCases();
+  for (const OperatorRow& row : operatorRows()) {
+    const std::string symbol(row.symbol);
+    const std::string use = symbol == "~" ? "~ 2" : "7 " + symbol + " 2";
+    EXPECT_NE(cases.find(use), std::string::npos) << symbol;
+  }
+}
+
+TEST(TablesOfCases, TryEveryPairOfTypes) {
+  const std::string cases = allCases();
+  const auto written = [](const TypeRow& row) {
+    if (row.kind == TypeKind::Decimal) return std::string("decimal(10,2)");
+    if (row.kind == TypeKind::Binary) return std::string("binary(16)");
+    return std::string(row.name) + (row.takesLength ? "(40)" : "");
+  };
+  for (int from = 1; from < kindCount; ++from) {
+    for (int to = 1; to < kindCount; ++to) {
+      const TypeRow& source = typeRow(static_cast<TypeKind>(from));
+      const TypeRow& target = typeRow(static_cast<TypeKind>(to));
+      if (source.kind == TypeKind::Timestamp || target.kind == TypeKind::Timestamp) continue;  // refused
+      const std::string use = " as " + written(source) + ") as " + written(target) + ")";
+      EXPECT_NE(cases.find(use), std::string::npos) << use;
+    }
+  }
+}
+
+TEST(TablesOfCases, TryEveryStyleOfDates) {
+  const std::string cases = allCases();
+  for (const DateStyle& style : dateStyles()) {
+    const std::string use = "as datetime), " + std::to_string(style.style) + ")";
+    EXPECT_NE(cases.find(use), std::string::npos) << use;
   }
 }
 
