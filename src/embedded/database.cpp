@@ -156,7 +156,7 @@ void Database::checkIsAccountSet() {
     run("PRAGMA synchronous = FULL");
     run("PRAGMA foreign_keys = ON");
     run("PRAGMA cache_size = -8192");
-    run("PRAGMA mmap_size = 67108864");
+    run("PRAGMA mmap_size = 33554432");
     run("PRAGMA temp_store = MEMORY");
   } catch (const AutomationError& error) {
     if (error.database().sqlState.empty()) throw;
