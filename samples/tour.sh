@@ -159,6 +159,7 @@ step call --dsn "$older" CsUpdate.UpGradeOneCsRpt lngOldRptGroupID=1 lngNewRptGr
   'sCurrencyNum="RMB"'
 step sql --dsn "$older" "select FRptGroupID, FYear, count(*) as FStatements from t_CsRptContent group by FRptGroupID, FYear"
 step call --table --dsn "$older" CsRetrieve.GetRptGroupList
+step upgrade --dsn "$older"
 
 title "18. Another account set: a configuration made, granted, and seen by the grantee; an account checked"
 connection='{"FDriverType":0,"FAisName":"SW2025","FSystemDB":"sysdb","FServerName":"finance-southwest"'
