@@ -107,7 +107,7 @@ struct Older {
 
   void reset() {
     plain.execute("BEGIN IMMEDIATE");
-    plain.execute("DELETE FROM t_CsRptItemData WHERE FCompanyNum='001' AND FItemNum='I1'");
+    plain.execute("DELETE FROM t_CsRptItemData WHERE FCompanyNum='001' COLLATE TSQL AND FItemNum='I1' COLLATE TSQL");
     plain.execute("UPDATE t_Rpt_CsRptGroup SET FCycleID=1");
     plain.execute("COMMIT");
   }
@@ -126,8 +126,9 @@ struct Older {
         "SELECT FYear,FPeriod,FAmount,FAccuAmount,FIsNew FROM t_Rpt_CsRptItemData WHERE "
         "FItemNum='I1'");
     auto find = plain.prepare(
-        "SELECT 1 FROM t_CsRptItemData WHERE FCompanyNum='001' AND FItemNum='I1' AND FCurrencyNum='RMB' AND "
-        "FDataClass=0 AND FYear=?1 AND FPeriod=?2 AND FDay='1900-01-01 00:00:00.000'");
+        "SELECT 1 FROM t_CsRptItemData WHERE FCompanyNum='001' COLLATE TSQL AND FItemNum='I1' COLLATE TSQL AND "
+        "FCurrencyNum='RMB' COLLATE TSQL AND FDataClass=0 AND FYear=?1 AND FPeriod=?2 AND FDay='1900-01-01 "
+        "00:00:00.000'");
     auto insert = plain.prepare(
         "INSERT INTO t_CsRptItemData VALUES ('001','I1','RMB',0,?1,?2,'1900-01-01 00:00:00.000',?3,?4,?5)");
     plain.execute("BEGIN IMMEDIATE");
