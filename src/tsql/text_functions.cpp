@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -82,9 +83,30 @@ Result charindex(Call& call) {
   return found == std::u16string::npos ? 0 : static_cast<std::int64_t>(found) + 1;
 }
 
+// Whether the text begins with the pattern's own text, for a pattern "text%" where all that has to be looked at is
+// ASCII: there folding is lower case and a unit a byte. Nothing when it takes more to tell. Account numbers are
+// compared so, every one with every other.
+std::optional<bool> beginsAsAscii(std::string_view pattern, std::string_view text) {
+  if (pattern.size() < 2 || pattern.back() != '%') return std::nullopt;
+  pattern.remove_suffix(1);
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 0x20) : c; };
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    const char wanted = pattern[i];
+    if (wanted == '%' || wanted == '_' || wanted == '[' || static_cast<unsigned char>(wanted) >= 0x80)
+      return std::nullopt;
+  }
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    if (i == text.size()) return false;
+    if (static_cast<unsigned char>(text[i]) >= 0x80) return std::nullopt;
+    if (lower(text[i]) != lower(pattern[i])) return false;
+  }
+  return true;
+}
+
 // pattern, text.
 Result patindex(Call& call) {
   if (anyNull(call)) return {};
+  if (const auto begins = beginsAsAscii(call.args[0].text(), call.args[1].text())) return *begins ? 1 : 0;
   return LikePattern(call.args[0].text(), std::nullopt, call.collation).find(call.args[1].text());
 }
 
