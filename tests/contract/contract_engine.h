@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -62,6 +63,10 @@ struct ContractParameter {
   std::string name;
   std::function<std::unique_ptr<ContractEngine>()> make;
 };
+/// How listings of the tests show it.
+inline void PrintTo(const ContractParameter& parameter, std::ostream* out) {
+  *out << parameter.name;
+}
 
 class DataAccessContract : public ::testing::TestWithParam<ContractParameter> {
  protected:
