@@ -109,6 +109,16 @@ HRESULT reportException(EXCEPINFO* info, UINT* argument) noexcept {
   }
 }
 
+HRESULT currentCode() noexcept {
+  EXCEPINFO info{};
+  const HRESULT code = reportException(&info, nullptr);
+  SysFreeString(info.bstrSource);
+  SysFreeString(info.bstrDescription);
+  SysFreeString(info.bstrHelpFile);
+  // A number that would pass for success says nothing.
+  return code != DISP_E_EXCEPTION ? code : FAILED(info.scode) ? info.scode : E_FAIL;
+}
+
 HRESULT invokeCode(RuntimeError error) noexcept {
   switch (error) {
     case RuntimeError::argumentNotOptional:

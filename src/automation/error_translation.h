@@ -13,6 +13,10 @@ namespace tolvane::automation {
 /// block only. Never throws.
 [[nodiscard]] HRESULT reportException(EXCEPINFO* info, UINT* argument) noexcept;
 
+/// The exception under way as a bare code, for entries that can answer no more. Called in a catch block only. Never
+/// throws.
+[[nodiscard]] HRESULT currentCode() noexcept;
+
 /// An error of the call itself that reaches the caller as a code of Invoke and not as an exception of the method.
 class ArgumentFault {
  public:
