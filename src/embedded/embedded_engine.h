@@ -29,6 +29,13 @@ class EmbeddedEngine final : public Engine {
   /// of that name already.
   static void createAccountSet(const std::filesystem::path& file);
 
+  /// The same for the file that a data-source name names, opened. The file is closed with this connection and what was
+  /// made by it, so that whoever fails to fill it can remove it.
+  [[nodiscard]] std::shared_ptr<EngineConnection> openNew(const DataSourceName& name) const;
+
+  /// Closes the files that the calling thread keeps open although nobody holds their connections.
+  static void closeUnused();
+
  private:
   EngineOptions options_;
 };
