@@ -1,11 +1,10 @@
-#include "standalone/disk_files.h"
-
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
 
 #include "platform/error.h"
+#include "standalone/disk_files.h"
 
 namespace tolvane::standalone {
 namespace {

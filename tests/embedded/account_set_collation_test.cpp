@@ -1,4 +1,4 @@
-#include "embedded/icu_collation.h"
+#include "embedded/account_set_collation.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -51,8 +51,8 @@ const Pair pairs[] = {
     {"x中", "x", 1},
 };
 
-TEST(IcuCollationTest, TextsCompareWithoutCaseWidthAndTrailingBlanksAndInChineseOrder) {
-  // Twice: the first comparisons go through ICU, later ones through the table of ranks.
+TEST(AccountSetCollationTest, TextsCompareWithoutCaseWidthAndTrailingBlanksAndInChineseOrder) {
+  // Twice: the first comparisons go through the system's rules, later ones through the table of ranks.
   for (int round = 0; round < 2; ++round) {
     for (const auto& pair : pairs) {
       EXPECT_EQ(compare(pair.left, pair.right), pair.order) << pair.left << " / " << pair.right << ", round " << round;
@@ -62,18 +62,18 @@ TEST(IcuCollationTest, TextsCompareWithoutCaseWidthAndTrailingBlanksAndInChinese
   }
 }
 
-TEST(IcuCollationTest, AccentsCount) {
+TEST(AccountSetCollationTest, AccentsCount) {
   EXPECT_NE(compare("é", "e"), 0);
   EXPECT_NE(compare("résumé", "resume"), 0);
 }
 
-TEST(IcuCollationTest, NamesSortByPinyin) {
+TEST(AccountSetCollationTest, NamesSortByPinyin) {
   std::vector<std::string> names = {"王五", "李四", "张三", "陈六", "Zoe", "adam"};
   std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return compare(a, b) < 0; });
   EXPECT_THAT(names, ::testing::ElementsAre("adam", "Zoe", "陈六", "李四", "王五", "张三"));
 }
 
-TEST(IcuCollationTest, EqualCharactersFoldToOne) {
+TEST(AccountSetCollationTest, EqualCharactersFoldToOne) {
   const auto& collation = accountSetCollation();
   EXPECT_EQ(collation.fold(U'A'), U'a');
   EXPECT_EQ(collation.fold(U'Ａ'), U'a');
@@ -83,21 +83,21 @@ TEST(IcuCollationTest, EqualCharactersFoldToOne) {
   EXPECT_EQ(collation.fold(U'\U0001F600'), U'\U0001F600');
 }
 
-TEST(IcuCollationTest, CharactersAreOrderedAsTextsAre) {
+TEST(AccountSetCollationTest, CharactersAreOrderedAsTextsAre) {
   const auto& collation = accountSetCollation();
   EXPECT_EQ(collation.compareCharacters(U'a', U'A'), 0);
   EXPECT_LT(collation.compareCharacters(U'a', U'b'), 0);
   EXPECT_LT(collation.compareCharacters(U'阿', U'波'), 0);
 }
 
-TEST(IcuCollationTest, TheCodePageHoldsChineseAndTurnsTheRestIntoQuestionMarks) {
+TEST(AccountSetCollationTest, TheCodePageHoldsChineseAndTurnsTheRestIntoQuestionMarks) {
   const auto& collation = accountSetCollation();
   EXPECT_EQ(collation.toCodePage("a中"), "a\xD6\xD0");
   EXPECT_EQ(collation.toCodePage("\xF0\x9F\x98\x80"), "??");
   EXPECT_EQ(collation.fromCodePage("a\xD6\xD0"), "a中");
 }
 
-TEST(IcuCollationTest, CaseIsMappedCharacterByCharacter) {
+TEST(AccountSetCollationTest, CaseIsMappedCharacterByCharacter) {
   EXPECT_EQ(accountSetCollation().upper(U'é'), U'É');
   EXPECT_EQ(accountSetCollation().lower(U'Ä'), U'ä');
   EXPECT_EQ(accountSetCollation().upper(U'中'), U'中');

@@ -9,16 +9,20 @@
 namespace tolvane::standalone {
 
 /// 936 is Simplified Chinese, the suite's home. Error 5 for a number that no table is known for.
-class IcuCodePage : public AnsiCodePage {
+class CodePage : public AnsiCodePage {
  public:
-  explicit IcuCodePage(int number = 936);
-  ~IcuCodePage() override;
+  explicit CodePage(int number = 936);
+  ~CodePage() override;
   [[nodiscard]] std::string fromUtf8(const std::string& text) override;
   [[nodiscard]] std::string toUtf8(std::span<const std::uint8_t> bytes) override;
 
  private:
-  struct Converters;
-  std::unique_ptr<Converters> converters_;
+  /// What the system has for the page; each system's source file knows it.
+  struct Table;
+  std::unique_ptr<Table> table_;
 };
+
+/// The error for a number without a table.
+[[noreturn]] void refuseCodePage(int number);
 
 }  // namespace tolvane::standalone

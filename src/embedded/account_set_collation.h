@@ -1,4 +1,4 @@
-// The collation of account sets: Chinese order by pinyin, made of ICU's rules.
+// The collation of account sets: Chinese order by pinyin, made of the system's rules of texts.
 #pragma once
 
 #include <memory>
