@@ -35,6 +35,8 @@ class MemberCall {
   [[nodiscard]] Value value(std::size_t index, const Value& otherwise) const {
     return given(index) ? value(index) : otherwise;
   }
+  /// For a value that outlives the call.
+  [[nodiscard]] Value keptValue(std::size_t index) const { return copyVariant(argument(index)); }
   /// The value that the property is given.
   [[nodiscard]] const VARIANT& newValue() const { return argument(count() - 1); }
   /// Puts an out argument back where the caller can see it; an argument that cannot take it stays as it is.

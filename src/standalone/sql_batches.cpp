@@ -1,8 +1,8 @@
-#include "host/sql_batches.h"
+#include "standalone/sql_batches.h"
 
 #include <algorithm>
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
@@ -39,4 +39,4 @@ std::vector<std::string> splitBatches(std::string_view script) {
   return batches;
 }
 
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone

@@ -1,8 +1,8 @@
-#include "host/sql_batches.h"
+#include "standalone/sql_batches.h"
 
 #include <gtest/gtest.h>
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 namespace {
 
 using Batches = std::vector<std::string>;
@@ -25,4 +25,4 @@ TEST(SqlBatchesTest, AByteOrderMarkIsNoText) {
 }
 
 }  // namespace
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone

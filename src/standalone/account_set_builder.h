@@ -7,7 +7,7 @@
 
 #include "platform/engine.h"
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 
 class AccountSetBuilder {
  public:
@@ -29,4 +29,4 @@ class AccountSetBuilder {
   std::filesystem::path samples_;
 };
 
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone

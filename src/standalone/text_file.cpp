@@ -1,10 +1,10 @@
-#include "host/text_file.h"
+#include "standalone/text_file.h"
 
 #include <fstream>
 #include <iterator>
 #include <system_error>
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 
 std::optional<std::string> readTextFile(const std::filesystem::path& path) {
   std::error_code ignored;
@@ -16,4 +16,4 @@ std::optional<std::string> readTextFile(const std::filesystem::path& path) {
   return text;
 }
 
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone

@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 
 /// The content of a file; nothing when it cannot be read.
 [[nodiscard]] std::optional<std::string> readTextFile(const std::filesystem::path& path);
 
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone

@@ -1,18 +1,18 @@
-#include "host/account_set_builder.h"
+#include "standalone/account_set_builder.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <utility>
 #include <vector>
 
-#include "host/sql_batches.h"
-#include "host/text_file.h"
 #include "platform/error.h"
-#include "tracing/json_values.h"
+#include "standalone/sql_batches.h"
+#include "standalone/text_file.h"
 
-namespace tolvane::host {
+namespace tolvane::standalone {
 namespace {
 
-using tracing::Json;
+using Json = nlohmann::ordered_json;
 
 // The sample that the documents belong to, and the one that needs the tables of the older layout.
 constexpr std::string_view demonstration = "demo";
@@ -110,4 +110,4 @@ void AccountSetBuilder::storeDocuments(Connection& connection) const {
   }
 }
 
-}  // namespace tolvane::host
+}  // namespace tolvane::standalone
