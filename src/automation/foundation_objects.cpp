@@ -102,7 +102,7 @@ Variant BagObject::call(DISPID member, const MemberCall& call) {
   switch (member) {
     case memberItem:
       if (!call.isPut()) return Variant::of(bag_->item(toText(call.value(0))));
-      bag_->set(toText(call.value(0)), call.value(1));
+      bag_->set(toText(call.value(0)), call.keptValue(1));
       return {};
     case memberCount:
       return bag_->count();
@@ -111,7 +111,7 @@ Variant BagObject::call(DISPID member, const MemberCall& call) {
     case memberGetValue:
       return Variant::of(bag_->getValue(toText(call.value(0)), call.value(1, {})));
     case memberAdd:
-      bag_->set(toText(call.value(0)), call.value(1));
+      bag_->set(toText(call.value(0)), call.keptValue(1));
       return {};
     case DISPID_NEWENUM:
       return enumerationResult([bag = bag_] { return bag->count(); },
@@ -132,7 +132,7 @@ Variant ListObject::call(DISPID member, const MemberCall& call) {
     case memberCount:
       return list_->count();
     case memberAdd:
-      list_->add(call.value(0));
+      list_->add(call.keptValue(0));
       return {};
     case DISPID_NEWENUM:
       return enumerationResult([list = list_] { return list->count(); },

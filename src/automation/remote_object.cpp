@@ -53,7 +53,7 @@ ComPtr<IDispatch> dispatchOf(const ObjectRef& object) {
 
 ObjectRef objectOf(IDispatch* object) {
   if (!object) return {};
-  if (const auto own = DispatchObject::ofThisModule(object)) {
+  if (const auto own = AutomationObject::ofThisModule(object)) {
     if (auto shown = own->shown()) return shown;
   }
   std::shared_ptr<PropertyBag> remote = std::make_shared<RemoteObject>(ComPtr<IDispatch>(object));

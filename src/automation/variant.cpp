@@ -3,6 +3,7 @@
 #include <cstring>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "automation/error_translation.h"
 #include "automation/object_border.h"
@@ -236,6 +237,17 @@ Value scalarValue(const VARIANT& source) {
   }
 }
 
+Value ownCopy(Value value) {
+  if (const auto* bytes = value.get<Bytes>()) {
+    return Bytes(std::vector<std::uint8_t>(bytes->view().begin(), bytes->view().end()), bytes->lower());
+  }
+  const Array* array = value.array();
+  if (!array || array->elementType != ValueType::variant) return value;
+  Array copy = *array;
+  for (Value& element : copy.elements) element = ownCopy(std::move(element));
+  return copy;
+}
+
 }  // namespace
 
 Variant& Variant::operator=(Variant&& other) noexcept {
@@ -340,6 +352,10 @@ Value borrowVariant(const VARIANT& source) {
   if (content.vt & VT_BYREF) return borrowVariant(content);  // a variant's variant may hold a reference again
   if (content.vt & VT_ARRAY) return borrowArray(content.parray, static_cast<VARTYPE>(content.vt & ~VT_ARRAY));
   return scalarValue(content);
+}
+
+Value copyVariant(const VARIANT& source) {
+  return ownCopy(borrowVariant(source));
 }
 
 bool holdsAlready(const VARIANT& argument, const Value& value) {

@@ -60,6 +60,9 @@ class Variant {
 /// value lives; objects become what objectOf() says. Error 458 for types that automation's languages do not have.
 [[nodiscard]] Value borrowVariant(const VARIANT& source);
 
+/// The same for a value that outlives the call: byte arrays are copied, so that the caller may change or free his.
+[[nodiscard]] Value copyVariant(const VARIANT& source);
+
 /// Whether writing back the value that an in/out argument holds after the call would change nothing.
 [[nodiscard]] bool holdsAlready(const VARIANT& argument, const Value& value);
 

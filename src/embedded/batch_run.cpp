@@ -4,8 +4,8 @@
 #include <map>
 #include <utility>
 
+#include "embedded/account_set_collation.h"
 #include "embedded/errors.h"
-#include "embedded/icu_collation.h"
 #include "rowset/utf8.h"
 #include "tsql/convert.h"
 #include "tsql/error_reach.h"

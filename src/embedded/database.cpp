@@ -1,13 +1,12 @@
 #include "embedded/database.h"
 
-#include <sys/stat.h>
-
 #include <array>
 #include <cstring>
 #include <fstream>
 #include <thread>
 #include <utility>
 
+#include "embedded/account_file.h"
 #include "embedded/errors.h"
 
 namespace tolvane::embedded {
@@ -17,14 +16,6 @@ namespace {
 constexpr int applicationId = 0x546F6C76;
 
 constexpr int virtualStepsBetweenLooks = 4000;
-
-// Write bits are looked at as well as the right to write: an administrator may write everywhere, but a file that nobody
-// may write was protected on purpose.
-bool isWritable(const std::filesystem::path& path) {
-  struct stat info {};
-  if (::stat(path.c_str(), &info) != 0) return false;
-  return (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) != 0;
-}
 
 void checkFile(const std::filesystem::path& file) {
   const auto shown = file.string();

@@ -1,12 +1,11 @@
 #include "embedded/embedded_engine.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 #include <vector>
 
+#include "embedded/account_file.h"
 #include "embedded/embedded_connection.h"
 #include "embedded/errors.h"
 
@@ -16,20 +15,8 @@ namespace {
 // Open files kept by a thread that has let go of their connections: opening costs as much as many statements.
 constexpr std::size_t keptSessions = 4;
 
-struct FileIdentity {
-  dev_t device = 0;
-  ino_t inode = 0;
-  friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
-};
-
-FileIdentity identityOf(const std::filesystem::path& file) {
-  struct stat info {};
-  if (::stat(file.c_str(), &info) != 0) return {};
-  return {info.st_dev, info.st_ino};
-}
-
 struct Kept {
-  pid_t process = 0;  // SQLite's connections do not survive a fork
+  std::int64_t process = 0;  // SQLite's connections do not survive a fork
   FileIdentity identity;
   std::chrono::milliseconds busyTimeout{};
   std::shared_ptr<Session> session;
@@ -69,7 +56,7 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   auto& kept = keptByThisThread();
   // A file that was removed and made again under its name is another account set.
   const auto found = std::find_if(kept.begin(), kept.end(), [&](const Kept& k) {
-    return identity != FileIdentity{} && k.process == ::getpid() && k.identity == identity &&
+    return identity != FileIdentity{} && k.process == currentProcess() && k.identity == identity &&
            k.busyTimeout == options_.busyTimeout;
   });
   if (found != kept.end()) {
@@ -77,10 +64,20 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
     return connectionOf(kept.front());
   }
   auto session = std::make_shared<Session>(file, options_.busyTimeout);
-  kept.insert(kept.begin(), Kept{::getpid(), identity, options_.busyTimeout, std::move(session), {}});
+  kept.insert(kept.begin(), Kept{currentProcess(), identity, options_.busyTimeout, std::move(session), {}});
   auto connection = connectionOf(kept.front());
   forgetOldest(kept);
   return connection;
+}
+
+std::shared_ptr<EngineConnection> EmbeddedEngine::openNew(const DataSourceName& name) const {
+  const std::filesystem::path file(name.get("Database"));
+  createAccountSet(file);
+  return std::make_shared<EmbeddedConnection>(std::make_shared<Session>(file, options_.busyTimeout));
+}
+
+void EmbeddedEngine::closeUnused() {
+  std::erase_if(keptByThisThread(), [](const Kept& kept) { return kept.connection.expired(); });
 }
 
 void EmbeddedEngine::createAccountSet(const std::filesystem::path& file) {

@@ -25,9 +25,17 @@ class EmbeddedEngine final : public Engine {
   /// read-only, lies in a read-only folder or stays locked.
   [[nodiscard]] std::shared_ptr<EngineConnection> open(const DataSourceName& name) override;
 
+  /// Closes the files that the calling thread keeps open although nobody holds a connection to them: it keeps a few,
+  /// because opening takes time. Windows neither removes nor renames a file that is open.
+  static void closeUnused();
+
   /// Writes a new account set without tables; whoever makes it runs its schema. Raises 80004005h when there is a file
   /// of that name already.
   static void createAccountSet(const std::filesystem::path& file);
+
+  /// The same for the file that a data-source name names, opened. The file is closed with this connection and what was
+  /// made by it, so that whoever fails to fill it can remove it.
+  [[nodiscard]] std::shared_ptr<EngineConnection> openNew(const DataSourceName& name) const;
 
  private:
   EngineOptions options_;

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "embedded/account_set_collation.h"
 #include "embedded/errors.h"
-#include "embedded/icu_collation.h"
 #include "embedded/source_text.h"
 #include "embedded/values.h"
 #include "platform/conversions.h"

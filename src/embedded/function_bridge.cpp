@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include "embedded/icu_collation.h"
+#include "embedded/account_set_collation.h"
 #include "rowset/decimal_order.h"
 #include "tsql/unique_identifier_order.h"
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cctype>
-#include <ctime>
 #include <filesystem>
 #include <utility>
 
 #include "embedded/errors.h"
+#include "system/local_time.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -137,15 +137,9 @@ AutomationError Session::failure(AutomationError error, std::string_view sql) {
 
 tsql::DateTime Session::now() const {
   if (now_) return *now_;
-  std::timespec moment{};
-  std::timespec_get(&moment, TIME_UTC);
-  std::tm local{};
-  localtime_r(&moment.tv_sec, &local);
-  const auto milliseconds = static_cast<int>(moment.tv_nsec / 1'000'000);
-  const auto second = std::min(local.tm_sec, 59);
-  const auto ticks = tsql::ticksOf({local.tm_hour, local.tm_min, second, milliseconds});
-  now_ = tsql::carried(tsql::daysOf({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday}), ticks)
-             .value_or(tsql::DateTime{});
+  const auto local = system::localTime();
+  const auto ticks = tsql::ticksOf({local.hour, local.minute, local.second, local.millisecond});
+  now_ = tsql::carried(tsql::daysOf({local.year, local.month, local.day}), ticks).value_or(tsql::DateTime{});
   return *now_;
 }
 

@@ -6,8 +6,8 @@
 #include <cmath>
 #include <optional>
 
+#include "embedded/account_set_collation.h"
 #include "embedded/errors.h"
-#include "embedded/icu_collation.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
 #include "tsql/datetime.h"

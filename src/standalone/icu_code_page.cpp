@@ -1,11 +1,10 @@
-#include "standalone/icu_code_page.h"
-
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 
 #include <array>
 
 #include "platform/error.h"
+#include "standalone/code_page.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -26,8 +25,7 @@ ConverterHandle openCodePage(int number) {
   for (const char* prefix : {"windows-", "cp", "ibm-"}) {
     if (auto converter = open(prefix + std::to_string(number))) return converter;
   }
-  throw AutomationError(errorNumber(RuntimeError::invalidArgument), std::string(applicationName),
-                        "There is no table for the code page " + std::to_string(number) + ".");
+  refuseCodePage(number);
 }
 
 /// Runs a conversion whose output length is not known before: `run(pointer, capacity)` answers the length it needs.
@@ -48,19 +46,19 @@ void check(UErrorCode status) {
 
 }  // namespace
 
-struct IcuCodePage::Converters {
+struct CodePage::Table {
   ConverterHandle page;
 };
 
-IcuCodePage::IcuCodePage(int number) : converters_(std::make_unique<Converters>(openCodePage(number))) {
+CodePage::CodePage(int number) : table_(std::make_unique<Table>(openCodePage(number))) {
   UErrorCode status = U_ZERO_ERROR;
-  ucnv_setSubstChars(converters_->page.get(), "?", 1, &status);
+  ucnv_setSubstChars(table_->page.get(), "?", 1, &status);
   check(status);
 }
 
-IcuCodePage::~IcuCodePage() = default;
+CodePage::~CodePage() = default;
 
-std::string IcuCodePage::fromUtf8(const std::string& text) {
+std::string CodePage::fromUtf8(const std::string& text) {
   const auto wide = grown<std::u16string>(text.size(), [&](char16_t* out, std::int32_t capacity) {
     UErrorCode status = U_ZERO_ERROR;
     std::int32_t length = 0;
@@ -71,19 +69,18 @@ std::string IcuCodePage::fromUtf8(const std::string& text) {
   });
   return grown<std::string>(wide.size() * 2, [&](char* out, std::int32_t capacity) {
     UErrorCode status = U_ZERO_ERROR;
-    const auto length = ucnv_fromUChars(converters_->page.get(), out, capacity, wide.data(),
+    const auto length = ucnv_fromUChars(table_->page.get(), out, capacity, wide.data(),
                                         static_cast<std::int32_t>(wide.size()), &status);
     check(status);
     return length;
   });
 }
 
-std::string IcuCodePage::toUtf8(std::span<const std::uint8_t> bytes) {
+std::string CodePage::toUtf8(std::span<const std::uint8_t> bytes) {
   const auto wide = grown<std::u16string>(bytes.size(), [&](char16_t* out, std::int32_t capacity) {
     UErrorCode status = U_ZERO_ERROR;
-    const auto length =
-        ucnv_toUChars(converters_->page.get(), out, capacity, reinterpret_cast<const char*>(bytes.data()),
-                      static_cast<std::int32_t>(bytes.size()), &status);
+    const auto length = ucnv_toUChars(table_->page.get(), out, capacity, reinterpret_cast<const char*>(bytes.data()),
+                                      static_cast<std::int32_t>(bytes.size()), &status);
     check(status);
     return length;
   });

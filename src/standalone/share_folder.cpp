@@ -1,7 +1,8 @@
 #include "standalone/share_folder.h"
 
-#include <cstdlib>
 #include <system_error>
+
+#include "standalone/program_folder.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -11,12 +12,6 @@ namespace fs = std::filesystem;
 // A build folder lies at most this deep in the source tree ("build", "build/debug").
 constexpr int levelsAbove = 4;
 
-fs::path programFolder() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  return error ? fs::current_path(error) : program.parent_path();
-}
-
 bool isFolder(const fs::path& path) {
   std::error_code ignored;
   return fs::is_directory(path, ignored);
@@ -25,7 +20,7 @@ bool isFolder(const fs::path& path) {
 }  // namespace
 
 fs::path findShared(std::string_view name) {
-  if (const char* share = std::getenv("TOLVANE_SHARE")) return fs::path(share) / name;
+  if (const auto share = folderVariable("TOLVANE_SHARE")) return *share / name;
   fs::path folder = programFolder();
   const fs::path installed = folder.parent_path() / "share" / "tolvane" / name;
   if (isFolder(installed)) return installed;
@@ -37,7 +32,7 @@ fs::path findShared(std::string_view name) {
 }
 
 fs::path findResources() {
-  if (const char* folder = std::getenv("TOLVANE_RESOURCES")) return folder;
+  if (const auto folder = folderVariable("TOLVANE_RESOURCES")) return *folder;
   return findShared("resources");
 }
 

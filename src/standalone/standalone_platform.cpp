@@ -1,8 +1,5 @@
 #include "standalone/standalone_platform.h"
 
-#include <chrono>
-#include <ctime>
-
 #include "platform/calendar.h"
 #include "platform/error.h"
 #include "standalone/application.h"
@@ -10,6 +7,7 @@
 #include "standalone/objects.h"
 #include "standalone/table_data_flow.h"
 #include "standalone/table_security.h"
+#include "system/local_time.h"
 
 namespace tolvane::standalone {
 
@@ -50,10 +48,8 @@ double StandalonePlatform::random() {
 }
 
 Date StandalonePlatform::today() {
-  const std::time_t now = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
-  std::tm local{};
-  localtime_r(&now, &local);
-  return dateOf(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday);
+  const auto now = system::localTime();
+  return dateOf(now.year, now.month, now.day);
 }
 
 }  // namespace tolvane::standalone

@@ -6,8 +6,8 @@
 #include <random>
 
 #include "platform/platform.h"
+#include "standalone/code_page.h"
 #include "standalone/disk_files.h"
-#include "standalone/icu_code_page.h"
 #include "standalone/session.h"
 
 namespace tolvane::standalone {
@@ -44,7 +44,7 @@ class StandalonePlatform : public Platform {
   std::shared_ptr<Session> session_;
   std::shared_ptr<GlobalApplication> application_;
   DiskFiles files_;
-  IcuCodePage ansi_;
+  CodePage ansi_;
   std::mt19937_64 generator_;
 };
 

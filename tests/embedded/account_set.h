@@ -4,9 +4,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -32,12 +32,16 @@ AutomationError errorOf(Work&& work) {
 class TestFolder {
  public:
   TestFolder() {
-    std::string pattern = ::testing::TempDir() + "account_set_XXXXXX";
-    path_ = ::mkdtemp(pattern.data());
+    std::random_device random;
+    do {
+      path_ = std::filesystem::path(::testing::TempDir()) / ("account_set_" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));
   }
   TestFolder(const TestFolder&) = delete;
   TestFolder& operator=(const TestFolder&) = delete;
   ~TestFolder() {
+    // Windows removes no file that is open.
+    EmbeddedEngine::closeUnused();
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "platform/error.h"
-#include "standalone/icu_code_page.h"
+#include "standalone/code_page.h"
 #include "standalone/objects.h"
 
 namespace tolvane::test {
@@ -41,7 +41,7 @@ class SpanSource : public RecordSource {
 };
 
 struct RecordFormat : testing::Test {
-  standalone::IcuCodePage ansi{936};
+  standalone::CodePage ansi{936};
 
   Octets written(const Value& value) {
     Octets bytes;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "standalone/share_folder.h"
+#include "support/environment.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -38,9 +39,8 @@ TEST(ShareFolderTest, FindsTheFilesOfTheSourceTree) {
 }
 
 TEST(ShareFolderTest, TheEnvironmentNamesTheFolderFirst) {
-  setenv("TOLVANE_SHARE", "elsewhere", 1);
+  const test::EnvironmentVariable share("TOLVANE_SHARE", "elsewhere");
   EXPECT_EQ(findShared("schema"), std::filesystem::path("elsewhere") / "schema");
-  unsetenv("TOLVANE_SHARE");
 }
 
 }  // namespace

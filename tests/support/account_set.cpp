@@ -13,13 +13,15 @@
 #include "embedded/embedded_engine.h"
 #include "frame/dispatcher.h"
 #include "frame/sql_text.h"
-#include "odbc/odbc_engine.h"
 #include "platform/conversions.h"
 #include "platform/engine.h"
 #include "standalone/call.h"
 #include "standalone/data_sources.h"
 #include "standalone/objects.h"
 #include "standalone/standalone_platform.h"
+#ifdef TOLVANE_WITH_ODBC
+#include "odbc/odbc_engine.h"
+#endif
 
 namespace tolvane::test {
 namespace {
@@ -69,7 +71,9 @@ fs::path temporaryName(std::string_view what) {
 }
 
 void removeFile(const fs::path& path) {
-  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path.string() + suffix);
+  // A test that failed may still hold a connection, and Windows removes no file that is open.
+  std::error_code ignored;
+  for (const char* suffix : {"", "-wal", "-shm"}) fs::remove(path.string() + suffix, ignored);
 }
 
 /// An account set made once a test program, copied for every test.
@@ -86,7 +90,10 @@ class Template {
       connection->commit();
     }
   }
-  ~Template() { removeFile(path_); }
+  ~Template() {
+    embedded::EmbeddedEngine::closeUnused();
+    removeFile(path_);
+  }
   Template(const Template&) = delete;
   Template& operator=(const Template&) = delete;
 
@@ -131,11 +138,18 @@ std::string bagText(const PropertyBag& bag) {
   return text;
 }
 
+standalone::Engines allEngines() {
+  standalone::Engines engines{{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()}};
+#ifdef TOLVANE_WITH_ODBC
+  engines.emplace("odbc", std::make_shared<odbc::OdbcEngine>());
+#endif
+  return engines;
+}
+
 }  // namespace
 
 struct AccountSet::Parts {
-  standalone::Engines engines{{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()},
-                              {"odbc", std::make_shared<odbc::OdbcEngine>()}};
+  standalone::Engines engines = allEngines();
   standalone::StandalonePlatform platform{{engines, fs::path(TOLVANE_SOURCE_DIR) / "resources"}};
 };
 
@@ -166,6 +180,7 @@ AccountSet::~AccountSet() {
     return;
   }
   parts_.reset();
+  embedded::EmbeddedEngine::closeUnused();
   removeFile(path_);
 }
 

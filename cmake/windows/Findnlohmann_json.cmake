@@ -1,0 +1,10 @@
+# The distribution's headers. Their folder holds this machine's own headers as well, which must not be found.
+if(TARGET nlohmann_json::nlohmann_json)
+  return()
+endif()
+set(view "${CMAKE_BINARY_DIR}/include/json")
+file(MAKE_DIRECTORY "${view}")
+file(CREATE_LINK /usr/include/nlohmann "${view}/nlohmann" SYMBOLIC)
+add_library(nlohmann_json::nlohmann_json INTERFACE IMPORTED GLOBAL)
+target_include_directories(nlohmann_json::nlohmann_json SYSTEM INTERFACE "${view}")
+set(nlohmann_json_FOUND TRUE)
