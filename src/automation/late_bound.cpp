@@ -25,7 +25,8 @@ LateBound RemoteClass::create() {
   HRESULT code = S_OK;
   if (!identifier_) {
     CLSID found{};
-    code = CLSIDFromProgID(name_.c_str(), &found);
+    const bool plain = name_.starts_with(L'{');
+    code = plain ? CLSIDFromString(name_.c_str(), &found) : CLSIDFromProgID(name_.c_str(), &found);
     if (SUCCEEDED(code)) identifier_ = found;
   }
   ComPtr<IDispatch> object;

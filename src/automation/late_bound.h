@@ -71,10 +71,10 @@ class LateBound {
   ComPtr<IDispatch> object_;
 };
 
-/// A registered class, known by its programmatic identifier and, from its first use on, its identifier.
+/// A registered class, known by its programmatic identifier (or its identifier in braces), which is looked up once.
 class RemoteClass {
  public:
-  explicit RemoteClass(std::wstring programmaticIdentifier) : name_(std::move(programmaticIdentifier)) {}
+  explicit RemoteClass(std::wstring name) : name_(std::move(name)) {}
   [[nodiscard]] const std::wstring& name() const { return name_; }
   /// A new object; error 429 with the class's name when there is none.
   [[nodiscard]] LateBound create();
