@@ -55,6 +55,8 @@ reference() {
   build/reference_pages build/reference && diff -r build/reference docs/reference
 }
 
+interfaces() { build/interface_library | diff - idl/NorvTolvane.idl; }
+
 manual() { man --warnings -E UTF-8 -l man/tolvane.1 2>&1 > /dev/null | { ! grep .; }; }
 
 scripts() {
@@ -66,6 +68,7 @@ scripts() {
 check "formatting (clang-format)" format
 check "clang-tidy" tidy
 check "reference pages are up to date" reference
+check "type library's text is up to date" interfaces
 check "sample SQL is up to date" python3 -B samples/make_demo.py --check
 check "sample documents are up to date" python3 -B samples/make_documents.py --check
 check "words and paths" tools/check_words.sh

@@ -70,6 +70,12 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   return connection;
 }
 
+std::shared_ptr<EngineConnection> EmbeddedEngine::openNew(const DataSourceName& name) const {
+  const std::filesystem::path file(name.get("Database"));
+  createAccountSet(file);
+  return std::make_shared<EmbeddedConnection>(std::make_shared<Session>(file, options_.busyTimeout));
+}
+
 void EmbeddedEngine::closeUnused() {
   std::erase_if(keptByThisThread(), [](const Kept& kept) { return kept.connection.expired(); });
 }

@@ -33,6 +33,10 @@ class EmbeddedEngine final : public Engine {
   /// of that name already.
   static void createAccountSet(const std::filesystem::path& file);
 
+  /// The same for the file that a data-source name names, opened. The file is closed with this connection and what was
+  /// made by it, so that whoever fails to fill it can remove it.
+  [[nodiscard]] std::shared_ptr<EngineConnection> openNew(const DataSourceName& name) const;
+
  private:
   EngineOptions options_;
 };

@@ -4,14 +4,14 @@
 #include <optional>
 #include <vector>
 
-#include "host/account_set_builder.h"
 #include "host/call_runner.h"
-#include "host/init_command.h"
 #include "host/progress_display.h"
 #include "host/shipped_tables.h"
 #include "host/usage_error.h"
 #include "host/utf8.h"
 #include "platform/conversions.h"
+#include "standalone/account_set_builder.h"
+#include "standalone/account_set_maker.h"
 #include "standalone/share_folder.h"
 #include "tracing/json_values.h"
 
@@ -105,8 +105,8 @@ std::int64_t copyAll(const Environment& environment, const CopyOptions& options)
   for (const auto& job : jobs) total += job.rows;
   const bool hasOlder = std::any_of(jobs.begin(), jobs.end(), [](const Job& job) { return job.table.older; });
   std::int64_t done = 0;
-  makeAccountSet(environment, to, [&](EngineConnection& target) {
-    const AccountSetBuilder builder(standalone::findShared("schema"), standalone::findShared("samples"));
+  standalone::makeAccountSet(environment.engines, environment.makers, to, [&](EngineConnection& target) {
+    const standalone::AccountSetBuilder builder(standalone::findShared("schema"), standalone::findShared("samples"));
     builder.build(target, std::nullopt);
     if (hasOlder) builder.buildOlderLayout(target);
     ProgressDisplay progress(environment.err, total, "rows",

@@ -20,13 +20,10 @@ standalone::Engines builtInEngines() {
   return engines;
 }
 
-std::map<std::string, DatabaseMaker> builtInMakers() {
-  std::map<std::string, DatabaseMaker> makers;
+standalone::DatabaseMakers builtInMakers() {
+  standalone::DatabaseMakers makers;
 #ifdef TOLVANE_WITH_EMBEDDED
-  makers.emplace("sqlite", [](const DataSourceName& name) {
-    embedded::EmbeddedEngine::createAccountSet(name.get("Database"));
-    return embedded::EmbeddedEngine().open(name);
-  });
+  makers.emplace("sqlite", [](const DataSourceName& name) { return embedded::EmbeddedEngine().openNew(name); });
 #endif
   return makers;
 }

@@ -5,9 +5,9 @@
 #include <sstream>
 #include <string_view>
 
-#include "host/text_file.h"
 #include "platform/error.h"
 #include "standalone/share_folder.h"
+#include "standalone/text_file.h"
 
 namespace tolvane::host {
 namespace {
@@ -16,7 +16,7 @@ constexpr std::string_view creating = "create table ";
 
 std::string readScript(const char* name) {
   const auto path = standalone::findShared("schema") / name;
-  auto text = readTextFile(path);
+  auto text = standalone::readTextFile(path);
   if (!text) {
     throw AutomationError(errorNumber(RuntimeError::fileNotFound), std::string(applicationName),
                           "The file " + path.string() + ", which is shipped with the program, cannot be read.");

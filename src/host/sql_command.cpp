@@ -4,13 +4,13 @@
 #include <iterator>
 
 #include "host/call_runner.h"
-#include "host/sql_batches.h"
-#include "host/text_file.h"
 #include "host/usage_error.h"
 #include "host/utf8.h"
 #include "host/value_codec.h"
 #include "host/value_view.h"
 #include "standalone/session.h"
+#include "standalone/sql_batches.h"
+#include "standalone/text_file.h"
 #include "tracing/json_values.h"
 
 namespace tolvane::host {
@@ -22,7 +22,7 @@ std::string readScript(const SqlOptions& options) {
   }
   if (options.text) return *options.text;
   if (*options.file == "-") return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
-  auto script = readTextFile(*options.file);
+  auto script = standalone::readTextFile(*options.file);
   if (!script) throw UsageError("The file " + *options.file + " cannot be read.");
   return *script;
 }
@@ -46,7 +46,7 @@ int runSqlCommand(const Environment& environment, const SqlOptions& options) {
   try {
     standalone::Session session(environment.engines);
     const auto source = session.open(*options.dsn);
-    for (const auto& batch : splitBatches(script)) {
+    for (const auto& batch : standalone::splitBatches(script)) {
       for (auto rows = source.connection->execute(batch); rows; rows = rows->nextRecordset()) {
         print(environment, options, rows);
       }

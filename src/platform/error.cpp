@@ -49,6 +49,7 @@ constexpr std::array adoWords{
                     "selected locktype."},
     Words<AdoError>{AdoError::itemNotFound,
                     "Item cannot be found in the collection corresponding to the requested name or ordinal."},
+    Words<AdoError>{AdoError::objectNotValid, "Object is no longer valid."},
     Words<AdoError>{AdoError::dataConversion, "Application uses a value of the wrong type for the current operation."},
     Words<AdoError>{AdoError::objectClosed, "Operation is not allowed when the object is closed."},
     Words<AdoError>{AdoError::objectOpen, "Operation is not allowed when the object is open."},

@@ -40,6 +40,7 @@ enum class AdoError : std::uint16_t {
   illegalOperation = 3219,
   featureNotAvailable = 3251,
   itemNotFound = 3265,
+  objectNotValid = 3420,
   dataConversion = 3421,
   objectClosed = 3704,
   objectOpen = 3705,

@@ -1,0 +1,98 @@
+#include "standalone/account_set_maker.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "platform/error.h"
+
+namespace tolvane::standalone {
+namespace {
+
+namespace fs = std::filesystem;
+
+[[noreturn]] void refuse(const std::string& description) {
+  throw AutomationError(errorNumber(RuntimeError::invalidArgument), std::string(applicationName), description);
+}
+
+/// A database file that goes away again unless it is kept.
+class NewFile {
+ public:
+  explicit NewFile(fs::path path) : path_(std::move(path)) {}
+  ~NewFile() {
+    if (kept_) return;
+    std::error_code ignored;
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(path_.string() + suffix, ignored);
+  }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  void keep() { kept_ = true; }
+
+ private:
+  fs::path path_;
+  bool kept_ = false;
+};
+
+void build(EngineConnection& connection, const Filling& fill) {
+  connection.begin();
+  try {
+    fill(connection);
+    connection.commit();
+  } catch (const std::exception&) {
+    connection.rollback();
+    throw;
+  }
+}
+
+/// An engine that makes its own database files.
+void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, const Filling& fill) {
+  const std::string path = name.get("Database");
+  if (path.empty()) refuse("The data source " + name.publicText() + " names no Database.");
+  std::error_code ignored;
+  if (fs::exists(path, ignored)) {
+    refuse("There is " + path + " already. An account set is made in a new file only; nothing was changed.");
+  }
+  NewFile file(path);
+  {
+    const auto connection = maker(name);
+    build(*connection, fill);
+  }
+  file.keep();
+}
+
+bool holdsAccountSet(Connection& connection) {
+  try {
+    (void)connection.execute("Select FUserID From t_User Where FUserID = 0");
+    return true;
+  } catch (const AutomationError& error) {
+    if (error.number() == oledb::noTable) return false;
+    throw;
+  }
+}
+
+void buildInDatabase(const Engines& engines, const DataSourceName& name, const Filling& fill) {
+  const auto connection = connect(engines, name);
+  if (holdsAccountSet(*connection)) {
+    refuse("The database " + name.publicText() + " holds an account set already; nothing was changed.");
+  }
+  build(*connection, fill);
+}
+
+std::string engineOf(const DataSourceName& name) {
+  std::string engine = name.get("Engine", defaultEngine);
+  for (char& c : engine) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  return engine;
+}
+
+}  // namespace
+
+void makeAccountSet(const Engines& engines, const DatabaseMakers& makers, const DataSourceName& name,
+                    const Filling& fill) {
+  const auto maker = makers.find(engineOf(name));
+  if (maker != makers.end()) {
+    buildInNewFile(maker->second, name, fill);
+  } else {
+    buildInDatabase(engines, name, fill);
+  }
+}
+
+}  // namespace tolvane::standalone
