@@ -44,6 +44,8 @@ class ComPtr {
     return &object_;
   }
   [[nodiscard]] void** receiveAny() { return reinterpret_cast<void**>(receive()); }
+  /// For arguments that go by reference: the callee may let the object go and put another in its place.
+  [[nodiscard]] T** reference() noexcept { return &object_; }
   /// Gives the reference away.
   [[nodiscard]] T* detach() noexcept { return std::exchange(object_, nullptr); }
 

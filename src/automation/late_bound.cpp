@@ -21,18 +21,22 @@ DISPID RemoteMember::in(IDispatch& object) {
   return id_ = found;
 }
 
-LateBound LateBound::create(const std::wstring& programmaticIdentifier) {
-  CLSID identifier{};
+LateBound RemoteClass::create() {
+  HRESULT code = S_OK;
+  if (!identifier_) {
+    CLSID found{};
+    const bool plain = name_.starts_with(L'{');
+    code = plain ? CLSIDFromString(name_.c_str(), &found) : CLSIDFromProgID(name_.c_str(), &found);
+    if (SUCCEEDED(code)) identifier_ = found;
+  }
   ComPtr<IDispatch> object;
-  HRESULT code = CLSIDFromProgID(programmaticIdentifier.c_str(), &identifier);
-  if (SUCCEEDED(code)) {
-    code = CoCreateInstance(identifier, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+  if (identifier_) {
+    code = CoCreateInstance(*identifier_, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
                             object.receiveAny());
   }
   if (SUCCEEDED(code)) return LateBound(std::move(object));
-  throw AutomationError(
-      errorNumber(RuntimeError::cannotCreateObject), std::string(applicationName),
-      std::string(errorText(RuntimeError::cannotCreateObject)) + ": '" + utf8(programmaticIdentifier) + "'");
+  throw AutomationError(errorNumber(RuntimeError::cannotCreateObject), std::string(applicationName),
+                        std::string(errorText(RuntimeError::cannotCreateObject)) + ": '" + utf8(name_) + "'");
 }
 
 Variant LateBound::run(RemoteMember& member, WORD flags, std::span<const Variant> arguments) const {

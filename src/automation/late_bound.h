@@ -3,8 +3,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <span>
-#include <string_view>
+#include <string>
 #include <utility>
 
 #include "automation/com_ptr.h"
@@ -31,9 +32,6 @@ class LateBound {
  public:
   LateBound() = default;
   explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
-  /// A new object of a registered class; error 429 with the class's name when there is none.
-  [[nodiscard]] static LateBound create(const std::wstring& programmaticIdentifier);
-
   [[nodiscard]] IDispatch* get() const { return object_.get(); }
   [[nodiscard]] const ComPtr<IDispatch>& reference() const { return object_; }
   explicit operator bool() const { return static_cast<bool>(object_); }
@@ -71,6 +69,19 @@ class LateBound {
   Variant run(RemoteMember& member, WORD flags, std::span<const Variant> arguments) const;
 
   ComPtr<IDispatch> object_;
+};
+
+/// A registered class, known by its programmatic identifier (or its identifier in braces), which is looked up once.
+class RemoteClass {
+ public:
+  explicit RemoteClass(std::wstring name) : name_(std::move(name)) {}
+  [[nodiscard]] const std::wstring& name() const { return name_; }
+  /// A new object; error 429 with the class's name when there is none.
+  [[nodiscard]] LateBound create();
+
+ private:
+  std::wstring name_;
+  std::optional<CLSID> identifier_;
 };
 
 }  // namespace tolvane::automation

@@ -309,6 +309,12 @@ Variant Variant::reference(IDispatch** object) noexcept {
   result.content_.ppdispVal = object;
   return result;
 }
+Variant Variant::reference(VARIANT* content) noexcept {
+  Variant result;
+  result.content_.vt = VT_BYREF | VT_VARIANT;
+  result.content_.pvarVal = content;
+  return result;
+}
 
 VARIANT* Variant::receive() noexcept {
   VariantClear(&content_);

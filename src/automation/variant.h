@@ -37,6 +37,7 @@ class Variant {
   [[nodiscard]] static Variant reference(std::int32_t& value) noexcept;
   [[nodiscard]] static Variant reference(BSTR* text) noexcept;
   [[nodiscard]] static Variant reference(IDispatch** object) noexcept;
+  [[nodiscard]] static Variant reference(VARIANT* content) noexcept;
 
   [[nodiscard]] const VARIANT& get() const noexcept { return content_; }
   /// Where a function puts its result; what was held before is let go.

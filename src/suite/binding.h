@@ -31,9 +31,9 @@ struct Binding {
 [[nodiscard]] Binding standaloneBinding();
 
 /// What was chosen at registration: the key `Software\NorvTolvane\Binding` of the user, else that of the machine, else
-/// suiteBinding(). A key that does not name something leaves that as the suite has it. The key's values are called
-/// `Application`, `Security`, `Loader`, `DataFlow`, `Recordset`, `Command`, `CallTextMember` (texts) and `HostCalls` (a
-/// number). A 32-bit process sees the machine's key in the registry's 32-bit part.
+/// suiteBinding(). A key that does not name something leaves that as the suite has it. The key's values are texts
+/// called `Application`, `Security`, `Loader`, `DataFlow`, `Recordset`, `Command`, `CallTextMember` and `HostCalls`
+/// ("1" or "0"). A 32-bit process sees the machine's key in the registry's 32-bit part.
 [[nodiscard]] Binding loadBinding();
 /// Writes all values below `root` (HKEY_CURRENT_USER or HKEY_LOCAL_MACHINE). Raises the system's error, above all for
 /// want of rights.

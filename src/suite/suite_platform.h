@@ -36,8 +36,8 @@ class SuitePlatform : public Platform {
   void hostBegin(TransactionMode mode);
   /// The call has come to its end; whether its work was kept.
   bool hostEnd();
-  /// The call ended with an error: its work is taken back.
-  void hostAbort();
+  /// The call ended with an error: its work is taken back. A failure to do so is not reported.
+  void hostAbort() noexcept;
 
  private:
   class Parts;
