@@ -91,9 +91,11 @@ function(tolvane_test name)
   target_compile_definitions(${name}_test PRIVATE TOLVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name}_test PRIVATE ${TEST_USES} ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
   if(WIN32)
-    # Starting Wine takes longer than most tests.
-    add_test(NAME windows_${name} COMMAND ${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
-    set_tests_properties(windows_${name} PROPERTIES TIMEOUT 600 LABELS windows SKIP_RETURN_CODE 77)
+    # A program is one test, since starting Wine takes longer than most tests; and one at a time, as tools/wine_run.sh does.
+    math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+    add_test(NAME windows${bits}_${name} COMMAND ${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+    set_tests_properties(windows${bits}_${name} PROPERTIES
+      TIMEOUT 600 LABELS windows SKIP_RETURN_CODE 77 RESOURCE_LOCK wine${bits})
     return()
   endif()
   set(filter)

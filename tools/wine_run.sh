@@ -37,6 +37,7 @@ if [ "$size" = 32 ]; then export WINEARCH=win32; else export WINEARCH=win64; fi
 inside='
 wine="$1" server="$2" seconds="$3"
 shift 3
+[ -f "$WINEPREFIX/system.reg" ] || timeout --kill-after=10 300 "$wine" wineboot --init > /dev/null 2>&1
 timeout --kill-after=10 "$seconds" "$wine" "$@"
 status=$?
 "$server" -k
@@ -56,15 +57,19 @@ if [ "$size" = 64 ]; then
   exec bash -c "${run[@]}" /usr/lib/wine/wine64 /usr/lib/wine/wineserver64 "$seconds" "$@"
 fi
 
+case "$PWD/" in "$project/"*) ;; *) cd "$project" ;; esac
 [ -x "$root/usr/lib/wine/wine" ] || unable "there is no build/windows/wine32-root; tools/wine_root.sh makes it"
-[ "$(id -u)" = 0 ] || unable "entering build/windows/wine32-root takes root"
-# The mounts are seen by this program and what it starts only, and end with them.
-enter='
-root="$1" project="$2" folder="$3"
-shift 3
-mkdir -p "$root$project"
-mount --rbind /proc "$root/proc" && mount --rbind /dev "$root/dev" && mount --rbind "$project" "$root$project" || exit 77
-exec chroot "$root" /bin/bash -c "cd \"\$0\" 2> /dev/null || cd \"$project\"; exec \"\$@\"" "$folder" "$@"'
-unshare --mount --propagation private true 2> /dev/null || unable "this machine lets no program mount anything"
-exec unshare --mount --propagation private bash -c "$enter" wine_run "$root" "$project" "$PWD" \
+# The mounts are seen by this program and what it starts only, and end with them. Who is not root may still be allowed to
+# be it within a space of his own.
+space=(unshare --mount --propagation private)
+[ "$(id -u)" = 0 ] || space=(unshare --user --map-root-user --mount --propagation private)
+mounts='
+root="$1" project="$2"
+shift 2
+[ -d "$root$project" ] || mkdir -p "$root$project" || exit 1
+mount --rbind /proc "$root/proc" && mount --rbind /dev "$root/dev" && mount --rbind "$project" "$root$project" || exit 1
+exec "$@"'
+enter=("${space[@]}" bash -c "$mounts" wine_run "$root" "$project")
+reason="$("${enter[@]}" true 2>&1)" || unable "build/windows/wine32-root cannot be entered: $reason"
+exec "${enter[@]}" chroot "$root" /bin/bash -c 'cd "$0" || exit; exec "$@"' "$PWD" \
   bash -c "${run[@]}" /usr/lib/wine/wine /usr/lib/wine/wineserver32 "$seconds" "$@"

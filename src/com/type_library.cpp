@@ -12,6 +12,9 @@ extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* pat
 extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID identifier, WORD major, WORD minor, LCID language,
                                                    SYSKIND system);
 
+// The linker's name for the beginning of the module that this code is in.
+extern "C" const IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
+
 namespace tolvane::com {
 namespace {
 
@@ -27,6 +30,10 @@ ComPtr<ITypeLib> load() {
 constexpr SYSKIND systemKind = sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32;
 
 }  // namespace
+
+HINSTANCE moduleInstance() noexcept {
+  return reinterpret_cast<HINSTANCE>(const_cast<IMAGE_DOS_HEADER*>(&__ImageBase));
+}
 
 GUID nativeIdentifier(const typelib::Identifier& identifier) noexcept {
   GUID result{identifier.first, identifier.second, identifier.third, {}};

@@ -8,7 +8,7 @@
 
 namespace tolvane::com {
 
-/// The DLL's own handle, as Windows gave it when it loaded the DLL.
+/// The handle of the module that this code was linked into.
 [[nodiscard]] HINSTANCE moduleInstance() noexcept;
 
 [[nodiscard]] GUID nativeIdentifier(const typelib::Identifier& identifier) noexcept;

@@ -44,10 +44,14 @@ TransactionMode modeOf(const Value& value) {
                         "The mode of a call is 2 (a transaction) or 3 (none of its own).");
 }
 
-/// Nothing for no sample: an argument that is not given, empty or an empty text.
+/// The sample that is meant when none is named.
+constexpr const char* usualSample = "demo";
+
+/// Nothing for no sample: an argument that is not given, empty, False or an empty text.
 std::optional<std::string> sampleOf(const MemberCall& call, std::size_t index) {
   const Value value = call.value(index, {});
   if (value.isEmpty()) return std::nullopt;
+  if (const auto* wanted = value.get<bool>()) return *wanted ? std::optional<std::string>(usualSample) : std::nullopt;
   std::string sample = toText(value);
   if (sample.empty()) return std::nullopt;
   return sample;

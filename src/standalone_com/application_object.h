@@ -9,7 +9,8 @@
 namespace tolvane::standalone_com {
 
 /// Stands for the suite's global application object, and for the component host around it: `GetContext`,
-/// `BeginCall(mode)`, `EndCall` (whether the work was kept), `AbortCall`, `CreateAccountSet(dsn[, sample])`, `Version`.
+/// `BeginCall(mode)`, `EndCall` (whether the work was kept), `AbortCall`, `CreateAccountSet(dsn[, sample])` (a sample's
+/// name, or True for the demonstration), `Version`.
 /// A host's modes are those of TransactionMode; without a call every operation stands for itself.
 class ApplicationObject : public automation::DispatchObject {
  public:

@@ -58,12 +58,12 @@ const std::string& AutomationServer::dsn() {
   std::filesystem::create_directories(folder_);
   dsn_ = "Database=" + automation::utf8((folder_ / "set.db").wstring());
   RemoteMember createAccountSet(L"CreateAccountSet");
-  LateBound::create(L"NorvStandalone.Application").call(createAccountSet, dsn_, true);
+  automation::RemoteClass(L"NorvStandalone.Application").create().call(createAccountSet, dsn_, "demo");
   return dsn_;
 }
 
 ComPtr<IDispatch> AutomationServer::create(const std::wstring& programmaticIdentifier) {
-  return LateBound::create(programmaticIdentifier).reference();
+  return automation::RemoteClass(programmaticIdentifier).create().reference();
 }
 
 DISPID AutomationServer::idOf(IDispatch& object, const wchar_t* name) {
@@ -79,7 +79,7 @@ Answer AutomationServer::call(IDispatch& object, const wchar_t* member, std::vec
   return answer;
 }
 
-std::int32_t AutomationServer::number(const std::string& query) {
+std::int32_t AutomationServer::selected(const std::string& query) {
   const auto retrieve = service(L"SrvRptRetrieve");
   const Variant name(dsn());
   const Variant sql(query);

@@ -53,7 +53,7 @@ class AutomationServer : public ::testing::Test {
   [[nodiscard]] static Answer call(IDispatch& object, const wchar_t* member, std::vector<VARIANT> arguments,
                                    WORD flags = DISPATCH_METHOD | DISPATCH_PROPERTYGET);
   /// Reads one number from the account set.
-  [[nodiscard]] std::int32_t number(const std::string& query);
+  [[nodiscard]] std::int32_t selected(const std::string& query);
 
   /// The file of a DLL beside the test program.
   [[nodiscard]] static std::filesystem::path library(const wchar_t* name);

@@ -97,12 +97,12 @@ TEST_F(ServiceObject, WritesNothingWhenItsMethodFails) {
   const auto object = service(L"SrvRptUpdate");
   const Variant name(dsn());
   const Variant text("x");
-  const std::int32_t before = number("select count(*) from t_Rpt_Content");
+  const std::int32_t before = selected("select count(*) from t_Rpt_Content");
   // An empty name is refused after the work has begun.
   const Variant empty("  ");
-  const auto answer = call(*object, L"SavePlxToSrv", {name.get(), text.get(), empty.get(), text.get(), com::number(1)});
+  const auto answer = call(*object, L"SavePlxToSrv", {name.get(), text.get(), empty.get(), text.get(), number(1)});
   EXPECT_EQ(static_cast<std::uint32_t>(answer.error.scode), 0x80044047U);
-  EXPECT_EQ(number("select count(*) from t_Rpt_Content"), before);
+  EXPECT_EQ(selected("select count(*) from t_Rpt_Content"), before);
 }
 
 TEST_F(ServiceObject, AnswersToItsPublishedInterface) {

@@ -7,8 +7,6 @@
 namespace tolvane::com {
 namespace {
 
-HINSTANCE instance = nullptr;  // written once, before anything else of the DLL runs
-
 template <typename Work>
 HRESULT run(Work&& work) noexcept {
   try {
@@ -21,17 +19,7 @@ HRESULT run(Work&& work) noexcept {
 
 }  // namespace
 
-HINSTANCE moduleInstance() noexcept {
-  return instance;
-}
-
 }  // namespace tolvane::com
-
-// Thread notifications stay on: the compiler's runtime inside the DLL frees its part of a thread by them.
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
-  if (reason == DLL_PROCESS_ATTACH) tolvane::com::instance = module;
-  return TRUE;
-}
 
 STDAPI DllGetClassObject(REFCLSID identifier, REFIID iid, void** factory) {
   if (!factory) return E_POINTER;
