@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <type_traits>
 #include <utility>
 
 #include "automation/com_ptr.h"
@@ -52,7 +53,11 @@ class Client {
   [[nodiscard]] static automation::Variant toVariant(Value value) { return automation::Variant::of(std::move(value)); }
   template <typename T>
   [[nodiscard]] static automation::Variant toVariant(const T& value) {
-    return automation::Variant(value);
+    if constexpr (std::is_constructible_v<automation::Variant, const T&>) {
+      return automation::Variant(value);
+    } else {
+      return automation::Variant::of(Value(value));
+    }
   }
 
   automation::LateBound object_;

@@ -34,10 +34,6 @@ Sub CheckError(what, number, source, description)
   Err.Clear
 End Sub
 
-Function SizeOf(bytes)
-  SizeOf = UBound(bytes) - LBound(bytes) + 1
-End Function
-
 Function Shown(value)
   If IsNull(value) Then
     Shown = "Null"
@@ -189,14 +185,15 @@ End Sub
 Rows
 
 Sub Documents()
-  Dim rs, stream, bytes, dictionary
+  Dim rs, bytes, size
   On Error Resume Next
   Set rs = CreateObject("NorvStandalone.Recordset")
   rs.Open "Select FRptID, FRptData From t_Rpt_Content Where FRptData Is Not Null", connection, 1, 3
   bytes = rs("FRptData").Value
+  size = rs("FRptData").ActualSize
   CheckError "reading a document", 0, "", ""
   Check "a document's type", VarType(bytes), 8192 + 17
-  Check "a document's length", SizeOf(bytes), rs("FRptData").ActualSize
+  Check "a document has content", size > 100, True
   rs.Close
   Set rs = CreateObject("NorvStandalone.Recordset")
   rs.Open "Select * From t_Try", connection, 1, 3
@@ -205,13 +202,13 @@ Sub Documents()
   CheckError "writing a document", 0, "", ""
   rs.MoveNext
   rs("FData").AppendChunk bytes
+  bytes = rs("FData").GetChunk(5)
   rs("FData").AppendChunk bytes
-  rs.Update
-  Check "a document in two pieces", SizeOf(rs("FData").Value), 2 * SizeOf(bytes)
-  Check "a document's beginning", SizeOf(rs("FData").GetChunk(5)), 5
-  rs.MoveFirst
-  Check "the same document", SizeOf(rs("FData").Value), SizeOf(bytes)
   bytes = Empty
+  rs.Update
+  Check "a document in two pieces", rs("FData").ActualSize, size + 5
+  rs.MoveFirst
+  Check "the same document", rs("FData").ActualSize, size
   rs("FData") = Null
   rs.Update
   Check "no document", rs("FData").Value, Null

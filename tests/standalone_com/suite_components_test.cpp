@@ -28,13 +28,13 @@ TEST(SuiteComponentsTest, SecurityAnswersForTheDataSourceThatTheThreadOpened) {
   const TryOut tryOut;
   const Client security = Client::create("Security");
   EXPECT_EQ(security.get(L"GetCurrentUserID", "5"), Value(std::int16_t{5}));
-  tryOut.run("insert into t_Group (FGroupID, FUserID) values (1, 1)");
+  tryOut.run("insert into t_User (FUserID) values (5)");
   EXPECT_EQ(security.get(L"IsAdministrator", "1"), Value(true));
+  EXPECT_EQ(security.get(L"IsAdministrator", "5"), Value(false));
 }
 
 TEST(SuiteComponentsTest, AccessCheckTakesItsNumbersByReference) {
   const TryOut tryOut;
-  tryOut.run("insert into t_Group (FGroupID, FUserID) values (1, 1)");
   std::int32_t type = 50;
   std::int32_t object = 0;
   std::int32_t mask = 0x8000000;
