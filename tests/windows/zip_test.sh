@@ -7,7 +7,7 @@ case "$size" in 32) place=x86 ;; *) place=x64 ;; esac
 project="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd -P)"
 export TOLVANE_WINE_PREFIX="$project/build/windows/wine$size-zip"
 [ -f "$2" ] || { echo "there is no $(basename "$2"): ./dev windows makes it"; exit 77; }
-folder="$TOLVANE_WINE_PREFIX/unpacked"
+folder="$project/build/windows/unpacked$size"
 rm -rf "$folder"
 mkdir -p "$folder"
 unzip -q "$2" -d "$folder" || exit 1
