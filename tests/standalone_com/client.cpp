@@ -38,6 +38,11 @@ std::string newDataSourceName() {
          std::to_string(++number) + ".db";
 }
 
+void removeFile(const std::string& dsn) {
+  std::error_code ignored;
+  std::filesystem::remove(dsn.substr(std::string("Database=").size()), ignored);
+}
+
 }  // namespace
 
 Client Client::create(const std::string& className) {
@@ -55,6 +60,7 @@ std::string textOf(const AutomationError& error) {
 }
 
 TryOut::TryOut() : dsn_(newDataSourceName()), application_(Client::create("Application")) {
+  removeFile(dsn_);  // of a run that was broken off
   (void)application_.get(L"CreateAccountSet", dsn_);
   const Client context = application_.object(L"GetContext");
   (void)context.get(L"OpenDataSource", dsn_, automation::Variant());
@@ -64,8 +70,7 @@ TryOut::TryOut() : dsn_(newDataSourceName()), application_(Client::create("Appli
 TryOut::~TryOut() {
   connection_ = {};
   application_ = {};
-  std::error_code ignored;
-  std::filesystem::remove(dsn_.substr(std::string("Database=").size()), ignored);
+  removeFile(dsn_);
 }
 
 Value TryOut::asked(const std::string& sql) const {
