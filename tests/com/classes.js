@@ -42,20 +42,20 @@ try {
   var standard = selected("select max(FPropClsID) from t_Rpt_PropClass");
   check("the standard's name", selected("select FName from t_Rpt_PropClass where FPropClsID = " + standard),
         "\u5468\u671f");
-  check("items", service("RptPropItemInfo").GetList(dsn, standard).EOF, true);
+  check("items", service("RptPropItemInfo").GetList(dsn, 1).EOF, false);
   check("an audit mark", service("RptPropItemUpdate").SetRptIsAudit(dsn, 1, 101, "\u9648\u96e8"), 1);
   check("a statement's status", typeof service("CsRetrieve").TransMode, "number");
   service("CsUpdate").CsDataStatusUpdate(dsn, "FRptGroupID=3 And FYear=2025 And FPeriod=2 And FCompanyNum='001'",
                                          "FIsChecked", true);
   check("configurations", service("MultiAccountInfo").GetListByUser(dsn).Count >= 0, true);
   var account = new ActiveXObject("NorvStandalone.Dictionary");
-  account("FDriverType") = 0;
-  account("FAisName") = "AIS";
-  account("FSystemDB") = "sys";
-  account("FServerName") = "server";
-  account("FMUserName") = "u";
-  account("FMPassword") = "p";
-  account("FPropsString") = "";
+  account.Add("FDriverType", 0);
+  account.Add("FAisName", "AIS");
+  account.Add("FSystemDB", "sys");
+  account.Add("FServerName", "server");
+  account.Add("FMUserName", "u");
+  account.Add("FMPassword", "p");
+  account.Add("FPropsString", "");
   service("MultiAccountUpdate").CreateAcct(dsn, "branch", account);
   check("the configuration", selected("select count(*) from t_Rpt_MultiAcct where FName = 'branch'"), 1);
   var entry = new ActiveXObject("NorvStandalone.Dictionary");

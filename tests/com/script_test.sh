@@ -8,6 +8,6 @@ rm -rf "$work"
 mkdir -p "$work"
 cd "$work"
 "$here/register.sh" "$size" "$folder"
-said="$("$here/../../tools/wine_run.sh" "$size" cscript //nologo "$script" . | tr -d '\r')"
+said="$("$here/../../tools/wine_run.sh" "$size" cscript //nologo "Z:$script" . | tr -d '\r')" || echo "the script ended with a status of its own"
 printf '%s\n' "$said"
 [ "$said" = "$line" ]

@@ -15,7 +15,7 @@ mkdir -p "$work/script"
 { printf '\xff\xfe'; iconv -f UTF-8 -t UTF-16LE "$here/tour_texts.txt"; } > "$work/texts.txt"
 cd "$work"
 "$here/register.sh" "$size" "$folder"
-said="$("$wine" "$size" cscript //nologo "$here/tour.vbs" script texts.txt | tr -d '\r')"
+said="$("$wine" "$size" cscript //nologo "Z:$here/tour.vbs" script texts.txt | tr -d '\r')" || echo "the script ended with a status of its own"
 printf '%s\n' "$said"
 [ "$said" = "the tour is done" ]
 
