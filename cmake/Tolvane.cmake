@@ -73,6 +73,28 @@ function(tolvane_module name)
   endif()
 endfunction()
 
+# tolvane_windows_test(NAME COMMAND target|program argument... [SETS_UP fixture] [NEEDS fixture...])
+# Runs a target of a Windows build, or one of Wine's own programs (cscript, regsvr32), as test windows32_NAME or
+# windows64_NAME. One at a time, as tools/wine_run.sh does. A fixture is of one word size.
+function(tolvane_windows_test name)
+  cmake_parse_arguments(TEST "" "SETS_UP" "COMMAND;NEEDS" ${ARGN})
+  math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
+  list(GET TEST_COMMAND 0 program)
+  if(NOT TARGET ${program})
+    list(PREPEND TEST_COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR})
+  endif()
+  add_test(NAME windows${bits}_${name} COMMAND ${TEST_COMMAND} WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+  set_tests_properties(windows${bits}_${name} PROPERTIES
+    TIMEOUT 600 LABELS windows SKIP_RETURN_CODE 77 RESOURCE_LOCK wine${bits})
+  if(TEST_SETS_UP)
+    set_tests_properties(windows${bits}_${name} PROPERTIES FIXTURES_SETUP ${TEST_SETS_UP}${bits})
+  endif()
+  if(TEST_NEEDS)
+    list(TRANSFORM TEST_NEEDS APPEND ${bits})
+    set_tests_properties(windows${bits}_${name} PROPERTIES FIXTURES_REQUIRED "${TEST_NEEDS}")
+  endif()
+endfunction()
+
 # tolvane_test(NAME [USES target...] [LIBRARIES library...] [TOGETHER pattern])
 # One test program of all the .cpp files of a folder of tests/; every file on disk is built. Each test runs in a process of
 # its own; those that match TOGETHER share one, since what they need (a server) takes long to start.
@@ -91,11 +113,8 @@ function(tolvane_test name)
   target_compile_definitions(${name}_test PRIVATE TOLVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name}_test PRIVATE ${TEST_USES} ${TEST_LIBRARIES} GTest::gmock GTest::gtest_main)
   if(WIN32)
-    # A program is one test, since starting Wine takes longer than most tests; and one at a time, as tools/wine_run.sh does.
-    math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
-    add_test(NAME windows${bits}_${name} COMMAND ${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
-    set_tests_properties(windows${bits}_${name} PROPERTIES
-      TIMEOUT 600 LABELS windows SKIP_RETURN_CODE 77 RESOURCE_LOCK wine${bits})
+    # A program is one test, since starting Wine takes longer than most tests.
+    tolvane_windows_test(${name} COMMAND ${name}_test)
     return()
   endif()
   set(filter)

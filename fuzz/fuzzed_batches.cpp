@@ -6,8 +6,7 @@
 #include <array>
 #include <cctype>
 #include <chrono>
-#include <cstdlib>
-#include <stdexcept>
+#include <random>
 #include <string_view>
 #include <vector>
 
@@ -227,9 +226,10 @@ FuzzedAccountSet::~FuzzedAccountSet() {
 }
 
 void FuzzedAccountSet::open() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "tsql_fuzz_XXXXXX").string();
-  if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-  folder_ = pattern;
+  std::random_device random;
+  do {
+    folder_ = std::filesystem::temp_directory_path() / ("tsql_fuzz_" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(folder_));
   const auto file = folder_ / "set.ais";
   embedded::Database::create(file);
   auto session = std::make_shared<embedded::Session>(file, std::chrono::seconds(1));

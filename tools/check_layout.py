@@ -26,6 +26,7 @@ WHOLE = {
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",
     "tests/odbc/contract_test.cpp",
+    "tests/suite/contract_test.cpp",
     "tests/tsql/cases_test.cpp",
 }
 # What documents may name although it is not in the tree: it is made by building.

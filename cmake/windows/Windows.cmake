@@ -12,3 +12,14 @@ add_compile_definitions(_WIN32_WINNT=0x0601 WINVER=0x0601 UNICODE _UNICODE NOMIN
 add_compile_options(-Wno-maybe-uninitialized)
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
+
+# tolvane_automation_dll(NAME): what the automation DLLs have in common. The name is the one that is registered, and the file
+# lies beside the tests and the other DLL; src/automation/module_entry.cpp says why it has an entry of its own.
+function(tolvane_automation_dll name)
+  set_target_properties(${name} PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+  set(entry tolvaneModuleEntry)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    set(entry "_${entry}@12")
+  endif()
+  target_link_options(${name} PRIVATE -Wl,--enable-stdcall-fixup "-Wl,--entry=${entry}" "-Wl,--undefined=${entry}")
+endfunction()

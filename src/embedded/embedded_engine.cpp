@@ -8,6 +8,7 @@
 #include "embedded/account_file.h"
 #include "embedded/embedded_connection.h"
 #include "embedded/errors.h"
+#include "system/path_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -51,7 +52,7 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   if (text.empty()) {
     throw openError(name.publicText(), "the data source names no file. Write it as Database=path.");
   }
-  const std::filesystem::path file(text);
+  const auto file = system::pathOf(text);
   const auto identity = identityOf(file);
   auto& kept = keptByThisThread();
   // A file that was removed and made again under its name is another account set.
@@ -71,7 +72,7 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
 }
 
 std::shared_ptr<EngineConnection> EmbeddedEngine::openNew(const DataSourceName& name) const {
-  const std::filesystem::path file(name.get("Database"));
+  const auto file = system::pathOf(name.get("Database"));
   createAccountSet(file);
   return std::make_shared<EmbeddedConnection>(std::make_shared<Session>(file, options_.busyTimeout));
 }

@@ -7,6 +7,7 @@
 
 #include "embedded/errors.h"
 #include "system/local_time.h"
+#include "system/path_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -144,7 +145,7 @@ tsql::DateTime Session::now() const {
 }
 
 std::string Session::databaseName() const {
-  return std::filesystem::path(database_.name()).stem().string();
+  return system::pathOf(database_.name()).stem().string();
 }
 
 std::string Session::version() const {

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "platform/error.h"
+#include "system/path_text.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -17,18 +18,18 @@ namespace fs = std::filesystem;
 /// A database file that goes away again unless it is kept.
 class NewFile {
  public:
-  explicit NewFile(fs::path path) : path_(std::move(path)) {}
+  explicit NewFile(std::string path) : path_(std::move(path)) {}
   ~NewFile() {
     if (kept_) return;
     std::error_code ignored;
-    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(path_.string() + suffix, ignored);
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"}) fs::remove(system::pathOf(path_ + suffix), ignored);
   }
   NewFile(const NewFile&) = delete;
   NewFile& operator=(const NewFile&) = delete;
   void keep() { kept_ = true; }
 
  private:
-  fs::path path_;
+  std::string path_;
   bool kept_ = false;
 };
 
@@ -48,7 +49,7 @@ void buildInNewFile(const DatabaseMaker& maker, const DataSourceName& name, cons
   const std::string path = name.get("Database");
   if (path.empty()) refuse("The data source " + name.publicText() + " names no Database.");
   std::error_code ignored;
-  if (fs::exists(path, ignored)) {
+  if (fs::exists(system::pathOf(path), ignored)) {
     refuse("There is " + path + " already. An account set is made in a new file only; nothing was changed.");
   }
   NewFile file(path);

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/error.h"
+#include "system/path_text.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -42,7 +43,7 @@ void FileResourceLoader::unload() {
 }
 
 FileResourceLoader::Texts FileResourceLoader::readFile() const {
-  const std::filesystem::path path = folder_ / (baseName_ + "." + language_ + ".json");
+  const std::filesystem::path path = folder_ / system::pathOf(baseName_ + "." + language_ + ".json");
   std::ifstream file(path, std::ios::binary);
   if (!file) refuse("The language file " + path.string() + " cannot be read.");
   const auto document = nlohmann::json::parse(file, nullptr, false);

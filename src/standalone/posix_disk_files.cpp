@@ -5,6 +5,7 @@
 
 #include "platform/error.h"
 #include "standalone/disk_files.h"
+#include "system/path_text.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -15,10 +16,6 @@ struct CloseFile {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
 using FileHandle = std::unique_ptr<std::FILE, CloseFile>;
-
-fs::path pathOf(const std::string& name) {
-  return fs::path(std::u8string(reinterpret_cast<const char8_t*>(name.data()), name.size()));
-}
 
 [[noreturn]] void raiseFor(int code) {
   switch (code) {
@@ -88,11 +85,11 @@ class DiskFile : public BinaryFile {
 
 bool DiskFiles::exists(const std::string& name) {
   std::error_code ignored;
-  return fs::is_regular_file(pathOf(name), ignored);
+  return fs::is_regular_file(system::pathOf(name), ignored);
 }
 
 std::unique_ptr<BinaryFile> DiskFiles::openBinary(const std::string& name) {
-  const std::string path = pathOf(name).string();
+  const std::string path = system::pathOf(name).string();
   FileHandle file(std::fopen(path.c_str(), "r+b"));
   if (!file && errno == ENOENT) file.reset(std::fopen(path.c_str(), "w+bx"));
   if (!file) raiseFor(errno);
@@ -101,7 +98,7 @@ std::unique_ptr<BinaryFile> DiskFiles::openBinary(const std::string& name) {
 
 void DiskFiles::remove(const std::string& name) {
   std::error_code error;
-  const bool removed = fs::remove(pathOf(name), error);
+  const bool removed = fs::remove(system::pathOf(name), error);
   if (error) raiseFor(error.value());
   if (!removed) raise(RuntimeError::fileNotFound);
 }

@@ -34,6 +34,9 @@ struct Deviations {
   /// After an error in a transaction nothing is sent but the rollback, since the server may have undone the transaction
   /// already.
   bool errorsEndTransactions = false;
+  /// Errors bring the server's own number and the text that was sent, and the connection counts them. Automation hands
+  /// on what ADO shows, and no more.
+  bool tellsDatabaseDetail = true;
 };
 
 /// Keeps whatever a fresh database needs for as long as a test runs.

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "platform/error.h"
+#include "system/path_text.h"
 
 namespace tolvane::standalone {
 namespace {
@@ -24,9 +25,9 @@ class DiskFilesTest : public ::testing::Test {
   void SetUp() override {
     name_ = ::testing::TempDir() + "tolvane_disk_files_" +
             ::testing::UnitTest::GetInstance()->current_test_info()->name() + "_文件.tmp";
-    std::filesystem::remove(name_);
+    std::filesystem::remove(system::pathOf(name_));
   }
-  void TearDown() override { std::filesystem::remove(name_); }
+  void TearDown() override { std::filesystem::remove(system::pathOf(name_)); }
 
   DiskFiles files_;
   std::string name_;

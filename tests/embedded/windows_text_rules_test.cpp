@@ -1,0 +1,29 @@
+#include <gtest/gtest.h>
+
+#include "embedded/account_set_collation.h"
+#include "embedded/text_rules.h"
+
+namespace tolvane::embedded {
+namespace {
+
+// Where it stands among other texts depends on the release of Windows.
+TEST(WindowsTextRulesTest, ASignBeyondTheCommonOnesIsNoLetter) {
+  EXPECT_NE(accountSetCollation().compare("\xF0\x9F\x98\x80", "a"), 0);
+}
+
+TEST(WindowsTextRulesTest, AHyphenCountsAsOtherSignsDo) {
+  EXPECT_NE(accountSetCollation().compare("1122-01", "112201"), 0);
+  EXPECT_LT(accountSetCollation().compare("1122-01", "112201"), 0);
+}
+
+TEST(WindowsTextRulesTest, KindsOfKanaDoNotCount) {
+  EXPECT_EQ(accountSetCollation().compare("か", "カ"), 0);
+}
+
+TEST(WindowsTextRulesTest, EveryCommonChineseCharacterHasAPlaceOfItsOwn) {
+  const auto rules = systemTextRules();
+  for (char32_t c = 0x4E00; c < 0x9FA5; ++c) ASSERT_NE(rules->sortKey(c), rules->sortKey(c + 1)) << std::hex << c;
+}
+
+}  // namespace
+}  // namespace tolvane::embedded
