@@ -15,6 +15,9 @@ struct FileIdentity {
 
 [[nodiscard]] FileIdentity identityOf(const std::filesystem::path& file);
 
+/// Whether the system neither removes nor renames a file that is open: then its name stands for it as long as it is.
+[[nodiscard]] bool openFilesKeepTheirNames();
+
 /// Whether somebody may write it. An administrator may write everywhere, but a file that nobody may write was protected
 /// on purpose.
 [[nodiscard]] bool isWritable(const std::filesystem::path& path);

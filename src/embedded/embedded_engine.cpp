@@ -40,19 +40,33 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
     throw openError(name.publicText(), "the data source names no file. Write it as Database=path.");
   }
   const auto file = system::pathOf(text);
-  const auto identity = identityOf(file);
   auto& kept = keptByThisThread();
-  // A file that was removed and made again under its name is another account set.
-  const auto found = std::find_if(kept.begin(), kept.end(), [&](const KeptSession& k) {
-    return identity != FileIdentity{} && k.process == currentProcess() && k.identity == identity &&
-           k.busyTimeout == options_.busyTimeout;
-  });
+  const auto find = [&](auto&& isTheFile) {
+    return std::find_if(kept.begin(), kept.end(), [&](const KeptSession& k) {
+      return k.process == currentProcess() && k.busyTimeout == options_.busyTimeout && isTheFile(k);
+    });
+  };
+  auto found = kept.end();
+  std::filesystem::path lastingName;
+  if (openFilesKeepTheirNames()) {
+    // There, looking at a file costs more than many statements.
+    lastingName = std::filesystem::absolute(file);
+    found = find([&](const KeptSession& k) { return k.lastingName == lastingName; });
+  }
+  FileIdentity identity;
+  if (found == kept.end()) {
+    // A file that was removed and made again under its name is another account set.
+    identity = identityOf(file);
+    found = find([&](const KeptSession& k) { return identity != FileIdentity{} && k.identity == identity; });
+  }
   if (found != kept.end()) {
     std::rotate(kept.begin(), found, found + 1);
     return connectionOf(kept.front());
   }
   auto session = std::make_shared<Session>(file, options_.busyTimeout);
-  kept.insert(kept.begin(), KeptSession{currentProcess(), identity, options_.busyTimeout, std::move(session), {}});
+  kept.insert(
+      kept.begin(),
+      KeptSession{currentProcess(), std::move(lastingName), identity, options_.busyTimeout, std::move(session), {}});
   auto connection = connectionOf(kept.front());
   forgetOldest(kept);
   return connection;

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <vector>
 
@@ -12,7 +13,8 @@
 namespace tolvane::embedded {
 
 struct KeptSession {
-  std::int64_t process = 0;  // SQLite's connections do not survive a fork
+  std::int64_t process = 0;           // SQLite's connections do not survive a fork
+  std::filesystem::path lastingName;  // where an open file's name stands for it, else empty
   FileIdentity identity;
   std::chrono::milliseconds busyTimeout{};
   std::shared_ptr<Session> session;

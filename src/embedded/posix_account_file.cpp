@@ -11,6 +11,10 @@ FileIdentity identityOf(const std::filesystem::path& file) {
   return {info.st_dev, info.st_ino};
 }
 
+bool openFilesKeepTheirNames() {
+  return false;
+}
+
 bool isWritable(const std::filesystem::path& path) {
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return false;

@@ -26,6 +26,10 @@ FileIdentity identityOf(const std::filesystem::path& file) {
   return {info.dwVolumeSerialNumber, (static_cast<std::uint64_t>(info.nFileIndexHigh) << 32) | info.nFileIndexLow};
 }
 
+bool openFilesKeepTheirNames() {
+  return true;
+}
+
 bool isWritable(const std::filesystem::path& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return false;

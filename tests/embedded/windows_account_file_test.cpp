@@ -17,6 +17,14 @@ TEST_F(WindowsAccountFileTest, AFileIsTheSameUnderAnotherName) {
   EXPECT_EQ(identityOf(folder_.path() / "none"), FileIdentity{});
 }
 
+TEST_F(WindowsAccountFileTest, AnOpenFileIsNeitherRemovedNorRenamed) {
+  ASSERT_TRUE(openFilesKeepTheirNames());
+  std::error_code error;
+  EXPECT_FALSE(std::filesystem::remove(file(), error));
+  std::filesystem::rename(file(), folder_.path() / "other.ais", error);
+  EXPECT_TRUE(error);
+}
+
 TEST_F(WindowsAccountFileTest, TwoFilesAreTwo) {
   const auto other = folder_.path() / "other.ais";
   EmbeddedEngine::createAccountSet(other);

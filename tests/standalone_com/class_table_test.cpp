@@ -7,9 +7,13 @@
 #include <utility>
 
 #include "automation/registry.h"
+#include "automation/text.h"
+#include "standalone_com/client.h"
 
 namespace tolvane::standalone_com {
 namespace {
+
+using testing::Client;
 
 TEST(ClassTableTest, IdentifiersOfClassesNeverChange) {
   const std::pair<std::wstring, std::wstring> fixed[] = {
@@ -31,8 +35,15 @@ TEST(ClassTableTest, IdentifiersOfClassesNeverChange) {
   }
 }
 
-TEST(ClassTableTest, EveryClassMakesAnObject) {
-  for (const ClassEntry& entry : classTable()) EXPECT_TRUE(entry.make()) << entry.name;
+TEST(ClassTableTest, TheDllIsInUseAsLongAsOneOfItsObjects) {
+  for (const ClassEntry& known : classTable()) {
+    const std::string name = automation::utf8(known.name).substr(std::string("NorvStandalone.").size());
+    EXPECT_TRUE(Client::canUnload()) << name;
+    for (int i = 0; i < 1000; ++i) (void)Client::create(name);
+    const Client last = Client::create(name);
+    EXPECT_FALSE(Client::canUnload()) << name;
+  }
+  EXPECT_TRUE(Client::canUnload());
 }
 
 }  // namespace

@@ -14,20 +14,19 @@ namespace tolvane::standalone_com::testing {
 namespace {
 
 using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
 
-/// The DLL lies beside the test and stays loaded.
-GetClassObject server() {
-  static const auto entry = [] {
-    const HMODULE module = LoadLibraryW(L"NorvStandalone.dll");
-    return reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
-  }();
-  return entry;
+/// An entry of the DLL, which lies beside the test and stays loaded.
+template <typename Entry>
+Entry entry(const char* name) {
+  static const HMODULE module = LoadLibraryW(L"NorvStandalone.dll");
+  return reinterpret_cast<Entry>(reinterpret_cast<void*>(GetProcAddress(module, name)));
 }
 
 CLSID identifierOf(const std::string& className) {
   const std::wstring name = L"NorvStandalone." + automation::wide(className);
-  for (const ClassEntry& entry : classTable()) {
-    if (entry.name == name) return entry.identifier;
+  for (const ClassEntry& known : classTable()) {
+    if (known.name == name) return known.identifier;
   }
   raise(RuntimeError::cannotCreateObject);
 }
@@ -38,14 +37,24 @@ std::string newDataSourceName() {
          std::to_string(++number) + ".db";
 }
 
+void removeFile(const std::string& dsn) {
+  std::error_code ignored;
+  std::filesystem::remove(dsn.substr(std::string("Database=").size()), ignored);
+}
+
 }  // namespace
 
 Client Client::create(const std::string& className) {
   automation::ComPtr<IClassFactory> factory;
   automation::ComPtr<IDispatch> object;
-  automation::check(server()(identifierOf(className), IID_IClassFactory, factory.receiveAny()));
+  automation::check(
+      entry<GetClassObject>("DllGetClassObject")(identifierOf(className), IID_IClassFactory, factory.receiveAny()));
   automation::check(factory->CreateInstance(nullptr, IID_IDispatch, object.receiveAny()));
   return Client(std::move(object));
+}
+
+bool Client::canUnload() {
+  return entry<CanUnloadNow>("DllCanUnloadNow")() == S_OK;
 }
 
 std::string textOf(const AutomationError& error) {
@@ -55,6 +64,7 @@ std::string textOf(const AutomationError& error) {
 }
 
 TryOut::TryOut() : dsn_(newDataSourceName()), application_(Client::create("Application")) {
+  removeFile(dsn_);  // of a run that was broken off
   (void)application_.get(L"CreateAccountSet", dsn_);
   const Client context = application_.object(L"GetContext");
   (void)context.get(L"OpenDataSource", dsn_, automation::Variant());
@@ -64,8 +74,7 @@ TryOut::TryOut() : dsn_(newDataSourceName()), application_(Client::create("Appli
 TryOut::~TryOut() {
   connection_ = {};
   application_ = {};
-  std::error_code ignored;
-  std::filesystem::remove(dsn_.substr(std::string("Database=").size()), ignored);
+  removeFile(dsn_);
 }
 
 Value TryOut::asked(const std::string& sql) const {

@@ -23,6 +23,9 @@ class Client {
   /// A new object of a class ("Recordset") of the DLL, which need not be registered.
   [[nodiscard]] static Client create(const std::string& className);
 
+  /// Whether the DLL says that it may be unloaded.
+  [[nodiscard]] static bool canUnload();
+
   template <typename... Arguments>
   Value get(const wchar_t* name, Arguments&&... arguments) const {
     automation::RemoteMember member(name);

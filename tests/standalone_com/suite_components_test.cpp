@@ -71,11 +71,15 @@ TEST(SuiteComponentsTest, TheDataFlowWorksInTheHostsTransaction) {
   EXPECT_EQ(tryOut.asked("Select Count(*) From t_LocalSubFunc"), Value(0));
 }
 
-TEST(SuiteComponentsTest, TheDataFlowNeedsAListAndADataSource) {
+TEST(SuiteComponentsTest, TheDataFlowNeedsADataSource) {
   const Client flow = Client::create("DataFlow");
   EXPECT_EQ(errorOf([&] { flow.get(L"RefreshDetailFunc", "", 7, listWithOneEntry(), true, true); }).substr(0, 8),
             "800A005B");
+}
+
+TEST(SuiteComponentsTest, TheDataFlowNeedsAList) {
   const TryOut tryOut;
+  const Client flow = Client::create("DataFlow");
   EXPECT_EQ(errorOf([&] { flow.get(L"RefreshDetailFunc", "", 7, 5, true, true); }).substr(0, 8), "800A01A8");
   EXPECT_EQ(errorOf([&] { flow.get(L"RefreshDetailFunc", "", 7); }).substr(0, 8), "800A01C1");
   EXPECT_EQ(errorOf([&] { flow.get(L"RefreshDetailFunc", "", 7, tryOut.application(), true, true); }).substr(0, 8),
