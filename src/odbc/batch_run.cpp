@@ -25,6 +25,7 @@ class Run {
     auto outcome = parameters.execute(statement_, text_);
     while (outcome != SQL_NO_DATA || !stepped_) {
       if (SQL_SUCCEEDED(outcome)) {
+        if (outcome == SQL_SUCCESS_WITH_INFO) (void)remember([&] { session_.failIfReported(statement_, sql_); });
         takeResult();
       } else if (outcome != SQL_NO_DATA) {
         if (!remember([&] { session_.fail(statement_, sql_); })) break;

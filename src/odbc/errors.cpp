@@ -75,7 +75,8 @@ std::optional<std::uint32_t> byWords(std::string_view message) {
 }
 
 bool isNote(const Diagnostic& diagnostic) {
-  return diagnostic.sqlState.starts_with("01") ||
+  const auto& state = diagnostic.sqlState;
+  return state.starts_with("00") || state.starts_with("01") || state.starts_with("02") ||
          std::find(notes.begin(), notes.end(), diagnostic.nativeNumber) != notes.end();
 }
 
@@ -145,6 +146,10 @@ const Diagnostic* decisive(const std::vector<Diagnostic>& diagnostics) {
   if (diagnostics.empty()) return nullptr;
   const auto found = std::find_if_not(diagnostics.begin(), diagnostics.end(), isNote);
   return found == diagnostics.end() ? &diagnostics.front() : &*found;
+}
+
+bool hidesFailure(const std::vector<Diagnostic>& diagnostics) {
+  return !std::all_of(diagnostics.begin(), diagnostics.end(), isNote);
 }
 
 bool saysConnectionLost(const std::vector<Diagnostic>& diagnostics) {

@@ -68,7 +68,7 @@ void OdbcRecordset::open(const std::string& text, CursorType cursorType, LockTyp
   readOnly_ = lockType == LockType::readOnly || lockType == LockType::unspecified;
   BatchOptions batch;
   if (!readOnly_) batch.source = &source_;
-  const bool later = !readOnly_ && !source_.table.empty() && !source_.hasWhere;
+  const bool later = !readOnly_ && source_.isWholeTable();
   take(runBatch(*session_, later ? source_.head + " WHERE 1 = 0" : source_.statement, batch));
   fetched_ = !later;
   if (rows_) rows_->sql = source_.statement;

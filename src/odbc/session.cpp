@@ -96,6 +96,13 @@ void Session::fail(const StatementHandle& statement, std::string_view sql) {
   throw toAutomationError(diagnostics, dialect_->numbers, sql);
 }
 
+void Session::failIfReported(const StatementHandle& statement, std::string_view sql) {
+  const auto diagnostics = diagnosticsOf(SQL_HANDLE_STMT, statement.get());
+  if (!hidesFailure(diagnostics)) return;
+  lost_ = lost_ || saysConnectionLost(diagnostics);
+  throw toAutomationError(diagnostics, dialect_->numbers, sql);
+}
+
 void Session::requireUsable(std::string_view sql) const {
   if (inTransaction_ && doomed_) throw transactionIsOver(sql);
   if (!lost_ && connected_) return;

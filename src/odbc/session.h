@@ -64,6 +64,8 @@ class Session {
 
   /// Raises the error that a function reported for a statement.
   [[noreturn]] void fail(const StatementHandle& statement, std::string_view sql);
+  /// Raises what a function reported that did not fail, if there is an error in it.
+  void failIfReported(const StatementHandle& statement, std::string_view sql);
 
   /// Columns of a table's primary key, or else of its first unique index without nullable columns; empty without one.
   [[nodiscard]] const std::vector<std::string>& keyOf(const std::string& table);

@@ -263,6 +263,11 @@ std::string_view trimmed(std::string_view text) {
 
 }  // namespace
 
+bool Source::isWholeTable() const {
+  return !table.empty() && !hasWhere &&
+         std::none_of(columns.begin(), columns.end(), [](const std::string& column) { return column.empty(); });
+}
+
 Source readSource(const std::string& source, bool isTable) {
   Source result;
   result.statement = source;

@@ -21,6 +21,10 @@ struct Source {
   bool allColumns = false;  ///< the list is "*"
   /// For a list of columns: the table's column that each one is, as written; empty for a computed one.
   std::vector<std::string> columns;
+
+  /// Whether "head WHERE 1 = 0" has no row and the columns of the statement: rows of a whole table, none of whose
+  /// columns is computed. An aggregate has a row even then.
+  [[nodiscard]] bool isWholeTable() const;
 };
 
 /// `isTable` says that the text is a table's name; otherwise a text that is one name is taken for a table too, as ADO

@@ -54,7 +54,8 @@ std::string shippedScript() {
 /// A server's data source, leading to another database.
 std::string withDatabase(const char* server, const std::string& database) {
   std::string text = "Database=" + database;
-  for (const auto& [key, value] : DataSourceName::parse(server).pairs()) {
+  const auto name = DataSourceName::parse(server);
+  for (const auto& [key, value] : name.pairs()) {
     if (sameName(key, "Database") || sameName(key, "UserID") || sameName(key, "Language")) continue;
     text += ";" + key + "={";
     for (const char c : value) text += c == '}' ? std::string("}}") : std::string(1, c);

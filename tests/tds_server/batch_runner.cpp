@@ -67,14 +67,14 @@ void BatchRunner::undoAfterError(Answer& answer) {
 }
 
 bool BatchRunner::runOwn(const std::string& text, Answer& answer) {
-  const auto words = firstWords(text, 3);
+  const auto words = firstWords(text, 2);
   const auto begins = [&](std::string_view first, std::string_view second) {
     return words.size() >= 2 && words[0] == first && words[1] == second;
   };
   if (begins("create", "database")) {
-    state_.createDatabase(words[2]);
+    state_.createDatabase(databaseIn(text));
   } else if (begins("drop", "database")) {
-    state_.dropDatabase(words[2]);
+    state_.dropDatabase(databaseIn(text));
   } else if (begins("waitfor", "delay")) {
     if (!waitFor(text)) outcome_ = Outcome::attention;
   } else if (begins("set", "textsize") || begins("alter", "database")) {

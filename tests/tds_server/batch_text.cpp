@@ -108,14 +108,20 @@ std::size_t markCount(std::string_view text) {
 
 std::vector<std::string> firstWords(std::string_view text, std::size_t count) {
   std::vector<std::string> words;
-  std::string plain(text);
-  std::replace_if(plain.begin(), plain.end(), [](char c) { return c == '[' || c == ']'; }, ' ');
-  walk(plain, [&](std::size_t start, std::size_t end) {
-    if (words.size() < count && isWordPart(plain[start])) {
-      words.push_back(lowered(std::string_view(plain).substr(start, end - start)));
-    }
+  walk(text, [&](std::size_t start, std::size_t end) {
+    if (words.size() < count && isWordPart(text[start])) words.push_back(lowered(text.substr(start, end - start)));
   });
   return words;
+}
+
+std::string databaseIn(std::string_view text) {
+  constexpr std::string_view word = "database";
+  const auto found = lowered(text).find(word);
+  if (found == std::string::npos) return {};
+  auto rest = text.substr(found + word.size());
+  rest.remove_prefix(std::min(rest.find_first_not_of(" \t\r\n"), rest.size()));
+  if (rest.starts_with('[')) return std::string(rest.substr(1, rest.find(']') - 1));
+  return std::string(rest.substr(0, rest.find_first_of(" \t\r\n")));
 }
 
 }  // namespace tolvane::tds

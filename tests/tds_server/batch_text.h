@@ -18,7 +18,10 @@ namespace tolvane::tds {
 /// How many "?" stand outside quotes.
 [[nodiscard]] std::size_t markCount(std::string_view text);
 
-/// The first words of a text, in small letters, brackets left out; fewer where there are fewer.
+/// The first words of a text, in small letters; fewer where there are fewer.
 [[nodiscard]] std::vector<std::string> firstWords(std::string_view text, std::size_t count);
+
+/// The name behind "create database" and "drop database".
+[[nodiscard]] std::string databaseIn(std::string_view text);
 
 }  // namespace tolvane::tds

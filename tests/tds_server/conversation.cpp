@@ -15,6 +15,9 @@ constexpr std::chrono::milliseconds busyTimeout{10'000};
 constexpr std::size_t userPlace = 40;
 constexpr std::size_t databasePlace = 68;
 
+constexpr std::string_view beforeDateTime =
+    "The conversion of a datetime2 data type to a datetime data type resulted in an out-of-range value.";
+
 std::span<const std::uint8_t> partAt(const Buffer& message, std::size_t place) {
   WireReader header{std::span(message).subspan(place)};
   const auto offset = header.number<std::uint16_t>();
@@ -88,6 +91,8 @@ bool Conversation::logIn() {
     return false;
   }
   runner_.emplace(state_, stream_, std::make_shared<embedded::Session>(state_.fileOf(database_), busyTimeout));
+  // Nothing here has to outlive a power cut.
+  runner_->session().runOwn("PRAGMA synchronous=OFF");
   tokens_.environment(Environment::database, database_, "master");
   tokens_.info({5701, 0, "Changed database context to '" + database_ + "'."});
   tokens_.collation();
@@ -157,7 +162,13 @@ Outcome Conversation::runText(const std::string& text, const RemoteCall& call, s
                               Answer& answer) {
   state_.record(text);
   std::vector<embedded::PlaceholderValue> values;
-  for (auto i = firstValue; i < call.parameters.size(); ++i) values.push_back(call.parameters[i].value);
+  for (auto i = firstValue; i < call.parameters.size(); ++i) {
+    if (call.parameters[i].isBeforeDateTime()) {
+      answer.failed(Notice{242, 16, std::string(beforeDateTime)});
+      return Outcome::answered;
+    }
+    values.push_back(call.parameters[i].value);
+  }
   return runner_->run(withMarks(text), std::move(values), answer);
 }
 

@@ -316,6 +316,10 @@ std::int64_t CallParameter::integer() const {
   return value.value.kind() == tsql::Kind::Integer ? value.value.integer() : 0;
 }
 
+bool CallParameter::isBeforeDateTime() const {
+  return value.type.kind == TypeKind::DateTime && !value.value.isNull() && text() < "1753";
+}
+
 void skipHeaders(WireReader& reader) {
   const auto size = reader.number<std::uint32_t>();
   if (size < sizeof size) throw ProtocolError("headers without a length");

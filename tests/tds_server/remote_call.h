@@ -19,6 +19,8 @@ struct CallParameter {
   /// The value as text; empty for null.
   [[nodiscard]] std::string text() const;
   [[nodiscard]] std::int64_t integer() const;
+  /// A time before 1753, which a datetime cannot be.
+  [[nodiscard]] bool isBeforeDateTime() const;
 };
 
 struct RemoteCall {
