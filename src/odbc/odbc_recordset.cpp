@@ -256,10 +256,14 @@ void OdbcRecordset::appendChunk(std::string_view name, const Value& chunk) {
   const auto& target = column(index);
   if (!target.isLong()) raiseAdo(AdoError::illegalOperation, rowset::fieldSource);
   const auto before = edits_.find(index);
-  if (target.isBinary() && before != edits_.end() && before->second.isDocument) {
-    before->second.chunks.push_back(bytesOf(chunk));
-  } else if (target.isBinary()) {
-    edits_.insert_or_assign(index, editOf(bytesOf(chunk), target));
+  if (target.isBinary()) {
+    auto bytes = bytesOf(chunk);
+    if (!bytes) raiseAdo(AdoError::invalidArgument, rowset::fieldSource);
+    if (before != edits_.end() && before->second.isDocument) {
+      before->second.chunks.push_back(std::move(*bytes));
+    } else {
+      edits_.insert_or_assign(index, editOf(std::move(*bytes), target));
+    }
   } else {
     auto text = toText(chunk);
     if (before != edits_.end() && before->second.value.get<std::string>()) {
@@ -276,7 +280,7 @@ void OdbcRecordset::update() {
   if (editMode_ == EditMode::add) {
     postNew();
   } else {
-    updateRow(*session_, *rows_, currentRow(rowset::recordsetSource), edits_);
+    updateRow(*session_, *rows_, source_, currentRow(rowset::recordsetSource), edits_);
   }
   editMode_ = EditMode::none;
   edits_.clear();

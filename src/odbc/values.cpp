@@ -194,10 +194,11 @@ Value toValue(const RowBuffer& rows, std::size_t row, std::size_t index, const C
   return toValue(cell, column);
 }
 
-Bytes bytesOf(const Value& value) {
+std::optional<Bytes> bytesOf(const Value& value) {
   if (const auto* bytes = value.get<Bytes>()) return *bytes;
+  if (const auto* text = value.get<std::string>(); text && text->empty()) return Bytes();
   const auto* array = value.array();
-  if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) cannotConvert();
+  if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) return std::nullopt;
   std::vector<std::uint8_t> bytes;
   bytes.reserve(array->elements.size());
   for (const auto& element : array->elements) bytes.push_back(toByte(element));
@@ -208,8 +209,9 @@ Value assigned(const Value& value, const Column& column) {
   if (value.isNull() || value.isEmpty()) return Null{};
   if (column.isBinary()) {
     auto bytes = bytesOf(value);
-    if (!column.isLong() && bytes.size() > static_cast<std::size_t>(column.size)) throw rowset::doesNotFit();
-    return bytes;
+    if (!bytes) cannotConvert();
+    if (!column.isLong() && bytes->size() > static_cast<std::size_t>(column.size)) throw rowset::doesNotFit();
+    return *bytes;
   }
   if (value.isMissing() || value.isObject() || value.isArray() || value.get<Bytes>() || value.get<ErrorCode>())
     cannotConvert();

@@ -1,6 +1,8 @@
 // Cells and automation values, each as the other: the table of ADO's column types.
 #pragma once
 
+#include <optional>
+
 #include "odbc/columns.h"
 #include "odbc/row_buffer.h"
 #include "platform/value.h"
@@ -17,8 +19,9 @@ namespace tolvane::odbc {
 /// Null and Empty are Null: whether the column takes it, the table says.
 [[nodiscard]] Value assigned(const Value& value, const Column& column);
 
-/// The bytes of a document given as bytes or as an array of byte values; 3421 when it is neither.
-[[nodiscard]] Bytes bytesOf(const Value& value);
+/// The bytes of a document given as bytes, as an array of byte values or as an empty text, which has none; nothing when
+/// it is none of them.
+[[nodiscard]] std::optional<Bytes> bytesOf(const Value& value);
 
 /// Puts an assigned value into a row.
 void store(RowBuffer& rows, std::size_t row, std::size_t index, const Value& value);
