@@ -26,6 +26,8 @@ WHOLE = {
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",
     "tests/odbc/contract_test.cpp",
+    "tests/odbc/tds_deviations_test.cpp",
+    "tests/odbc/tds_server_test.cpp",
     "tests/tsql/cases_test.cpp",
 }
 # What documents may name although it is not in the tree: it is made by building.

@@ -50,7 +50,7 @@ class Run {
       const auto& state = error.database().sqlState;
       const bool over = state.starts_with("08") || state.starts_with("57") || state.starts_with("HYT") ||
                         state == "HY010" || state == "24000" || state == "HY008";
-      return !over && ++failures_ < mostFailures;
+      return !over && !session_.isLost() && ++failures_ < mostFailures;
     }
     return true;
   }

@@ -59,6 +59,13 @@ constexpr std::array wordsRows{
 // What servers and drivers add to an error: "The statement has been terminated.", "Changed database context ...".
 constexpr std::array<std::int32_t, 3> notes{3621, 5701, 5703};
 
+// The database cannot be opened: why a log-in failed, behind or before the report that it did.
+constexpr std::array<std::int32_t, 2> logInReasons{4060, 4064};
+
+// FreeTDS reports a connection's end by words, under states of all kinds.
+constexpr std::array<std::string_view, 4> lossWords{"Unexpected EOF from the server", "Write to the server failed",
+                                                    "Read from the server failed", "DBPROCESS is dead"};
+
 std::optional<std::uint32_t> byState(std::string_view state) {
   const auto* row = std::find_if(stateRows.begin(), stateRows.end(),
                                  [&](const StateRow& candidate) { return state.starts_with(candidate.start); });
@@ -74,7 +81,17 @@ std::optional<std::uint32_t> byWords(std::string_view message) {
   return row->number;
 }
 
+bool saysLoss(const Diagnostic& diagnostic) {
+  // 57P01 to 57P03: a PostgreSQL server that is being stopped. HYT01: the connection's own time-out.
+  const auto& state = diagnostic.sqlState;
+  return state.starts_with("08") || state.starts_with("57P0") || state == "HYT01" ||
+         std::any_of(lossWords.begin(), lossWords.end(), [&](std::string_view words) {
+           return diagnostic.message.find(words) != std::string::npos;
+         });
+}
+
 bool isNote(const Diagnostic& diagnostic) {
+  if (saysLoss(diagnostic)) return false;
   const auto& state = diagnostic.sqlState;
   return state.starts_with("00") || state.starts_with("01") || state.starts_with("02") ||
          std::find(notes.begin(), notes.end(), diagnostic.nativeNumber) != notes.end();
@@ -122,6 +139,7 @@ std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleKind, SQLHANDLE handle) 
 }
 
 std::uint32_t oledbNumber(const Diagnostic& diagnostic, NativeNumbers numbers) {
+  if (saysLoss(diagnostic)) return oledb::unspecified;
   if (numbers == NativeNumbers::sqlServer && rowset::knowsNumber(diagnostic.nativeNumber)) {
     return rowset::oledbNumber(diagnostic.nativeNumber);
   }
@@ -144,6 +162,10 @@ std::string_view serverWords(std::string_view message) {
 
 const Diagnostic* decisive(const std::vector<Diagnostic>& diagnostics) {
   if (diagnostics.empty()) return nullptr;
+  const auto reason = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
+    return std::find(logInReasons.begin(), logInReasons.end(), diagnostic.nativeNumber) != logInReasons.end();
+  });
+  if (reason != diagnostics.end()) return &*reason;
   const auto found = std::find_if_not(diagnostics.begin(), diagnostics.end(), isNote);
   return found == diagnostics.end() ? &diagnostics.front() : &*found;
 }
@@ -153,11 +175,7 @@ bool hidesFailure(const std::vector<Diagnostic>& diagnostics) {
 }
 
 bool saysConnectionLost(const std::vector<Diagnostic>& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
-    // 57P01 to 57P03: a PostgreSQL server that is being stopped. HYT01: the connection's own time-out.
-    return diagnostic.sqlState.starts_with("08") || diagnostic.sqlState.starts_with("57P0") ||
-           diagnostic.sqlState == "HYT01";
-  });
+  return std::any_of(diagnostics.begin(), diagnostics.end(), saysLoss);
 }
 
 AutomationError toAutomationError(const std::vector<Diagnostic>& diagnostics, NativeNumbers numbers,

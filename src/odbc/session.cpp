@@ -47,6 +47,7 @@ void Session::connect() {
     SQLSetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_TIMEOUT, asPointer(options_.networkTimeout),
                        SQL_IS_UINTEGER);
   }
+  lost_ = false;
   const auto text = toWideOrRefuse(options_.text, "data-source name");
   result = SQLDriverConnectW(connection_.get(), nullptr, sqlText(text), static_cast<SQLSMALLINT>(text.size()), nullptr,
                              0, nullptr, SQL_DRIVER_NOPROMPT);
@@ -67,7 +68,11 @@ void Session::disconnect() noexcept {
   if (connected_) {
     // A driver does not disconnect in a transaction.
     if (inTransaction_ && !lost_) SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
-    SQLDisconnect(connection_.get());
+    if (!SQL_SUCCEEDED(SQLDisconnect(connection_.get()))) {
+      // The driver manager itself may still believe in a transaction, and then keeps the connection.
+      SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
+      SQLDisconnect(connection_.get());
+    }
   }
   connected_ = false;
   connection_ = {};
@@ -86,25 +91,38 @@ void Session::readFacts() {
 
 AutomationError Session::connectionError(std::string_view what) {
   const auto diagnostics = diagnosticsOf(SQL_HANDLE_DBC, connection_.get());
-  lost_ = lost_ || saysConnectionLost(diagnostics);
+  noteLoss(diagnostics);
   return toAutomationError(diagnostics, dialect_->numbers, what);
+}
+
+// A driver may report no more than "unknown error" for whatever is tried on a connection that has ended.
+void Session::noteLoss(const std::vector<Diagnostic>& diagnostics) {
+  lost_ = lost_ || saysConnectionLost(diagnostics) || (connected_ && isDead());
+}
+
+bool Session::isDead() const {
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const auto known = SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+  return SQL_SUCCEEDED(known) && dead == SQL_CD_TRUE;
 }
 
 void Session::fail(const StatementHandle& statement, std::string_view sql) {
   const auto diagnostics = diagnosticsOf(SQL_HANDLE_STMT, statement.get());
-  lost_ = lost_ || saysConnectionLost(diagnostics);
+  noteLoss(diagnostics);
   throw toAutomationError(diagnostics, dialect_->numbers, sql);
 }
 
 void Session::failIfReported(const StatementHandle& statement, std::string_view sql) {
   const auto diagnostics = diagnosticsOf(SQL_HANDLE_STMT, statement.get());
   if (!hidesFailure(diagnostics)) return;
-  lost_ = lost_ || saysConnectionLost(diagnostics);
+  noteLoss(diagnostics);
   throw toAutomationError(diagnostics, dialect_->numbers, sql);
 }
 
-void Session::requireUsable(std::string_view sql) const {
+void Session::requireUsable(std::string_view sql) {
   if (inTransaction_ && doomed_) throw transactionIsOver(sql);
+  // A rollback that did not go through has ended the connection; nothing of it is left to be lost.
+  if (!connected_ && !lost_ && !inTransaction_) connect();
   if (!lost_ && connected_) return;
   AutomationError error(oledb::unspecified, std::string(rowset::databaseSource),
                         "The connection to " + publicName_ + " is lost. The next call opens it anew.");
@@ -163,10 +181,7 @@ void Session::rollback() noexcept {
 }
 
 bool Session::answers() {
-  if (lost_ || !connected_) return false;
-  SQLUINTEGER dead = SQL_CD_FALSE;
-  const auto known = SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-  if (SQL_SUCCEEDED(known) && dead == SQL_CD_TRUE) return false;
+  if (lost_ || !connected_ || isDead()) return false;
   // Drivers know of a lost connection only when they use it.
   auto statement = newStatement(options_.loginTimeout);
   const std::u16string ping = u"SELECT 1";

@@ -73,13 +73,17 @@ class Session {
   void forgetKeys() { keys_.clear(); }
 
   [[nodiscard]] std::uint64_t failures() const { return failures_; }
+  /// The server is gone; nothing more can come from a statement.
+  [[nodiscard]] bool isLost() const { return lost_; }
 
  private:
   void connect();
   void disconnect() noexcept;
   void readFacts();
   void setAutoCommit(bool on);
-  void requireUsable(std::string_view sql) const;
+  void requireUsable(std::string_view sql);
+  void noteLoss(const std::vector<Diagnostic>& diagnostics);
+  [[nodiscard]] bool isDead() const;
   void recordFailure();
   [[nodiscard]] bool answers();
   [[nodiscard]] AutomationError connectionError(std::string_view what);

@@ -44,12 +44,15 @@ Buffer preLoginAnswer() {
   return {0, 0, 11, 0, 6, 1, 0, 17, 0, 1, 0xFF, 12, 0, 0x10, 0, 0, 0, notSupported};
 }
 
+const char* nameOf(TransactionRequest request) {
+  return request == TransactionRequest::begin ? "BEGIN" : request == TransactionRequest::commit ? "COMMIT" : "ROLLBACK";
+}
+
 }  // namespace
 
 void Conversation::run() {
   try {
-    if (!logIn()) return;
-    const auto entry = state_.enter(database_, [this] { end(); });
+    if (!logIn()) return leave();
     try {
       while (const auto message = stream_.read()) {
         if (!serve(*message)) break;
@@ -57,11 +60,17 @@ void Conversation::run() {
     } catch (const std::exception&) {
       // A client that breaks the protocol loses its connection.
     }
-    runner_.reset();
-    state_.leave(entry);
   } catch (const std::exception&) {
     stream_.drop();
   }
+  leave();
+}
+
+// Lets go of the database before the server hears of it.
+void Conversation::leave() {
+  runner_.reset();
+  if (entry_) state_.leave(*entry_);
+  entry_.reset();
 }
 
 void Conversation::refuse(const Notice& notice) {
@@ -90,6 +99,7 @@ bool Conversation::logIn() {
     refuse({18456, 14, "Login failed for user '" + user + "'."});
     return false;
   }
+  entry_ = state_.enter(database_, [this] { end(); });
   runner_.emplace(state_, stream_, std::make_shared<embedded::Session>(state_.fileOf(database_), busyTimeout));
   // Nothing here has to outlive a power cut.
   runner_->session().runOwn("PRAGMA synchronous=OFF");
@@ -113,8 +123,7 @@ bool Conversation::serve(const Message& message) {
       return serveCall(reader);
     case PacketKind::transaction:
       skipHeaders(reader);
-      serveTransaction(reader);
-      return stream_.finish();
+      return serveTransaction(reader);
     case PacketKind::attention:
       tokens_.done(Token::done, doneAttention);
       return stream_.finish();
@@ -206,31 +215,23 @@ Outcome Conversation::runCall(const RemoteCall& call, Answer& answer) {
   return Outcome::answered;
 }
 
-void Conversation::serveTransaction(WireReader& reader) {
+bool Conversation::serveTransaction(WireReader& reader) {
+  const auto imitation = state_.imitation();
+  Answer answer(tokens_, imitation, Answer::Of::batch);
   const auto request = reader.number<TransactionRequest>();
   bool beginsNext = false;
   if (request != TransactionRequest::begin && !reader.atEnd()) {
     (void)reader.take(reader.number<std::uint8_t>());
     beginsNext = !reader.atEnd() && (reader.number<std::uint8_t>() & 1U) != 0;
   }
+  const auto name = nameOf(request);
+  state_.record(name);
+  if (state_.takeFault(name)) return conclude(Outcome::dropped, answer);
   auto& session = runner_->session();
-  const auto imitation = state_.imitation();
-  Answer answer(tokens_, imitation, Answer::Of::batch);
   try {
-    switch (request) {
-      case TransactionRequest::begin:
-        state_.record("BEGIN");
-        session.begin();
-        break;
-      case TransactionRequest::commit:
-        state_.record("COMMIT");
-        session.commit();
-        break;
-      case TransactionRequest::rollback:
-        state_.record("ROLLBACK");
-        session.rollback();
-        break;
-    }
+    if (request == TransactionRequest::begin) session.begin();
+    if (request == TransactionRequest::commit) session.commit();
+    if (request == TransactionRequest::rollback) session.rollback();
     runner_->announceTransaction(tokens_);
     if (beginsNext) session.begin();
     runner_->announceTransaction(tokens_);
@@ -241,6 +242,7 @@ void Conversation::serveTransaction(WireReader& reader) {
     answer.failed(error);
   }
   answer.finish();
+  return stream_.finish();
 }
 
 }  // namespace tolvane::tds

@@ -32,10 +32,11 @@ class Conversation {
  private:
   [[nodiscard]] bool logIn();
   void refuse(const Notice& notice);
+  void leave();
   [[nodiscard]] bool serve(const Message& message);
   [[nodiscard]] bool serveBatch(WireReader& reader);
   [[nodiscard]] bool serveCall(WireReader& reader);
-  void serveTransaction(WireReader& reader);
+  [[nodiscard]] bool serveTransaction(WireReader& reader);
   [[nodiscard]] Outcome runCall(const RemoteCall& call, Answer& answer);
   [[nodiscard]] Outcome runText(const std::string& text, const RemoteCall& call, std::size_t firstValue,
                                 Answer& answer);
@@ -46,6 +47,7 @@ class Conversation {
   PacketStream stream_;
   TokenWriter tokens_;
   std::string database_;
+  std::optional<std::uint64_t> entry_;
   std::optional<BatchRunner> runner_;
   std::map<std::int64_t, std::string> prepared_;
   std::int64_t lastPrepared_ = 0;

@@ -23,7 +23,7 @@ struct Imitation {
   /// Names in results and in the catalogue come in small letters.
   bool smallLetters = false;
   /// What an expression without a name is called.
-  std::string nameOfExpressions;
+  std::string nameOfExpressions = {};
   bool hidesNotNull = false;
 };
 
