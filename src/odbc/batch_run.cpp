@@ -1,5 +1,6 @@
 #include "odbc/batch_run.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -35,7 +36,8 @@ class Run {
       outcome = SQLMoreResults(statement_.get());
     }
     if (error_) throw *error_;
-    session_.giveBack(std::move(statement_));
+    // A driver keeps what a statement was given until the statement is given something else.
+    if (!options_.hasDocument()) session_.giveBack(std::move(statement_));
     return std::move(result_);
   }
 
@@ -87,6 +89,11 @@ class Run {
 };
 
 }  // namespace
+
+bool BatchOptions::hasDocument() const {
+  return std::any_of(parameters.begin(), parameters.end(),
+                     [](const ParameterValue& value) { return value.isDocument; });
+}
 
 BatchResult runBatch(Session& session, const std::string& sql, const BatchOptions& options) {
   const auto text = toWideOrRefuse(sql, "statement");

@@ -85,9 +85,8 @@ bool saysLoss(const Diagnostic& diagnostic) {
   // 57P01 to 57P03: a PostgreSQL server that is being stopped. HYT01: the connection's own time-out.
   const auto& state = diagnostic.sqlState;
   return state.starts_with("08") || state.starts_with("57P0") || state == "HYT01" ||
-         std::any_of(lossWords.begin(), lossWords.end(), [&](std::string_view words) {
-           return diagnostic.message.find(words) != std::string::npos;
-         });
+         std::any_of(lossWords.begin(), lossWords.end(),
+                     [&](std::string_view words) { return diagnostic.message.find(words) != std::string::npos; });
 }
 
 bool isNote(const Diagnostic& diagnostic) {

@@ -32,11 +32,7 @@ Value pendingValue(const ParameterValue& edit) {
     store(rows, rows.addRow(), 0, edit.value);
     return toValue(rows, 0, 0, edit.column);
   }
-  if (edit.chunks.size() == 1) return edit.chunks.front();
-  return Bytes::filled(edit.documentSize(), [&](std::span<std::uint8_t> to) {
-    auto at = to.begin();
-    for (const auto& chunk : edit.chunks) at = std::copy(chunk.view().begin(), chunk.view().end(), at);
-  });
+  return joined(edit.chunks);
 }
 
 }  // namespace
@@ -87,7 +83,7 @@ void OdbcRecordset::fetch() {
     // Somebody changed the table between the opening and now.
     raiseAdo(AdoError::illegalOperation);
   }
-  const auto own = std::exchange(rows_->rows, std::move(result.rowSets.front()->rows));
+  auto own = std::exchange(rows_->rows, std::move(result.rowSets.front()->rows));
   fetched_ = true;
   if (own.rows() == 0) return;
   const auto key = keyColumns(*session_, rows_->shape);
@@ -100,7 +96,7 @@ void OdbcRecordset::fetch() {
   position_ += rows_->rows.rows() - own.rows();
 }
 
-void OdbcRecordset::placeOwnRow(const RowBuffer& own, std::size_t row, const std::vector<std::size_t>& key) {
+void OdbcRecordset::placeOwnRow(RowBuffer& own, std::size_t row, const std::vector<std::size_t>& key) {
   auto& rows = rows_->rows;
   const auto isSame = [&](std::size_t candidate) {
     return std::all_of(key.begin(), key.end(), [&](std::size_t index) {

@@ -56,7 +56,7 @@ class OdbcRecordset final : public Recordset {
   void requireUpdatable() const;
   /// Fetches the rows that are not here yet; own new rows stand behind them.
   void fetch();
-  void placeOwnRow(const RowBuffer& own, std::size_t row, const std::vector<std::size_t>& key);
+  void placeOwnRow(RowBuffer& own, std::size_t row, const std::vector<std::size_t>& key);
   /// Own new rows do not stand at the set's beginning, where the current one of them seems to be before the fetch.
   void fetchBeforeOwn();
   [[nodiscard]] bool hasRow(std::size_t position);

@@ -40,8 +40,20 @@ std::size_t RowBuffer::addRow() {
   return row;
 }
 
-const Bytes& RowBuffer::document(std::size_t row, std::size_t column) const {
-  return documents_[static_cast<std::size_t>(cell(row, column).integer)];
+Bytes joined(const std::vector<Bytes>& pieces) {
+  if (pieces.size() == 1) return pieces.front();
+  std::size_t size = 0;
+  for (const auto& piece : pieces) size += piece.size();
+  return Bytes::filled(size, [&](std::span<std::uint8_t> to) {
+    auto at = to.begin();
+    for (const auto& piece : pieces) at = std::copy(piece.view().begin(), piece.view().end(), at);
+  });
+}
+
+const Bytes& RowBuffer::document(std::size_t row, std::size_t column) {
+  auto& pieces = documents_[static_cast<std::size_t>(cell(row, column).integer)];
+  if (pieces.size() != 1) pieces = {joined(pieces)};
+  return pieces.front();
 }
 
 void RowBuffer::set(std::size_t row, std::size_t column, const Cell& cell) {
@@ -50,11 +62,11 @@ void RowBuffer::set(std::size_t row, std::size_t column, const Cell& cell) {
   if (cell.kind == Cell::Kind::text) kept.data = keep(cell.text());
 }
 
-void RowBuffer::set(std::size_t row, std::size_t column, Bytes document) {
+void RowBuffer::set(std::size_t row, std::size_t column, std::vector<Bytes> pieces) {
   auto& kept = cells_[row * columns_ + column];
   kept = Cell::ofInteger(static_cast<std::int64_t>(documents_.size()));
   kept.kind = Cell::Kind::document;
-  documents_.push_back(std::move(document));
+  documents_.push_back(std::move(pieces));
 }
 
 std::size_t RowBuffer::addCopy(const RowBuffer& from, std::size_t row) {
@@ -62,7 +74,7 @@ std::size_t RowBuffer::addCopy(const RowBuffer& from, std::size_t row) {
   for (std::size_t i = 0; i < columns_; ++i) {
     const auto& cell = from.cell(row, i);
     if (cell.kind == Cell::Kind::document) {
-      set(added, i, from.document(row, i));
+      set(added, i, from.documents_[static_cast<std::size_t>(cell.integer)]);
     } else {
       set(added, i, cell);
     }

@@ -15,17 +15,14 @@
 namespace tolvane::odbc {
 namespace {
 
-Value contentOf(const ParameterValue& edit) {
-  if (!edit.isDocument) return edit.value;
-  if (edit.chunks.size() == 1) return edit.chunks.front();
-  return Bytes::filled(edit.documentSize(), [&](std::span<std::uint8_t> to) {
-    auto at = to.begin();
-    for (const auto& chunk : edit.chunks) at = std::copy(chunk.view().begin(), chunk.view().end(), at);
-  });
-}
-
 void storeEdits(RowSet& set, std::size_t row, const RowEdits& edits) {
-  for (const auto& [index, edit] : edits) store(set.rows, row, index, contentOf(edit));
+  for (const auto& [index, edit] : edits) {
+    if (edit.isDocument) {
+      set.rows.set(row, index, edit.chunks);
+    } else {
+      store(set.rows, row, index, edit.value);
+    }
+  }
 }
 
 std::vector<ParameterValue> valuesOf(const RowEdits& edits) {
@@ -64,7 +61,7 @@ std::string insertText(const Shape& shape, const RowEdits& edits) {
 // The first value of the last rows: a trigger's own rows stand before them.
 Value firstValue(const BatchResult& result) {
   if (result.rowSets.empty()) return Null{};
-  const auto& set = *result.rowSets.back();
+  auto& set = *result.rowSets.back();
   return set.rows.rows() == 0 ? Value(Null{}) : toValue(set.rows, 0, 0, set.shape.columns[0]);
 }
 
@@ -106,7 +103,7 @@ std::int64_t changedRows(const Dialect& dialect, const BatchResult& result) {
 }
 
 // The columns of the set by which its rows can be told from others, and the values that they had.
-Condition originalValues(const RowSet& set, std::size_t row) {
+Condition originalValues(RowSet& set, std::size_t row) {
   Condition condition;
   for (std::size_t i = 0; i < set.shape.columns.size(); ++i) {
     const auto& column = set.shape.columns[i];
@@ -118,7 +115,7 @@ Condition originalValues(const RowSet& set, std::size_t row) {
 
 // The key of a row of a set that does not hold it: the same rows are read again with it. The row is the one at the same
 // place, if it is still as it was; servers give rows of one statement in one order as long as nobody changes them.
-std::optional<Condition> hiddenKey(Session& session, const RowSet& set, const Source& source, std::size_t row) {
+std::optional<Condition> hiddenKey(Session& session, RowSet& set, const Source& source, std::size_t row) {
   const auto& names = session.keyOf(set.shape.table);
   if (names.empty() || source.allColumns) return std::nullopt;
   std::string list;
@@ -131,7 +128,7 @@ std::optional<Condition> hiddenKey(Session& session, const RowSet& set, const So
   for (const auto& name : names) list += session.dialect().quoted(name) + (name == names.back() ? "" : ", ");
   const auto result = runBatch(session, source.withList(list));
   if (result.rowSets.empty() || result.rowSets.front()->rows.rows() <= row) return std::nullopt;
-  const auto& again = *result.rowSets.front();
+  auto& again = *result.rowSets.front();
   for (std::size_t i = 0; i < compared.size(); ++i) {
     const auto before = toValue(set.rows, row, compared[i], set.shape.columns[compared[i]]);
     if (!(toValue(again.rows, row, i, again.shape.columns[i]) == before)) return std::nullopt;
@@ -146,7 +143,7 @@ std::optional<Condition> hiddenKey(Session& session, const RowSet& set, const So
   return condition;
 }
 
-Condition conditionOf(Session& session, const RowSet& set, const Source& source, std::size_t row) {
+Condition conditionOf(Session& session, RowSet& set, const Source& source, std::size_t row) {
   Condition condition;
   condition.isKey = true;
   for (const auto i : keyColumns(session, set.shape)) {

@@ -188,7 +188,7 @@ Value toValue(const Cell& cell, const Column& column) {
   return Null{};
 }
 
-Value toValue(const RowBuffer& rows, std::size_t row, std::size_t index, const Column& column) {
+Value toValue(RowBuffer& rows, std::size_t row, std::size_t index, const Column& column) {
   const auto& cell = rows.cell(row, index);
   if (cell.kind == Cell::Kind::document) return rows.document(row, index);
   return toValue(cell, column);

@@ -7,10 +7,10 @@
 namespace tolvane::odbc {
 namespace {
 
+using tds::Fault;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
-using tds::Fault;
 
 Bytes documentOf(std::size_t size) {
   return Bytes::filled(size, [](std::span<std::uint8_t> to) {

@@ -18,8 +18,7 @@ class Answer {
  public:
   enum class Of { batch, procedure };
 
-  Answer(TokenWriter& tokens, const Imitation& imitation, Of of)
-      : tokens_(tokens), imitation_(imitation), of_(of) {}
+  Answer(TokenWriter& tokens, const Imitation& imitation, Of of) : tokens_(tokens), imitation_(imitation), of_(of) {}
 
   /// All rows of a query. Raises what reading them raises, behind the rows that were sent. False when the fault's rows
   /// have been sent and the connection is to end.

@@ -167,8 +167,7 @@ bool Conversation::serveCall(WireReader& reader) {
   return conclude(runCall(call, answer), answer);
 }
 
-Outcome Conversation::runText(const std::string& text, const RemoteCall& call, std::size_t firstValue,
-                              Answer& answer) {
+Outcome Conversation::runText(const std::string& text, const RemoteCall& call, std::size_t firstValue, Answer& answer) {
   state_.record(text);
   std::vector<embedded::PlaceholderValue> values;
   for (auto i = firstValue; i < call.parameters.size(); ++i) {

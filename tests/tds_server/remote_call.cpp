@@ -329,8 +329,7 @@ void skipHeaders(WireReader& reader) {
 RemoteCall readCall(WireReader& reader) {
   RemoteCall call;
   const auto length = reader.number<std::uint16_t>();
-  call.procedure =
-      length == maxLengthMark ? nameOf(reader.number<ProcedureNumber>()) : reader.text(length);
+  call.procedure = length == maxLengthMark ? nameOf(reader.number<ProcedureNumber>()) : reader.text(length);
   (void)reader.number<std::uint16_t>();
   while (!reader.atEnd()) {
     CallParameter parameter;

@@ -37,7 +37,8 @@ void ServerState::dropDatabase(std::string_view name) {
     for (const auto& entry : entries_) {
       if (isOfIt(entry)) entry.second.end();
     }
-    left_.wait_for(lock, std::chrono::seconds(10), [&] { return std::none_of(entries_.begin(), entries_.end(), isOfIt); });
+    left_.wait_for(lock, std::chrono::seconds(10),
+                   [&] { return std::none_of(entries_.begin(), entries_.end(), isOfIt); });
   }
   for (const char* suffix : {"", "-wal", "-shm"}) std::filesystem::remove(fileOf(name).string() + suffix);
 }
