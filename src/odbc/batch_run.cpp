@@ -98,7 +98,7 @@ bool BatchOptions::hasDocument() const {
 BatchResult runBatch(Session& session, const std::string& sql, const BatchOptions& options) {
   const auto text = toWideOrRefuse(sql, "statement");
   return session.guarded(sql, [&] {
-    if (mayChangeTables(sql)) session.forgetKeys();
+    if (mayChangeTables(sql)) session.forgetTables();
     return Run(session, sql, text, options).run();
   });
 }

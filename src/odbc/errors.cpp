@@ -54,6 +54,15 @@ constexpr std::array wordsRows{
     WordsRow{"timeout expired", oledb::abortLimitReached},
     WordsRow{"Timeout expired", oledb::abortLimitReached},
     WordsRow{"database is locked", oledb::unspecified},
+    // Servers that speak TDS over another database's engine hand on that engine's words.
+    WordsRow{"duplicate key value violates", oledb::integrityViolation},
+    WordsRow{"violates not-null constraint", oledb::integrityViolation},
+    WordsRow{"violates foreign key constraint", oledb::integrityViolation},
+    WordsRow{"violates check constraint", oledb::integrityViolation},
+    WordsRow{"value too long for type", oledb::dataOverflow},
+    WordsRow{"out of range", oledb::dataOverflow},
+    WordsRow{"invalid input syntax for type", oledb::cantConvertValue},
+    WordsRow{"permission denied", oledb::permissionDenied},
 };
 
 // What servers and drivers add to an error: "The statement has been terminated.", "Changed database context ...".
@@ -74,6 +83,13 @@ std::optional<std::uint32_t> byState(std::string_view state) {
 }
 
 std::optional<std::uint32_t> byWords(std::string_view message) {
+  // "relation "t" does not exist", "table "t" does not exist"; of columns and functions the same is said.
+  const bool isTable =
+      message.find("relation \"") != std::string_view::npos || message.find("table \"") != std::string_view::npos;
+  if (isTable && message.find("\" does not exist") != std::string_view::npos &&
+      message.find("column \"") == std::string_view::npos) {
+    return oledb::noTable;
+  }
   const auto* row = std::find_if(wordsRows.begin(), wordsRows.end(), [&](const WordsRow& candidate) {
     return message.find(candidate.words) != std::string_view::npos;
   });

@@ -47,6 +47,26 @@ std::size_t identityColumn(const Shape& shape) {
   return static_cast<std::size_t>(found - shape.columns.begin());
 }
 
+// Some servers do not say of a result's column that it is the identity. Then the catalogue is asked, if a column that
+// was not set could be it.
+void findIdentity(Session& session, Shape& shape, const RowEdits& edits) {
+  if (identityColumn(shape) < shape.columns.size()) return;
+  const auto couldBe = [&](std::size_t i) {
+    const auto& column = shape.columns[i];
+    const bool isWhole = column.type == DataType::integer || column.type == DataType::bigInt ||
+                         column.type == DataType::smallInt || column.type == DataType::numeric;
+    return isWhole && !column.base.empty() && !edits.contains(i);
+  };
+  bool any = false;
+  for (std::size_t i = 0; i < shape.columns.size(); ++i) any = any || couldBe(i);
+  if (!any) return;
+  const auto& name = session.identityOf(shape.table);
+  for (std::size_t i = 0; i < shape.columns.size() && !name.empty(); ++i) {
+    auto& column = shape.columns[i];
+    column.identity = couldBe(i) && rowset::sameName(column.base, name);
+  }
+}
+
 std::string insertText(const Shape& shape, const RowEdits& edits) {
   if (edits.empty()) return "INSERT INTO " + shape.table + " DEFAULT VALUES";
   std::string names;
@@ -181,6 +201,7 @@ std::vector<std::size_t> keyColumns(Session& session, const Shape& shape) {
 
 std::size_t insertRow(Session& session, RowSet& set, const RowEdits& edits) {
   const auto& dialect = session.dialect();
+  if (dialect.identity == IdentityReading::scopeIdentity) findIdentity(session, set.shape, edits);
   auto sql = insertText(set.shape, edits);
   BatchOptions options;
   options.parameters = valuesOf(edits);

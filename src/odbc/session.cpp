@@ -61,6 +61,17 @@ void Session::connect() {
   connected_ = true;
   lost_ = false;
   readFacts();
+  prepareServer();
+}
+
+// A driver's own settings may have the server cut long values, which nobody would notice.
+void Session::prepareServer() {
+  if (!dialect_->cutsLongValues) return;
+  auto statement = newStatement(options_.loginTimeout);
+  const std::u16string uncut = u"SET TEXTSIZE 2147483647";
+  // A server that does not know the option has nothing to cut by.
+  SQLExecDirectW(statement.get(), sqlText(uncut), SQL_NTS);
+  giveBack(std::move(statement));
 }
 
 void Session::disconnect() noexcept {
@@ -168,7 +179,7 @@ void Session::rollback() noexcept {
   if (!inTransaction_) return;
   inTransaction_ = false;
   doomed_ = false;
-  keys_.clear();
+  forgetTables();
   // With the connection everything in the transaction has gone; there is nothing left to undo.
   if (lost_) return;
   const bool undone = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK)) ||
@@ -193,7 +204,7 @@ bool Session::answers() {
 void Session::ensureConnected() {
   if (inTransaction_ || answers()) return;
   disconnect();
-  keys_.clear();
+  forgetTables();
   doomed_ = false;
   connect();
 }
@@ -227,6 +238,18 @@ const std::vector<std::string>& Session::keyOf(const std::string& table) {
   if (known != keys_.end()) return known->second;
   auto key = readKey(*this, table);
   return keys_.insert_or_assign(table, std::move(key)).first->second;
+}
+
+const std::string& Session::identityOf(const std::string& table) {
+  const auto known = identities_.find(table);
+  if (known != identities_.end()) return known->second;
+  auto identity = readIdentity(*this, table);
+  return identities_.insert_or_assign(table, std::move(identity)).first->second;
+}
+
+void Session::forgetTables() {
+  keys_.clear();
+  identities_.clear();
 }
 
 }  // namespace tolvane::odbc

@@ -69,8 +69,11 @@ class Session {
 
   /// Columns of a table's primary key, or else of its first unique index without nullable columns; empty without one.
   [[nodiscard]] const std::vector<std::string>& keyOf(const std::string& table);
+  /// The table's identity column as the driver's catalogue knows it, for servers that do not say it of a result; empty
+  /// without one.
+  [[nodiscard]] const std::string& identityOf(const std::string& table);
   /// Statements that may change tables make what is known about them old.
-  void forgetKeys() { keys_.clear(); }
+  void forgetTables();
 
   [[nodiscard]] std::uint64_t failures() const { return failures_; }
   /// The server is gone; nothing more can come from a statement.
@@ -80,6 +83,7 @@ class Session {
   void connect();
   void disconnect() noexcept;
   void readFacts();
+  void prepareServer();
   void setAutoCommit(bool on);
   void requireUsable(std::string_view sql);
   void noteLoss(const std::vector<Diagnostic>& diagnostics);
@@ -102,6 +106,7 @@ class Session {
   bool doomed_ = false;
   std::uint64_t failures_ = 0;
   std::map<std::string, std::vector<std::string>> keys_;
+  std::map<std::string, std::string> identities_;
 };
 
 }  // namespace tolvane::odbc

@@ -91,5 +91,21 @@ TEST_F(TdsDeviations, WithoutReportsOfNotNullRowsAreStillPosted) {
   EXPECT_EQ(scalar("select a from v"), "2");
 }
 
+TEST_F(TdsDeviations, AServerThatCutsLongValuesUnlessItIsToldNotToCutsNone) {
+  imitate({.textSize = 4096});
+  const auto connection = openedSource(dsn("APP=other"));
+  run("insert into v (x) values (N'" + std::string(100'000, 'x') + "')");
+  EXPECT_EQ(connection->execute("select x from v")->value("x"), Value(std::string(100'000, 'x')));
+}
+
+TEST_F(TdsDeviations, AnIdentityThatResultsDoNotTellIsFoundInTheCatalogue) {
+  imitate({.hidesIdentity = true});
+  const auto rows = opened("select * from v where k = 0");
+  rows->addNew();
+  rows->setValue("a", Value(std::int32_t{1}));
+  rows->update();
+  EXPECT_EQ(rows->value("k"), Value(std::int32_t{1}));
+}
+
 }  // namespace
 }  // namespace tolvane::odbc

@@ -1,5 +1,5 @@
 // The adapter through FreeTDS on a server that speaks TDS: what goes over the wire, and what happens when it breaks.
-#include <algorithm>
+#include <limits>
 
 #include "odbc/tds_database.h"
 #include "platform/calendar.h"

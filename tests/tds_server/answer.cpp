@@ -40,6 +40,7 @@ void Answer::columns(const std::vector<WireColumn>& columns) {
     if (column.name.empty()) column.name = imitation_.nameOfExpressions;
     if (imitation_.smallLetters) column.name = lowered(column.name);
     if (imitation_.hidesNotNull) column.type.nullable = true;
+    if (imitation_.hidesIdentity) column.identity = false;
     putColumn(token, column);
   }
   tokens_.raw(token);
@@ -59,7 +60,10 @@ bool Answer::rows(embedded::RowSet& set, const std::optional<Fault>& fault) {
   std::vector<embedded::Cell> cells(described.size());
   for (; set.has(count); ++count) {
     if (fault && fault->when == Fault::When::afterRows && count == fault->rows) return false;
-    for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = set.cell(count, i);
+    for (std::size_t i = 0; i < cells.size(); ++i) {
+      cells[i] = set.cell(count, i);
+      if (described[i].type.isLong()) cells[i].size = std::min(cells[i].size, textSize_);
+    }
     row(described, cells);
   }
   end(doneCount, count);

@@ -33,6 +33,9 @@ class Answer {
   void note(const Notice& notice) { tokens_.info(notice); }
   void returned(std::string_view name, std::int32_t value) { outputs_.emplace_back(name, value); }
 
+  /// Long values are cut behind so many bytes.
+  void limitLong(std::uint32_t bytes) { textSize_ = bytes; }
+
   [[nodiscard]] TokenWriter& tokens() { return tokens_; }
   /// The last tokens.
   void finish();
@@ -51,6 +54,7 @@ class Answer {
   TokenWriter& tokens_;
   const Imitation& imitation_;
   Of of_;
+  std::uint32_t textSize_ = 0x7FFFFFFF;
   std::optional<End> held_;  // the end of the last result, until it is known whether another one follows
   std::vector<std::pair<std::string, std::int32_t>> outputs_;
 };

@@ -26,6 +26,7 @@ bool changesRows(std::string_view text) {
 
 Outcome BatchRunner::run(std::string_view text, std::vector<PlaceholderValue> values, Answer& answer) {
   outcome_ = Outcome::answered;
+  answer.limitLong(textSize_);
   const auto fault = state_.takeFault(text);
   if (fault && fault->when == Fault::When::beforeRunning) return Outcome::dropped;
   for (const auto& statement : statementsOf(text)) {
@@ -77,8 +78,10 @@ bool BatchRunner::runOwn(const std::string& text, Answer& answer) {
     state_.dropDatabase(databaseIn(text));
   } else if (begins("waitfor", "delay")) {
     if (!waitFor(text)) outcome_ = Outcome::attention;
-  } else if (begins("set", "textsize") || begins("alter", "database")) {
-    // Nothing to be done: values are never cut, and dropping a database ends its connections.
+  } else if (begins("set", "textsize")) {
+    textSize_ = static_cast<std::uint32_t>(std::strtoul(firstWords(text, 3).back().c_str(), nullptr, 10));
+  } else if (begins("alter", "database")) {
+    // Nothing to be done: dropping a database ends its connections.
   } else {
     return false;
   }

@@ -24,7 +24,7 @@ enum class Outcome {
 class BatchRunner {
  public:
   BatchRunner(ServerState& state, PacketStream& stream, std::shared_ptr<embedded::Session> session)
-      : state_(state), stream_(stream), session_(std::move(session)) {}
+      : state_(state), stream_(stream), session_(std::move(session)), textSize_(state.imitation().textSize) {}
 
   /// Runs the statements of a text one after the other and answers each.
   [[nodiscard]] Outcome run(std::string_view text, std::vector<embedded::PlaceholderValue> values, Answer& answer);
@@ -49,6 +49,7 @@ class BatchRunner {
   std::shared_ptr<embedded::Session> session_;
   std::uint64_t transaction_ = 0;
   bool announced_ = false;
+  std::uint32_t textSize_;
   Outcome outcome_ = Outcome::answered;
 };
 

@@ -109,7 +109,8 @@ void answerIndexes(const tsql::Table* table, Lines& lines) {
 
 void columnLine(Lines& lines, const tsql::Table& table, const tsql::Column& column, int place) {
   lines.table(table).name("COLUMN_NAME", column.name).number("DATA_TYPE", 0);
-  lines.text("TYPE_NAME", column.type.baseName()).number("NULLABLE", column.type.nullable ? 1 : 0);
+  lines.text("TYPE_NAME", std::string(column.type.baseName()) + (column.identity ? " identity" : ""))
+      .number("NULLABLE", column.type.nullable ? 1 : 0);
   lines.number("ORDINAL_POSITION", place);
 }
 

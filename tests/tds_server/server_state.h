@@ -25,6 +25,10 @@ struct Imitation {
   /// What an expression without a name is called.
   std::string nameOfExpressions = {};
   bool hidesNotNull = false;
+  /// A result does not say which column is the identity; the catalogue does.
+  bool hidesIdentity = false;
+  /// Long values are cut behind so many bytes unless the client sets another size.
+  std::uint32_t textSize = 0x7FFFFFFF;
 };
 
 /// Ends the connection when a text with this in it arrives.
