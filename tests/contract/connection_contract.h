@@ -66,8 +66,10 @@ TEST_P(DataAccessContract, ErrorsCarryTheServersWordsNumberAndTheTextThatWasSent
   TOLVANE_ASKS_FOR(speaksTransactSql);
   const auto error = errorOf([&] { run("select Nme from People"); });
   EXPECT_EQ(error.number(), oledb::errorsInCommand);
-  EXPECT_EQ(error.description(), "Invalid column name 'Nme'.");
-  EXPECT_EQ(error.database().nativeNumber, 207);
+  if (engine_->deviations().errorsAreSqlServers) {
+    EXPECT_EQ(error.description(), "Invalid column name 'Nme'.");
+    EXPECT_EQ(error.database().nativeNumber, 207);
+  }
   EXPECT_EQ(error.database().sql, "select Nme from People");
 }
 
@@ -107,6 +109,7 @@ TEST_P(DataAccessContract, ServerErrorsHaveAdosNumbers) {
     SCOPED_TRACE(expected.sql);
     const auto error = errorOf([&] { run(expected.sql); });
     EXPECT_EQ(error.number(), expected.number);
+    if (!engine_->deviations().errorsAreSqlServers) continue;
     EXPECT_EQ(error.database().nativeNumber, expected.native);
     EXPECT_THAT(error.description(), ::testing::StartsWith(std::string(expected.description).substr(0, 40)));
   }

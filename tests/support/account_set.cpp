@@ -64,6 +64,12 @@ std::string withDatabase(const char* server, const std::string& database) {
   return text;
 }
 
+void dropDatabase(const char* server, const std::string& database) {
+  // A connection that is kept for the database would keep it from being dropped.
+  odbc::OdbcEngine::closeIdle();
+  odbc::OdbcEngine().open(DataSourceName::parse(server))->execute("Drop Database [" + database + "]");
+}
+
 fs::path temporaryName(std::string_view what) {
   static int count = 0;
   return fs::path(testing::TempDir()) / sql("tolvane-", what, "-", getpid(), "-", ++count, ".db");
@@ -155,19 +161,17 @@ AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std
 }
 
 AccountSet::~AccountSet() {
-  if (const char* server = std::getenv(serverVariable)) {
+  const char* server = std::getenv(serverVariable);
+  parts_.reset();
+  if (server) {
     try {
-      // The connections that are kept for the database would keep it from being dropped.
-      standalone::connect(parts_->engines, DataSourceName::parse(server))
-          ->execute("Alter Database [" + path_ + "] Set Single_User With Rollback Immediate; Drop Database [" + path_ +
-                    "]");
+      dropDatabase(server, path_);
     } catch (const AutomationError& error) {
       ADD_FAILURE() << "the test's database is left behind: " << error.description();
     }
-    return;
+  } else {
+    removeFile(path_);
   }
-  parts_.reset();
-  removeFile(path_);
 }
 
 std::shared_ptr<Connection> AccountSet::connection() const {
