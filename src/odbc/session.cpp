@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "odbc/keys.h"
 #include "odbc/wide_text.h"
@@ -60,6 +61,7 @@ void Session::connect() {
   }
   connected_ = true;
   lost_ = false;
+  unproven_ = false;
   readFacts();
   prepareServer();
 }
@@ -94,6 +96,10 @@ void Session::readFacts() {
   SQLSMALLINT bytes = 0;
   SQLGetInfoW(connection_.get(), SQL_DBMS_NAME, product.data(), sizeof product, &bytes);
   dialect_ = &Dialect::of(toUtf8(std::u16string_view(product.data())).value_or(""));
+  std::array<char16_t, 128> driver{};
+  SQLGetInfoW(connection_.get(), SQL_DRIVER_NAME, driver.data(), sizeof driver, &bytes);
+  // This one begins a transaction on the server at once; others when the first statement is sent.
+  beginningAsksServer_ = toUtf8(std::u16string_view(driver.data())).value_or("").find("tdsodbc") != std::string::npos;
   SQLUINTEGER extensions = 0;
   SQLGetInfoW(connection_.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
   readsAnyColumn_ = (extensions & SQL_GD_ANY_COLUMN) != 0;
@@ -132,6 +138,7 @@ void Session::failIfReported(const StatementHandle& statement, std::string_view 
 
 void Session::requireUsable(std::string_view sql) {
   if (inTransaction_ && doomed_) throw transactionIsOver(sql);
+  if (std::exchange(unproven_, false) && !answers()) reconnect();
   // A rollback that did not go through has ended the connection; nothing of it is left to be lost.
   if (!connected_ && !lost_ && !inTransaction_) connect();
   if (!lost_ && connected_) return;
@@ -146,15 +153,21 @@ void Session::recordFailure() {
   doomed_ = inTransaction_;
 }
 
+bool Session::tryAutoCommit(bool on) {
+  return SQL_SUCCEEDED(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
+                                          asPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
+}
+
 void Session::setAutoCommit(bool on) {
-  const auto result = SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
-                                         asPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
-  if (!SQL_SUCCEEDED(result)) throw connectionError(on ? "COMMIT TRANSACTION" : "BEGIN TRANSACTION");
+  if (!tryAutoCommit(on)) throw connectionError(on ? "COMMIT TRANSACTION" : "BEGIN TRANSACTION");
 }
 
 void Session::begin() {
+  constexpr std::string_view what = "BEGIN TRANSACTION";
   if (inTransaction_) throw AutomationError(AdoError::illegalOperation, std::string(rowset::connectionSource));
-  guarded("BEGIN TRANSACTION", [&] { setAutoCommit(false); });
+  // Nothing has been done on the connection yet, so whatever was lost with it is only the connection.
+  if (std::exchange(unproven_, false) && !tryAutoCommit(false)) reconnect();
+  guarded(what, [&] { setAutoCommit(false); });
   inTransaction_ = true;
   doomed_ = false;
 }
@@ -202,7 +215,13 @@ bool Session::answers() {
 }
 
 void Session::ensureConnected() {
-  if (inTransaction_ || answers()) return;
+  if (inTransaction_) return;
+  if (lost_ || !connected_ || isDead()) return reconnect();
+  unproven_ = beginningAsksServer_;
+  if (!unproven_ && !answers()) reconnect();
+}
+
+void Session::reconnect() {
   disconnect();
   forgetTables();
   doomed_ = false;

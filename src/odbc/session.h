@@ -39,8 +39,9 @@ class Session {
   void rollback() noexcept;
   [[nodiscard]] bool inTransaction() const { return inTransaction_; }
 
-  /// Asks the server whether the connection still stands and opens it anew when not. In a transaction it does nothing:
-  /// there the loss must be an error.
+  /// Makes sure that the connection still stands before anything is done on it, and opens it anew when not. In a
+  /// transaction it does nothing: there the loss must be an error. Where beginning a transaction asks the server, the
+  /// first thing done on the connection is what finds out.
   void ensureConnected();
 
   /// A statement handle ready for a text, with the time it may take.
@@ -85,6 +86,8 @@ class Session {
   void readFacts();
   void prepareServer();
   void setAutoCommit(bool on);
+  [[nodiscard]] bool tryAutoCommit(bool on);
+  void reconnect();
   void requireUsable(std::string_view sql);
   void noteLoss(const std::vector<Diagnostic>& diagnostics);
   [[nodiscard]] bool isDead() const;
@@ -102,6 +105,8 @@ class Session {
   bool readsBoundColumns_ = false;
   bool connected_ = false;
   bool lost_ = false;
+  bool beginningAsksServer_ = false;
+  bool unproven_ = false;  // nothing has been done on the connection in this call
   bool inTransaction_ = false;
   bool doomed_ = false;
   std::uint64_t failures_ = 0;

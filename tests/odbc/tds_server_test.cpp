@@ -158,6 +158,24 @@ TEST_F(TdsFailures, AConnectionThatTheServerClosedIsOpenedAnewAtTheNextCall) {
   EXPECT_EQ(scalar("select count(*) from v"), "0");
 }
 
+TEST_F(TdsFailures, ATransactionBeginsOnANewConnectionWhenTheOldOneIsLost) {
+  connect();
+  server().state().endConnections();
+  connection_->begin();
+  run("insert into v (a) values (1)");
+  connection_->commit();
+  EXPECT_EQ(scalar("select count(*) from v"), "1");
+  EXPECT_EQ(connection_->failureCount(), 0U);
+}
+
+TEST_F(TdsTransactions, ACallInATransactionAsksTheServerNothingBeforeIt) {
+  connect();
+  connection_->begin();
+  run("insert into v (a) values (1)");
+  EXPECT_THAT(server().state().takeTexts(), ElementsAre("BEGIN", "insert into v (a) values (1)"));
+  connection_->rollback();
+}
+
 TEST_F(TdsFailures, ALostConnectionStaysLostUntilTheNextCall) {
   server().state().endConnections();
   (void)raisedBy([&] { run("select 1"); });
@@ -224,7 +242,10 @@ TEST_F(TdsFailures, AWrongPasswordIsRefusedAndNotShown) {
 TEST_F(TdsFailures, ADatabaseThatWasDroppedIsNamedInTheError) {
   connection_.reset();
   server().state().dropDatabase(name_);
-  const auto error = raisedBy([&] { connect(); });
+  const auto error = raisedBy([&] {
+    connect();
+    run("select 1");
+  });
   EXPECT_THAT(error.description(), HasSubstr("Cannot open database \"" + name_ + "\" requested by the login."));
   server().state().createDatabase(name_);
 }
