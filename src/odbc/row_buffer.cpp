@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "rowset/documents.h"
+
 namespace tolvane::odbc {
 namespace {
 
@@ -40,19 +42,9 @@ std::size_t RowBuffer::addRow() {
   return row;
 }
 
-Bytes joined(const std::vector<Bytes>& pieces) {
-  if (pieces.size() == 1) return pieces.front();
-  std::size_t size = 0;
-  for (const auto& piece : pieces) size += piece.size();
-  return Bytes::filled(size, [&](std::span<std::uint8_t> to) {
-    auto at = to.begin();
-    for (const auto& piece : pieces) at = std::copy(piece.view().begin(), piece.view().end(), at);
-  });
-}
-
 const Bytes& RowBuffer::document(std::size_t row, std::size_t column) {
   auto& pieces = documents_[static_cast<std::size_t>(cell(row, column).integer)];
-  if (pieces.size() != 1) pieces = {joined(pieces)};
+  if (pieces.size() != 1) pieces = {rowset::joined(pieces)};
   return pieces.front();
 }
 

@@ -30,9 +30,6 @@ struct Cell {
   [[nodiscard]] static Cell ofText(std::string_view value);
 };
 
-/// The pieces of a document as one; a single one is not copied.
-[[nodiscard]] Bytes joined(const std::vector<Bytes>& pieces);
-
 class RowBuffer {
  public:
   explicit RowBuffer(std::size_t columns) : columns_(columns) {}

@@ -6,6 +6,7 @@
 #include "odbc/wide_text.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
+#include "rowset/documents.h"
 #include "rowset/utf8.h"
 
 namespace tolvane::odbc {
@@ -194,21 +195,10 @@ Value toValue(RowBuffer& rows, std::size_t row, std::size_t index, const Column&
   return toValue(cell, column);
 }
 
-std::optional<Bytes> bytesOf(const Value& value) {
-  if (const auto* bytes = value.get<Bytes>()) return *bytes;
-  if (const auto* text = value.get<std::string>(); text && text->empty()) return Bytes();
-  const auto* array = value.array();
-  if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) return std::nullopt;
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(array->elements.size());
-  for (const auto& element : array->elements) bytes.push_back(toByte(element));
-  return Bytes(std::move(bytes));
-}
-
 Value assigned(const Value& value, const Column& column) {
   if (value.isNull() || value.isEmpty()) return Null{};
   if (column.isBinary()) {
-    auto bytes = bytesOf(value);
+    auto bytes = rowset::bytesOf(value);
     if (!bytes) cannotConvert();
     if (!column.isLong() && bytes->size() > static_cast<std::size_t>(column.size)) throw rowset::doesNotFit();
     return *bytes;

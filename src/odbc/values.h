@@ -1,8 +1,6 @@
 // Cells and automation values, each as the other: the table of ADO's column types.
 #pragma once
 
-#include <optional>
-
 #include "odbc/columns.h"
 #include "odbc/row_buffer.h"
 #include "platform/value.h"
@@ -18,10 +16,6 @@ namespace tolvane::odbc {
 /// A value as the column's own type. Raises 3421 when it cannot be converted, 80040E21h when it can but does not fit.
 /// Null and Empty are Null: whether the column takes it, the table says.
 [[nodiscard]] Value assigned(const Value& value, const Column& column);
-
-/// The bytes of a document given as bytes, as an array of byte values or as an empty text, which has none; nothing when
-/// it is none of them.
-[[nodiscard]] std::optional<Bytes> bytesOf(const Value& value);
 
 /// Puts an assigned value into a row.
 void store(RowBuffer& rows, std::size_t row, std::size_t index, const Value& value);
