@@ -26,6 +26,7 @@ WHOLE = {
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",
     "tests/odbc/contract_test.cpp",
+    "tests/odbc/document_memory_test.cpp",
     "tests/odbc/tds_deviations_test.cpp",
     "tests/odbc/tds_server_test.cpp",
     "tests/tsql/cases_test.cpp",
