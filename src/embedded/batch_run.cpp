@@ -4,6 +4,7 @@
 #include <map>
 #include <utility>
 
+#include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
 #include "embedded/icu_collation.h"
 #include "rowset/utf8.h"
@@ -53,11 +54,21 @@ Result columnResult(sqlite3_stmt* statement, int column) {
   return {};
 }
 
+std::string quotedText(std::string_view text) {
+  std::string quoted = "'";
+  for (const char c : text) {
+    if (c == '\'') quoted += '\'';
+    quoted += c;
+  }
+  return quoted + '\'';
+}
+
 class BatchRun {
  public:
   BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
       : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
     for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
+    options_.database = session_->databaseName();
     batch_ = session_->takeShape();
   }
   BatchRun(const BatchRun&) = delete;
@@ -77,6 +88,7 @@ class BatchRun {
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
   void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
+  [[nodiscard]] tsql::SqlError brokenKey(const tsql::ExecuteStep& step, std::string_view verb);
   void runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step);
   void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
   void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
@@ -233,7 +245,11 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
                                   : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Update ? "UPDATE"
                                                                                      : "DELETE";
-    handle(session_->catalogue().explain(failure, verb, execute ? execute->table : std::string()));
+    const std::string table = execute ? execute->table : std::string();
+    if (failure.code() == SQLITE_CONSTRAINT_FOREIGNKEY && execute) {
+      return handle(brokenKey(*execute, verb));
+    }
+    handle(session_->catalogue().explain(failure, verb, table));
   }
 }
 
@@ -295,6 +311,11 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
 void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
   session_->beforeChange(step.table);
   auto& database = session_->database();
+  if (step.truncates && ConstraintExplainer(database, session_->catalogue()).isReferenced(step.table)) {
+    throw tsql::SqlError(
+        4712, 16,
+        "Cannot truncate table '" + step.table + "' because it is being referenced by a FOREIGN KEY constraint.");
+  }
   const auto& pools = program.steps[index].pools;
   std::int64_t changed = 0;
   const auto work = [&] {
@@ -315,9 +336,44 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
   if (step.setsIdentity && changed > 0) session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
 }
 
+// SQLite does not say which key was broken. Where there are several, the statement runs once more with all keys judged
+// at the end, and what it leaves is looked through.
+tsql::SqlError BatchRun::brokenKey(const tsql::ExecuteStep& step, std::string_view verb) {
+  auto& database = session_->database();
+  const ConstraintExplainer explainer(database, session_->catalogue());
+  const auto keys = explainer.candidates(verb, step.table);
+  std::size_t found = 0;
+  if (keys.size() > 1) {
+    found = keys.size();
+    session_->tryOut([&] {
+      session_->runOwn("PRAGMA defer_foreign_keys=ON");
+      for (std::size_t i = 0; i < step.statements.size(); ++i) {
+        // The pragma leaves no statement that was prepared before it as it was.
+        const auto fresh = std::make_shared<StatementPool>(step.statements[i].text);
+        const auto statement = bound(fresh, step.statements[i], SQLITE_STATIC);
+        while (database.step(statement.get())) {
+        }
+      }
+      for (found = 0; found < keys.size(); ++found) {
+        const auto check = session_->own("SELECT 1 FROM pragma_foreign_key_check(" + quotedText(keys[found].child) +
+                                         ") WHERE fkid=" + std::to_string(keys[found].number));
+        if (database.stepOwn(check.get())) break;
+      }
+    });
+  }
+  if (found < keys.size()) return explainer.broken(keys[found], verb, step.table);
+  return tsql::SqlError(tsql::Message::ConstraintConflict,
+                        {verb, "FOREIGN KEY", "FK_" + step.table, "table \"dbo." + step.table + "\""});
+}
+
 void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
   session_->beforeDefinition();
   auto& database = session_->database();
+  for (const auto& table : step.dropped) {
+    if (!ConstraintExplainer(database, session_->catalogue()).isReferenced(table)) continue;
+    throw tsql::SqlError(3726, 16,
+                         "Could not drop object '" + table + "' because it is referenced by a FOREIGN KEY constraint.");
+  }
   const auto& pools = program.steps[index].pools;
   session_->atomically([&] {
     for (std::size_t i = 0; i < step.statements.size(); ++i) {

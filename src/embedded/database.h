@@ -85,6 +85,8 @@ class Database {
 
   [[nodiscard]] sqlite3* get() const { return handle_.get(); }
   [[nodiscard]] const std::string& name() const { return name_; }
+  /// What T-SQL calls the database: the file's name without its ending.
+  [[nodiscard]] std::string databaseName() const { return std::filesystem::path(name_).stem().string(); }
 
   /// Runs one of the engine's own statements without rows or values.
   void run(const char* text);

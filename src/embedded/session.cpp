@@ -150,7 +150,7 @@ tsql::DateTime Session::now() const {
 }
 
 std::string Session::databaseName() const {
-  return std::filesystem::path(database_.name()).stem().string();
+  return database_.databaseName();
 }
 
 std::string Session::version() const {

@@ -72,6 +72,24 @@ class Session final : public tsql::Session {
     }
   }
 
+  /// Runs `work` and undoes whatever it did; what it throws is lost.
+  template <typename Work>
+  void tryOut(Work&& work) noexcept {
+    try {
+      const bool whole = depth_ == 0;
+      runOwn(whole ? "BEGIN IMMEDIATE" : "SAVEPOINT tolvane_statement");
+      try {
+        work();
+      } catch (const std::exception&) {
+        undo(whole);
+        return;
+      }
+      undo(whole);
+    } catch (const std::exception&) {
+      return;
+    }
+  }
+
   /// Settles the record sets that a change of the table's rows would disturb. `changer` is the one that makes the
   /// change, which need not read what it has not begun to read.
   void beforeChange(std::string_view table, const OpenReader* changer = nullptr);

@@ -202,6 +202,8 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Rollback:
       add(node, TransactionStep{TransactionStep::Verb::Rollback});
       return;
+    case StatementKind::Call:
+      return error(node, SqlError(Message::ProcedureNotFound, {node.name}));
     case StatementKind::Option:
       add(node, OptionStep{node.name, node.on});
       return;

@@ -59,7 +59,7 @@ class BatchCompiler {
   std::vector<int> insertColumns(const tree::StatementNode& node, const Table& table);
   std::string insertValues(const tree::Select& select, const Table& table, const std::vector<int>& columns);
   std::string insertQuery(const tree::Query& query, const Table& table, const std::vector<int>& columns);
-  void checkCount(const tree::StatementNode& node, std::size_t given, std::size_t wanted) const;
+  void checkCount(const tree::StatementNode& node, const Table& table, std::size_t given, std::size_t wanted) const;
   struct Target {
     const Table* table = nullptr;
     std::string alias;

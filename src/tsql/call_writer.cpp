@@ -72,7 +72,10 @@ Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
       return numberType(values[0].type);
     case ResultRule::FirstRounded: {
       const Type type = numberType(values[0].type);
-      return type.kind == TypeKind::Decimal ? Type::decimal(std::max<int>(type.precision, 1), 0) : type;
+      if (type.kind != TypeKind::Decimal) return type;
+      Type whole = Type::decimal(std::max<int>(type.precision, 1), 0);
+      whole.numeric = type.numeric;
+      return whole;
     }
     case ResultRule::FirstScaled:
       return numberType(values[0].type);
@@ -104,6 +107,7 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
     fail(expression.token, Message::FunctionArgumentCount, {name, std::to_string(row->minArguments)});
   }
   if (row->runtime.empty()) return writtenOut(expression, scope);
+  refuseNegativeLength(expression);
   std::vector<Typed> values;
   Typed result;
   bool nullable = row->nullable;
@@ -124,6 +128,23 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
   }
   result.sql = text + ')';
   return result;
+}
+
+// A length that can be seen to be negative is refused before anything runs.
+void Writer::refuseNegativeLength(const Expression& call) {
+  const bool takesLength = call.name == "LEFT" || call.name == "RIGHT" || call.name == "SUBSTRING";
+  if (!takesLength) return;
+  const Expression& length = *call.arguments.back();
+  const bool minus = length.kind == ExpressionKind::Unary && length.name == "-" &&
+                     length.arguments[0]->kind == ExpressionKind::Literal;
+  if (!minus) return;
+  const int index = length.arguments[0]->literal;
+  const Literal& literal = batch_.literals[static_cast<std::size_t>(index)];
+  structural(index);
+  if (literal.type.kind != TypeKind::Int || literal.integer == 0) return;
+  std::string name = call.name;
+  std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
+  fail(length.token, Message::InvalidRightLength, {name});
 }
 
 std::string Writer::argument(const Expression& call, std::size_t index, int code, Scope* scope, Typed& value) {
@@ -187,8 +208,8 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
     result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
     return result;
   }
-  if (expression.name == "ROW_NUMBER" || expression.name == "RANK") {
-    fail(expression.token, 10753, "The function '" + expression.name + "' must have an OVER clause.");
+  if (expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK") {
+    fail(expression.token, 10753, "The function '" + written(expression.token) + "' must have an OVER clause.");
   }
   std::vector<Typed> values;
   for (const auto& argument : expression.arguments) {
@@ -215,12 +236,13 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
                  values[0].sql + " END)";
     return result;
   }
-  Type type;
   bool nullable = true;
+  std::vector<const Typed*> all;
   for (const Typed& value : values) {
     nullable = nullable && value.type.nullable;
-    type = commonType(type, value.type);
+    all.push_back(&value);
   }
+  const Type type = commonTypeOf(all);
   if (type.kind == TypeKind::Null) {
     fail(expression.token, 4127,
          "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.");
@@ -237,6 +259,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
 
 Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   const AggregateRow& row = *findAggregateRow(expression.name);
+  if (scope != nullptr && scope->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
   if (scope == nullptr || !scope->aggregatesAllowed) {
     fail(expression.token, 147,
          "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause or a "
@@ -268,8 +291,9 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   const auto invalid = [&] {
     std::string name = expression.name;
     std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
-    fail(expression.token, Message::InvalidOperand, {value.type.baseName(), name});
+    fail(expression.token, Message::InvalidOperand, {value.type.messageName(), name});
   };
+  if (value.type.kind == TypeKind::Null) invalid();
   if (value.type.isLong() && !counts) invalid();
   if (value.type.kind == TypeKind::Bit && !counts) invalid();
   const std::string distinct = expression.distinct ? "DISTINCT " : "";
@@ -294,6 +318,7 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   if (value.type.kind == TypeKind::Decimal) {
     const int scale = row.rule == AggregateRule::Average ? std::max<int>(value.type.scale, 6) : value.type.scale;
     result.type = Type::decimal(38, scale);
+    result.type.numeric = value.type.numeric;
   } else if (value.type.isMoney()) {
     result.type = Type::of(TypeKind::Money);
   } else {
@@ -314,13 +339,23 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   return result;
 }
 
+void Writer::failInGroupKey(int token) const {
+  fail(token, 144,
+       "Cannot use an aggregate or a subquery in an expression used for the group by list of a GROUP BY "
+       "clause.");
+}
+
 // ROW_NUMBER() and RANK() alone: other functions over a window are refused.
 Typed Writer::windowed(const Expression& expression, Scope* scope) {
   const bool known = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
   if (!known) refuse(expression.token, "a function with OVER other than ROW_NUMBER and RANK");
+  if (scope == nullptr || !scope->aggregatesAllowed || scope->clause == Scope::Clause::Having) {
+    fail(expression.token, 4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.");
+  }
   if (!expression.arguments.empty()) fail(expression.token, Message::FunctionArgumentCount, {expression.name, "0"});
   if (expression.order.empty()) {
-    fail(expression.token, 4112, "The function '" + expression.name + "' must have an OVER clause with ORDER BY.");
+    fail(expression.token, 4112,
+         "The function '" + written(expression.token) + "' must have an OVER clause with ORDER BY.");
   }
   Typed result;
   result.type = Type::of(TypeKind::BigInt).orNull(false);

@@ -45,6 +45,8 @@ std::string structuralKey(const ShapedBatch& batch, const std::vector<int>& stru
 struct CompileOptions {
   // Types of the command's "?" parameters, in order; those beyond the list count as nvarchar(4000).
   std::vector<Type> placeholders;
+  // For messages that name a table in full; empty where there is none.
+  std::string database;
 };
 
 // Compiles a batch. Throws SqlError for what SQL Server refuses before it runs the first statement: syntax (102, 156),

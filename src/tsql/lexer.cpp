@@ -293,7 +293,7 @@ class Lexer {
           .at(line());
     }
     Literal value;
-    value.type = Type::decimal(precision == 0 ? 1 : static_cast<int>(precision), static_cast<int>(fraction.size()));
+    value.type = Type::numericOf(precision == 0 ? 1 : static_cast<int>(precision), static_cast<int>(fraction.size()));
     value.type.nullable = false;
     value.text = batch_.storage.emplace_back((whole.empty() ? "0" : whole) + (fraction.empty() ? "" : "." + fraction));
     literal(begin, std::move(value), "D" + std::to_string(precision) + "," + std::to_string(fraction.size()));

@@ -195,7 +195,8 @@ ExpressionPtr Parser::unary() {
   auto result = make(ExpressionKind::Unary);
   result->name = here();
   ++at_;
-  result->arguments.push_back(unary());
+  // A sign binds as an addition does, so what is multiplied behind it belongs to it; a complement binds tightest.
+  result->arguments.push_back(result->name == "~" ? unary() : term());
   return result;
 }
 

@@ -53,6 +53,9 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
       for (std::size_t i = 0; i < inner.outputs.size(); ++i) {
         const Output& output = inner.outputs[i];
         const std::string& name = table.columns.empty() ? output.name : table.columns[i];
+        if (std::ranges::any_of(text->columns, [&](const SourceColumn& other) { return sameName(other.name, name); })) {
+          fail(table.token, 8156, "The column '" + name + "' was specified multiple times for '" + table.name + "'.");
+        }
         if (name.empty()) {
           fail(table.token, 8155,
                "No column name was specified for column " + std::to_string(i + 1) + " of '" + table.name + "'.");
@@ -68,7 +71,7 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   if (subquery && !query.order.empty() && !(query.body->select && query.body->select->top)) {
     fail(query.token, 1033,
          "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
-         "expressions, unless TOP or FOR XML is also specified.");
+         "expressions, unless TOP, OFFSET or FOR XML is also specified.");
   }
   Scope& scope = *result.scope;
   if (result.body->ties && query.order.empty()) {
@@ -190,15 +193,18 @@ std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope*
 void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& text) {
   if (select.groupBy.empty()) return;
   scope.groupKeys = &select.groupBy;
+  scope.clause = Scope::Clause::GroupBy;
   for (std::size_t i = 0; i < select.groupBy.size(); ++i) {
     const auto& key = *select.groupBy[i];
     const Typed value = expression(key, &scope);
     comparable(value.type, key.token);
+    if (value.subquery) failInGroupKey(key.token);
     if (value.literal >= 0 || value.parameter >= 0) {
       fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     }
     text += (i == 0 ? " GROUP BY " : ",") + compared(value.sql, value.type);
   }
+  scope.clause = Scope::Clause::Select;
 }
 
 void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body) {
@@ -239,7 +245,7 @@ void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& b
       const bool grouped = scope.groupKeys != nullptr && std::ranges::any_of(*scope.groupKeys, [&](const auto& key) {
                              return key->kind == tree::ExpressionKind::Column && sameName(key->name, column.name);
                            });
-      if (!grouped) scope.setUngrouped(source.name + "." + column.name);
+      if (!grouped) scope.setUngrouped(source.objectName + "." + column.name);
       body.outputs.push_back(std::move(output));
     }
   }
@@ -255,16 +261,22 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
   if (!select.top) return {};
   Typed value = expression(*select.top, scope.parent);
   if (value.column != nullptr || value.subquery) refuse(select.top->token, "TOP of an expression");
-  if (select.percent) return convert(std::move(value), Type::of(TypeKind::Float)).sql;
-  if (!value.type.isInteger() && value.type.kind != TypeKind::Null) {
-    if (!value.type.isNumber()) {
-      fail(select.top->token, 1060,
-           "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
-    }
-    value = convert(std::move(value), Type::of(TypeKind::BigInt));
+  return rowCount(std::move(value), select.percent, select.top->token);
+}
+
+// What TOP gives, for a LIMIT. A number that no literal gives is looked at when the statement runs.
+std::string Writer::rowCount(Typed value, bool percent, int token) {
+  if (percent) {
+    if (value.type.kind == TypeKind::Null) fail(token, Message::InvalidTop);
+    return "ts_top(" + convert(std::move(value), Type::of(TypeKind::Float)).sql + ",100)";
   }
-  // SQLite reads a negative limit as none.
-  return value.literal >= 0 ? value.sql : "max(0," + value.sql + ")";
+  const bool constant = value.literal >= 0 || value.digitsOf >= 0;
+  const bool wide = constant && value.type.kind == TypeKind::Decimal && value.type.scale == 0;
+  if (!value.type.isInteger() && !wide) {
+    fail(token, 1060, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
+  }
+  if (value.literal >= 0 && value.type.isInteger()) return value.sql;
+  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + ",-1)";
 }
 
 // --- the columns of set operations
@@ -273,10 +285,10 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
 std::vector<Output> Writer::unify(BoundBody& body) {
   if (body.operation == SetOperator::None) {
     std::vector<Output> outputs = body.outputs;
-    for (std::size_t row = 1; row < body.rows.size(); ++row) {
-      for (std::size_t i = 0; i < outputs.size(); ++i) {
-        outputs[i].value.type = commonType(outputs[i].value.type, body.rows[row][i].type);
-      }
+    for (std::size_t i = 0; body.rows.size() > 1 && i < outputs.size(); ++i) {
+      std::vector<const Typed*> values;
+      for (const auto& row : body.rows) values.push_back(&row[i]);
+      outputs[i].value.type = commonTypeOf(values);
     }
     return outputs;
   }
@@ -284,7 +296,11 @@ std::vector<Output> Writer::unify(BoundBody& body) {
   const std::vector<Output> right = unify(*body.right);
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     Output& output = outputs[i];
-    output.value.type = commonType(output.value.type, right[i].value.type);
+    const Type type = commonTypeOf({&output.value, &right[i].value});
+    // What several branches give is no literal any more.
+    output.value.literal = -1;
+    output.value.digitsOf = -1;
+    output.value.type = type;
     if (output.table != right[i].table || output.column != right[i].column) {
       output.table.clear();
       output.column.clear();

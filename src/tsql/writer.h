@@ -27,7 +27,8 @@ struct SourceColumn {
 
 // One entry of a FROM list.
 struct Source {
-  std::string name;  // what qualifies its columns: alias or table name
+  std::string name;        // what qualifies its columns: alias or table name
+  std::string objectName;  // the same in messages about groups: the table as written, whatever its alias
   std::string sqlAlias;
   const Table* table = nullptr;
   std::vector<SourceColumn> columns;
@@ -44,7 +45,7 @@ struct Scope {
   int insideAggregate = 0;
   int insideGroupKey = 0;
   const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
-  enum class Clause { Select, Having, OrderBy };
+  enum class Clause { Select, GroupBy, Having, OrderBy };
   Clause clause = Clause::Select;       // which one is being written
   std::string ungrouped;                // the first column that stands neither in an aggregate nor in a group key ...
   Clause ungroupedIn = Clause::Select;  // ... and where it stands
@@ -65,6 +66,7 @@ struct Typed {
   Type type;
   int literal = -1;                      // it is just this literal
   int parameter = -1;                    // it is just this parameter of the statement being written
+  int digitsOf = -1;                     // it is just this literal with a minus before it
   bool subquery = false;                 // a sub-query is part of it
   const SourceColumn* column = nullptr;  // it is just this column
 };
@@ -170,6 +172,8 @@ class Writer {
   // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
   Query bindRows(const tree::Query& query, Scope& scope);
 
+  std::string rowCount(Typed value, bool percent, int token);  // of a TOP, for a LIMIT
+
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() {
     parameters_.clear();
@@ -186,6 +190,7 @@ class Writer {
   [[noreturn]] void fail(int token, Message message, std::initializer_list<std::string_view> inserts = {}) const;
   [[noreturn]] void fail(int token, int number, std::string message) const;
   [[noreturn]] void refuse(int token, std::string_view what) const;
+  std::string written(int token) const;  // a word as it stands in the batch
   int variableSlot(const std::string& name, int token) const;
   std::string nextAlias() { return "t" + std::to_string(++aliases_); }
   const ShapedBatch& batch() const { return batch_; }
@@ -212,6 +217,10 @@ class Writer {
   std::string argument(const tree::Expression& call, std::size_t index, int code, Scope* scope, Typed& value);
   std::string compare(std::string_view op, Typed left, Typed right, int token);
   void comparable(const Type& type, int token) const;
+  void refuseNegativeLength(const tree::Expression& call);
+  std::string fullName(const Table& table) const;
+  Type commonTypeOf(const std::vector<const Typed*>& values);
+  Type numericLiteral(int literal) const;
   std::string inQuery(const tree::Expression& expression, Scope* scope);
   std::string quantified(const tree::Expression& expression, Scope* scope);
   std::string like(const tree::Expression& expression, Scope* scope);
@@ -227,6 +236,7 @@ class Writer {
   void bindGroups(const tree::Select& select, Scope& scope, std::string& text);
   void bindOrder(const tree::Query& query, BoundQuery& bound);
   std::string limitOf(const tree::Select& select, Scope& scope);
+  [[noreturn]] void failInGroupKey(int token) const;
   std::vector<Output> unify(BoundBody& body);
   void convertOutputs(BoundBody& body, const std::vector<Output>& outputs);
   std::string renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,
