@@ -22,6 +22,7 @@ SHARED = {"contract", "samples", "fault", "support", "tour", "sql"}
 WHOLE = {
     "tests/batchprint/rpt_batch_prn_test.cpp",
     "tests/csreports/cs_retrieve_exist_rpt_property_test.cpp",
+    "tests/embedded/cases_test.cpp",
     "tests/embedded/contract_test.cpp",
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",

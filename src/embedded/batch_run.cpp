@@ -18,6 +18,7 @@ using tsql::Datum;
 using tsql::Result;
 
 constexpr int userError = 50000;
+constexpr int nullError = 515;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
 constexpr int highestMessageSeverity = 10;
@@ -85,6 +86,7 @@ class BatchRun {
   void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
   void compileRest(std::shared_ptr<CompiledProgram>& program);
   void handle(const tsql::SqlError& error);
+  void loseIdentity(const tsql::StepBody& body);
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
   void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
@@ -232,8 +234,10 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
     const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
     if (!keepsError) session_->setLastError(0);
   } catch (const tsql::SqlError& error) {
+    if (error.number() == nullError) loseIdentity(body);
     handle(error);
   } catch (const ConstraintFailure& failure) {
+    loseIdentity(body);
     if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
       return handle(tsql::SqlError(1505, 16,
                                    "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for "
@@ -253,11 +257,20 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
   }
 }
 
+// A row that a constraint keeps out has got its identity value already.
+void BatchRun::loseIdentity(const tsql::StepBody& body) {
+  const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
+  if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
+}
+
 void BatchRun::handle(const tsql::SqlError& error) {
   session_->setLastError(error.number());
   session_->setRowCount(0);
   if (!firstError_) firstError_ = error;
-  if (tsql::reachOf(error) == tsql::ErrorReach::Batch) ended_ = true;
+  const bool raised = error.number() == userError;
+  if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
+  ended_ = true;
+  if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
 }
 
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
@@ -270,22 +283,29 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runDdl(program, index, *ddl);
   } else if (const auto* unless = std::get_if<tsql::JumpUnlessStep>(&body)) {
     if (!holds(program, index, *unless)) next_ = static_cast<std::size_t>(unless->target);
+    session_->setRowCount(0);
   } else if (const auto* jump = std::get_if<tsql::JumpStep>(&body)) {
     jumpTo(jump->target);
   } else if (const auto* assign = std::get_if<tsql::AssignStep>(&body)) {
     runAssign(program, index, *assign);
   } else if (const auto* print = std::get_if<tsql::PrintStep>(&body)) {
     runPrint(program, index, *print);
+    session_->setRowCount(0);
   } else if (const auto* transaction = std::get_if<tsql::TransactionStep>(&body)) {
     runTransaction(*transaction);
+    session_->setRowCount(0);
   } else if (const auto* error = std::get_if<tsql::ErrorStep>(&body)) {
     throw tsql::SqlError(error->number, 16, error->message);
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
     runRaise(program, index, *raised);
+    session_->setRowCount(0);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
+  } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
+    // Most need nothing done: row counts are not results here, with NOCOUNT or without.
+    if (option->name == "XACT_ABORT") session_->setAbortsTransactions(option->on);
+    session_->setRowCount(0);
   }
-  // What is left are options, which need nothing done: row counts are not results here, with NOCOUNT or without.
 }
 
 // The rows of earlier queries stay what they were, whatever the statements after them do.
@@ -333,7 +353,12 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
     session_->atomically(work);
   }
   session_->setRowCount(changed);
-  if (step.setsIdentity && changed > 0) session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
+  if (step.truncates) session_->forgetIdentity(step.table);
+  if (step.verb != tsql::ExecuteStep::Verb::Insert) return;
+  if (!step.setsIdentity) return session_->setIdentity({});
+  if (changed == 0) return;
+  session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
+  session_->usedIdentity(step.table, sqlite3_last_insert_rowid(database.get()));
 }
 
 // SQLite does not say which key was broken. Where there are several, the statement runs once more with all keys judged

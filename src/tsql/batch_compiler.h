@@ -45,6 +45,8 @@ class BatchCompiler {
                       const std::string& operation);
   void select(const tree::StatementNode& node);
   void selectVariables(const tree::StatementNode& node, const tree::Select& select);
+  void selectInTurn(const tree::StatementNode& node, const tree::Select& select);
+  [[noreturn]] void failMixed(int token) const;
   void selectRowByRow(const tree::StatementNode& node, AssignStep step);
   void print(const tree::StatementNode& node);
   void raise(const tree::StatementNode& node);

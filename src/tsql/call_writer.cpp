@@ -122,12 +122,36 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
     values.push_back(std::move(value));
   }
   result.type = resultType(*row, values).orNull(nullable);
+  narrow(expression, values, result.type);
   if (row->extra != Extra::Nothing) {
     if (!values.empty()) text += ',';
     text += std::to_string((row->extra == Extra::FirstType ? values[0].type : result.type).pack());
   }
   result.sql = text + ')';
   return result;
+}
+
+void Writer::invalidArgument(const Expression& call, std::size_t index, const Type& type) const {
+  std::string name = call.name;
+  std::ranges::transform(name, name.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  fail(call.token, 8116,
+       "Argument data type " + std::string(type.messageName()) + " is invalid for argument " +
+           std::to_string(index + 1) + " of " + name + " function.");
+}
+
+// A length that is written as a number bounds the text.
+void Writer::narrow(const Expression& call, const std::vector<Typed>& values, Type& type) {
+  const bool cuts = call.name == "LEFT" || call.name == "RIGHT" || call.name == "SUBSTRING";
+  const bool makes = call.name == "SPACE" || (call.name == "STR" && values.size() > 1);
+  if (call.name == "STR" && values.size() == 1) type.length = 10;
+  if (!cuts && !makes) return;
+  const Typed& count = call.name == "STR" ? values[1] : values.back();
+  if (count.literal < 0 || count.type.kind != TypeKind::Int) return;
+  structural(count.literal);
+  const std::int64_t given = batch_.literals[static_cast<std::size_t>(count.literal)].integer;
+  const std::int64_t most = type.length == maxLength ? 8000 : type.length;
+  type.length = static_cast<std::int32_t>(std::clamp<std::int64_t>(given, 1, std::max<std::int64_t>(most, 1)));
 }
 
 // A length that can be seen to be negative is refused before anything runs.
@@ -167,6 +191,7 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
   const Type& type = value.type;
   switch (rule) {
     case Argument::Text:
+      if (type.isLongText() && call.name != "CHARINDEX" && call.name != "PATINDEX") invalidArgument(call, index, type);
       if (!type.isText()) value = convert(std::move(value), Type::text(TypeKind::VarChar, type.isBinary() ? 8000 : 53));
       break;
     case Argument::Unicode:
@@ -176,21 +201,29 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
       value = convert(std::move(value), Type::of(type.kind == TypeKind::BigInt ? TypeKind::BigInt : TypeKind::Int));
       break;
     case Argument::Float:
+      if (type.isDate()) invalidArgument(call, index, type);
       value = convert(std::move(value), Type::of(TypeKind::Float));
       break;
     case Argument::Number: {
       if (type.isDate() || type.isBinary() || type.isLongText() || type.kind == TypeKind::UniqueIdentifier) {
-        fail(argument.token, Message::OperandClash, {type.baseName(), "float"});
+        invalidArgument(call, index, type);
       }
       const Type number = numberType(type);
       value = convert(std::move(value), number);
       break;
     }
     case Argument::DateTime:
-      value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      if (type.isText() && !type.isLongText()) {
+        value.sql = "ts_moment(" + value.sql + ")";
+        value.literal = -1;
+        value.parameter = -1;
+      } else if (!type.isDate()) {
+        value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      }
       break;
     case Argument::TextOrBytes:
-      if (!type.isText() && !type.isBinary()) value = convert(std::move(value), Type::text(TypeKind::VarChar, 53));
+      if (!type.isText() && !type.isBinary() && type.kind != TypeKind::Null) invalidArgument(call, index, type);
+      if (type.kind == TypeKind::Null) value = convert(std::move(value), Type::text(TypeKind::VarChar, 1));
       break;
     case Argument::Any:
     case Argument::None:
@@ -275,7 +308,7 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   if (expression.star ? !counts : expression.arguments.size() != 1) {
     fail(expression.token, Message::FunctionArgumentCount, {expression.name, "1"});
   }
-  const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt).orNull(false);
+  const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt);
   if (expression.star) {
     result.sql = "count(*)";
     result.type = count;

@@ -552,18 +552,21 @@ void BatchCompiler::alterDrop(const StatementNode& node) {
   add(node, std::move(step));
 }
 
+// Each table is dropped by itself, whatever becomes of the others.
 void BatchCompiler::dropTable(const StatementNode& node) {
-  DdlStep step;
   for (const auto& name : node.tables) {
     const Table* table = catalogue_.find(name.name);
     if (table == nullptr) {
-      if (node.ifExists) continue;
-      return error(node, SqlError(Message::CannotDrop, {"drop", "table", name.name}));
+      const std::string written = (name.schema.empty() ? "" : name.schema + ".") + name.name;
+      if (!node.ifExists) error(node, SqlError(Message::CannotDrop, {"drop", "table", written}));
+      continue;
     }
+    DdlStep step;
     step.dropped.push_back(table->name);
     step.statements.push_back({"DROP TABLE " + schemaOf(*table) + quoted(table->name), {}});
+    add(node, std::move(step));
   }
-  add(node, std::move(step));
+  if (node.ifExists) add(node, DdlStep{});
 }
 
 void BatchCompiler::dropIndex(const StatementNode& node) {
@@ -615,9 +618,11 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
       const auto& text = batch_.literals[static_cast<std::size_t>(output.value.literal)].text;
       type.length = std::max<std::int32_t>(1, static_cast<std::int32_t>(text.size()));
     }
-    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " + type.declared() +
-                   (type.nullable ? "" : " NOT NULL");
-    table.columns.push_back({output.name, type, false, {}});
+    const bool identity = output.identity && table.identityColumn() < 0 && query.body->updatable != nullptr;
+    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " +
+                   (identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : type.declared()) +
+                   (type.nullable || identity ? "" : " NOT NULL");
+    table.columns.push_back({output.name, type, identity, {}});
   }
   DdlStep create;
   create.statements.push_back({"CREATE " + std::string(table.temporary ? "TEMP " : "") + "TABLE " + quoted(table.name) +

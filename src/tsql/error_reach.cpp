@@ -14,4 +14,9 @@ ErrorReach reachOf(const SqlError& error) {
   return goesOn ? ErrorReach::Statement : ErrorReach::Batch;
 }
 
+bool undoesTransaction(const SqlError& error) {
+  static constexpr std::array conversions{235, 241, 244, 245, 248, 293, 295, 8114, 8169};
+  return std::ranges::find(conversions, error.number()) != conversions.end();
+}
+
 }  // namespace tolvane::tsql

@@ -550,7 +550,8 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   }
-  const bool nullable = left.type.nullable || right.type.nullable;
+  // What may overflow may be null, in a session that asks for that.
+  const bool nullable = left.type.nullable || right.type.nullable || (!type.isFloat() && !bits);
   if (type.kind == TypeKind::Decimal) {
     left = decimalOperand(convert(std::move(left), left.type.isNumber() ? left.type : type));
     right = decimalOperand(convert(std::move(right), right.type.isNumber() ? right.type : type));

@@ -247,6 +247,7 @@ ExpressionPtr Parser::wordExpression() {
     ++at_;
     return result;
   }
+  if (isWord("IDENTITY") && isOperator(1, "(")) refuse("IDENTITY() in a query");
   if (isWord("CASE")) return caseExpression();
   if (isWord("CAST") && isOperator(1, "(")) return castExpression();
   if (isWord("CONVERT")) return convertExpression();

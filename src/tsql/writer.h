@@ -217,6 +217,8 @@ class Writer {
   std::string argument(const tree::Expression& call, std::size_t index, int code, Scope* scope, Typed& value);
   std::string compare(std::string_view op, Typed left, Typed right, int token);
   void comparable(const Type& type, int token) const;
+  [[noreturn]] void invalidArgument(const tree::Expression& call, std::size_t index, const Type& type) const;
+  void narrow(const tree::Expression& call, const std::vector<Typed>& values, Type& type);
   void refuseNegativeLength(const tree::Expression& call);
   std::string fullName(const Table& table) const;
   Type commonTypeOf(const std::vector<const Typed*>& values);
