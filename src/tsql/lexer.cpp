@@ -1,5 +1,7 @@
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "tsql/compiler.h"
@@ -270,10 +272,11 @@ class Lexer {
     Literal value;
     const auto written = text_.substr(begin, at_ - begin);
     const auto [end, error] = std::from_chars(written.data(), written.data() + written.size(), value.real);
-    if (error == std::errc::result_out_of_range && value.real != 0) {
-      throw SqlError(
-          168, 15,
-          "The floating point value '" + std::string(written) + "' is out of the range of computer representation.")
+    // from_chars does not say which end of the range was left.
+    if (error == std::errc::result_out_of_range && std::isinf(std::strtod(std::string(written).c_str(), nullptr))) {
+      throw SqlError(168, 15,
+                     "The floating point value '" + std::string(written) +
+                         "' is out of the range of computer representation (8 bytes).")
           .at(line());
     }
     value.type = Type::of(TypeKind::Float).orNull(false);

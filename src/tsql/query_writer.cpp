@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tsql/parser.h"
+#include "tsql/semi_join.h"
 #include "tsql/writer.h"
 
 namespace tolvane::tsql {
@@ -101,10 +102,10 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   if (body.operation == SetOperator::None) {
     if (!body.select->values.empty()) return bindValues(*body.select, parent);
     // ORDER BY may use the scope of a single SELECT; the branches of a set operation have one each.
-    if (&body == query.body.get()) return bindSelect(*body.select, scope);
+    if (&body == query.body.get()) return bindSelect(*body.select, scope, query.order.empty());
     Scope own;
     own.parent = parent;
-    auto result = bindSelect(*body.select, own);
+    auto result = bindSelect(*body.select, own, query.order.empty());
     if (result->percent || result->ties) {
       refuse(body.select->top->token, "TOP ... PERCENT or WITH TIES in one of several joined queries");
     }
@@ -127,13 +128,21 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   return result;
 }
 
-std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope) {
+std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope, bool unordered) {
   auto body = std::make_unique<BoundBody>();
   body->distinct = select.distinct;
   std::string text;
-  if (!select.from.empty()) text = " FROM " + from(select.from, scope);
+  const auto semiJoin = unordered ? boundSemiJoin(select, scope) : std::nullopt;
+  if (semiJoin) {
+    text = semiJoin->from;
+    body->where = semiJoin->where;
+  } else if (!select.from.empty()) {
+    text = " FROM " + from(select.from, scope);
+  }
   scope.insideGroupKey = 1;  // columns in WHERE need no group
-  if (select.where) text += " WHERE " + condition(*select.where, &scope);
+  if (select.where && !semiJoin) body->where = condition(*select.where, &scope);
+  body->from = text;
+  if (!body->where.empty()) text += " WHERE " + body->where;
   bindGroups(select, scope, text);
   scope.insideGroupKey = 0;
   scope.aggregatesAllowed = true;
@@ -158,7 +167,7 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   body->singleRow = scope.aggregated && scope.groupKeys == nullptr;
   if (select.from.empty() && !select.where && !grouped) body->singleRow = true;
-  if (!select.distinct && !select.percent && !select.ties && !grouped && scope.sources.size() == 1 &&
+  if (!select.distinct && !select.percent && !select.ties && !grouped && !semiJoin && scope.sources.size() == 1 &&
       scope.sources[0].table != nullptr && !scope.sources[0].table->view) {
     body->updatable = scope.sources[0].table;
     body->rowAlias = scope.sources[0].sqlAlias;
@@ -174,6 +183,33 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
     }
   }
   return body;
+}
+
+// FROM and WHERE with EXISTS in the place of a derived table that only chooses among the rows of the others. Only
+// integers are compared so: there, equal values are the same value.
+std::optional<Writer::BoundSemiJoin> Writer::boundSemiJoin(const tree::Select& select, Scope& scope) {
+  const auto found = findSemiJoin(select);
+  if (!found) return std::nullopt;
+  const BoundQuery query = bind(*select.from[found->reference]->query, scope.parent, true);
+  const Typed& inner = query.outputs[0].value;
+  const BoundBody& body = *query.body;
+  if (!inner.type.isInteger()) return std::nullopt;
+  BoundSemiJoin result;
+  result.from = " FROM " + from(select.from, scope, found->reference);
+  scope.insideGroupKey = 1;
+  const Typed value = expression(*found->value, &scope);
+  if (!value.type.isInteger()) {
+    scope.sources.clear();
+    return std::nullopt;
+  }
+  if (select.where.get() != found->equality) {
+    for (const auto& each : select.where->arguments) {
+      if (each.get() != found->equality) result.where += "(" + condition(*each, &scope) + ") AND ";
+    }
+  }
+  const std::string rows = body.from + " WHERE " + (body.where.empty() ? "" : "(" + body.where + ") AND ");
+  result.where += "EXISTS (SELECT 1" + rows + inner.sql + "=" + value.sql + ")";
+  return result;
 }
 
 std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope* parent) {

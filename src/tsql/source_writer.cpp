@@ -40,9 +40,10 @@ void Writer::readTable(const Table& table) {
   if (std::ranges::find(tables, table.name) == tables.end()) tables.push_back(table.name);
 }
 
-std::string Writer::from(const std::vector<tree::TableReferencePtr>& references, Scope& scope) {
+std::string Writer::from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut) {
   std::string text;
   for (const auto& reference : references) {
+    if (leftOut != none && reference == references[leftOut]) continue;
     if (!text.empty()) text += ',';
     // Joins bind tighter than the comma.
     const bool brackets = !text.empty() && reference->kind == TableReference::Kind::Join;

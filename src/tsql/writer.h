@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -90,6 +91,8 @@ struct BoundBody {
   bool distinct = false;
   std::vector<Output> outputs;
   std::string tail;   // FROM ... HAVING ...
+  std::string from;   // its beginning: " FROM ..." ...
+  std::string where;  // ... and the condition behind it
   std::string limit;  // TOP: a number of rows, or of percents
   bool percent = false;
   bool ties = false;
@@ -163,7 +166,9 @@ class Writer {
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
   // `aliases`: output columns are named c1, c2, ...; `extra` is put after the columns of a single SELECT.
   std::string render(const BoundQuery& query, bool aliases, std::string_view extra = {}, bool withoutLong = false);
-  std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope);
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+  // All of the list but one, if so wished.
+  std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut = none);
   bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
@@ -231,7 +236,12 @@ class Writer {
 
   std::unique_ptr<BoundBody> bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
                                       Scope* parent);
-  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope);
+  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope, bool unordered);
+  struct BoundSemiJoin {
+    std::string from;
+    std::string where;
+  };
+  std::optional<BoundSemiJoin> boundSemiJoin(const tree::Select& select, Scope& scope);
   std::unique_ptr<BoundBody> bindValues(const tree::Select& select, Scope* parent);
   void bindItems(const tree::Select& select, Scope& scope, BoundBody& body);
   void expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& body);
