@@ -50,7 +50,10 @@ std::unique_ptr<icu::Collator> makeCollator() {
   return collator;
 }
 
+std::atomic<std::uint64_t> keysMade{0};
+
 std::string sortKey(const icu::Collator& collator, char32_t character) {
+  keysMade.fetch_add(1, std::memory_order_relaxed);
   const icu::UnicodeString text(static_cast<UChar32>(character));
   std::array<std::uint8_t, 64> buffer{};
   const auto size = collator.getSortKey(text, buffer.data(), static_cast<std::int32_t>(buffer.size()));
@@ -279,6 +282,10 @@ class IcuCollation final : public tsql::Collation {
 };
 
 }  // namespace
+
+std::uint64_t sortKeysMade() {
+  return keysMade.load();
+}
 
 const tsql::Collation& accountSetCollation() {
   static const IcuCollation collation;

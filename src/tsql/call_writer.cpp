@@ -188,6 +188,7 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     return quotedText(nameOf(*part));
   }
   value = expression(argument, scope);
+  if (index == 0) measure(value);
   const Type& type = value.type;
   switch (rule) {
     case Argument::Text:
@@ -247,6 +248,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
   std::vector<Typed> values;
   for (const auto& argument : expression.arguments) {
     values.push_back(this->expression(*argument, scope));
+    measure(values.back());
     result.subquery = result.subquery || values.back().subquery;
   }
   if (expression.name == "ISNULL") {

@@ -612,12 +612,6 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
                        table.name + "' is specified more than once.");
     }
     Type type = output.value.type.kind == TypeKind::Null ? Type::of(TypeKind::Int) : output.value.type;
-    // The width of a text literal is that of the text.
-    if (output.value.literal >= 0 && type.isText()) {
-      writer_.structural(output.value.literal);
-      const auto& text = batch_.literals[static_cast<std::size_t>(output.value.literal)].text;
-      type.length = std::max<std::int32_t>(1, static_cast<std::int32_t>(text.size()));
-    }
     const bool identity = output.identity && table.identityColumn() < 0 && query.body->updatable != nullptr;
     definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " +
                    (identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : type.declared()) +

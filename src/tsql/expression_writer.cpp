@@ -69,6 +69,12 @@ std::string Writer::written(int token) const {
   return std::string(batch_.text.substr(word.begin, word.end - word.begin));
 }
 
+void Writer::measure(Typed& value) {
+  if (value.literal < 0 || !value.type.isText()) return;
+  structural(widthOf(value.literal));
+  value.type.length = literalWidth(batch_.literals[static_cast<std::size_t>(value.literal)]);
+}
+
 void Writer::structural(int literal) {
   program_.structuralLiterals.push_back(literal);
 }
@@ -471,6 +477,8 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
   const bool bothNull = left.type.kind == TypeKind::Null && right.type.kind == TypeKind::Null;
   if (expression.name == "+" && leftText && rightText && !bothNull) {
     Typed result;
+    measure(left);
+    measure(right);
     if (left.type.kind == TypeKind::Null) left.type = right.type;
     if (right.type.kind == TypeKind::Null) right.type = left.type;
     result.type = concatenation(left.type, right.type);
@@ -586,6 +594,8 @@ Type Writer::numericLiteral(int literal) const {
 }
 
 Typed Writer::conditional(std::vector<std::pair<std::string, Typed>> branches, Typed otherwise) {
+  measure(otherwise);
+  for (auto& [when, value] : branches) measure(value);
   std::vector<const Typed*> values{&otherwise};
   for (const auto& [when, value] : branches) values.push_back(&value);
   const Type type = commonTypeOf(values);

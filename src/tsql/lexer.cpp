@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -329,9 +330,30 @@ ShapedBatch shape(std::string_view text) {
   return result;
 }
 
+std::int32_t literalWidth(const Literal& literal) {
+  // Of varchar in the code page, where what is not ASCII has two bytes.
+  std::int32_t width = 0;
+  for (const char c : literal.text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      ++width;
+    } else if (literal.type.isUnicode()) {
+      width += byte >= 0xF0 ? 2 : byte >= 0xC0 ? 1 : 0;
+    } else if (byte >= 0xC0) {
+      width += 2;
+    }
+  }
+  const std::int32_t longest = literal.type.isUnicode() ? 4000 : 8000;
+  return width > longest ? maxLength : std::max(width, 1);
+}
+
 std::string structuralKey(const ShapedBatch& batch, const std::vector<int>& structuralLiterals) {
   std::string key;
   for (const int index : structuralLiterals) {
+    if (index < 0) {
+      key += std::to_string(literalWidth(batch.literals[static_cast<std::size_t>(widthOf(index))])) + ',';
+      continue;
+    }
     const Literal& literal = batch.literals[static_cast<std::size_t>(index)];
     const std::string value = literal.type.kind == TypeKind::Int     ? std::to_string(literal.integer)
                               : literal.type.kind == TypeKind::Float ? std::to_string(literal.real)

@@ -179,7 +179,7 @@ struct Variable {
 struct Program {
   std::vector<Step> steps;
   std::vector<Variable> variables;
-  std::vector<int> structuralLiterals;  // literals whose value the program depends on, ascending
+  std::vector<int> structuralLiterals;  // literals whose value or width the program depends on, for structuralKey()
   std::vector<std::string> tablesRead;  // the catalogue's spelling, each once, deferred statements left out
   std::vector<std::string> tablesWritten;
   int placeholders = 0;      // number of "?" in the text

@@ -216,7 +216,10 @@ std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope*
   auto body = std::make_unique<BoundBody>();
   for (const auto& row : select.values) {
     std::vector<Typed> values;
-    for (const auto& value : row) values.push_back(expression(*value, parent));
+    for (const auto& value : row) {
+      values.push_back(expression(*value, parent));
+      measure(values.back());
+    }
     if (!body->rows.empty() && values.size() != body->rows[0].size()) {
       fail(select.token, 10709, "The number of columns for each row in a table value constructor must be the same.");
     }
@@ -251,6 +254,7 @@ void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body
     }
     Output output;
     output.value = expression(*item.expression, &scope);
+    measure(output.value);
     if (output.value.column != nullptr) {
       output.name = output.value.column->name;
       output.table = output.value.column->table;

@@ -195,6 +195,8 @@ class Writer {
   [[noreturn]] void fail(int token, Message message, std::initializer_list<std::string_view> inserts = {}) const;
   [[noreturn]] void fail(int token, int number, std::string message) const;
   [[noreturn]] void refuse(int token, std::string_view what) const;
+  // The type of a text literal becomes as wide as the text.
+  void measure(Typed& value);
   std::string written(int token) const;  // a word as it stands in the batch
   int variableSlot(const std::string& name, int token) const;
   std::string nextAlias() { return "t" + std::to_string(++aliases_); }
