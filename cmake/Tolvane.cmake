@@ -73,26 +73,14 @@ function(tolvane_module name)
   endif()
 endfunction()
 
-# tolvane_windows_test(NAME COMMAND target|program argument... [SETS_UP fixture] [NEEDS fixture...])
-# Runs a target of a Windows build, or one of Wine's own programs (cscript, regsvr32), as test windows32_NAME or
-# windows64_NAME. One at a time, as tools/wine_run.sh does. A fixture is of one word size.
+# tolvane_windows_test(NAME COMMAND program argument...)
+# A test of a Windows build, called windows32_NAME or windows64_NAME. Those of a word size run one at a time, as
+# tools/wine_run.sh does; status 77 says that this machine cannot run it.
 function(tolvane_windows_test name)
-  cmake_parse_arguments(TEST "" "SETS_UP" "COMMAND;NEEDS" ${ARGN})
   math(EXPR bits "8 * ${CMAKE_SIZEOF_VOID_P}")
-  list(GET TEST_COMMAND 0 program)
-  if(NOT TARGET ${program})
-    list(PREPEND TEST_COMMAND ${CMAKE_CROSSCOMPILING_EMULATOR})
-  endif()
-  add_test(NAME windows${bits}_${name} COMMAND ${TEST_COMMAND} WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
+  add_test(NAME windows${bits}_${name} ${ARGN} WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}")
   set_tests_properties(windows${bits}_${name} PROPERTIES
     TIMEOUT 600 LABELS windows SKIP_RETURN_CODE 77 RESOURCE_LOCK wine${bits})
-  if(TEST_SETS_UP)
-    set_tests_properties(windows${bits}_${name} PROPERTIES FIXTURES_SETUP ${TEST_SETS_UP}${bits})
-  endif()
-  if(TEST_NEEDS)
-    list(TRANSFORM TEST_NEEDS APPEND ${bits})
-    set_tests_properties(windows${bits}_${name} PROPERTIES FIXTURES_REQUIRED "${TEST_NEEDS}")
-  endif()
 endfunction()
 
 # tolvane_test(NAME [USES target...] [LIBRARIES library...] [TOGETHER pattern])
