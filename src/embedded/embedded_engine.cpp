@@ -9,6 +9,7 @@
 #include "embedded/embedded_connection.h"
 #include "embedded/errors.h"
 #include "system/path_text.h"
+#include "system/thread_own.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -27,8 +28,8 @@ struct Kept {
 
 // The one used last is first.
 std::vector<Kept>& keptByThisThread() {
-  thread_local std::vector<Kept> kept;
-  return kept;
+  static system::ThreadOwn<std::vector<Kept>> kept;
+  return kept.get();
 }
 
 std::shared_ptr<EmbeddedConnection> connectionOf(Kept& kept) {
