@@ -28,8 +28,9 @@ mkdir -p "$work"
 
 export WINEPREFIX="${TOLVANE_WINE_PREFIX:-$work/wine$size}"
 export WINEDEBUG="${TOLVANE_WINE_DEBUG:--all}"
-# Neither a browser nor .NET is asked for when the prefix is made, and no menu entries are written.
-export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+# Neither a browser nor .NET is asked for when the prefix is made, no menu entries are written, and no debugger takes the
+# place of the status of a program that crashes.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 unset DISPLAY WAYLAND_DISPLAY
 if [ "$size" = 32 ]; then export WINEARCH=win32; else export WINEARCH=win64; fi
 

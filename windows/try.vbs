@@ -34,24 +34,26 @@ End Sub
 
 Sub SaveReport
   Dim document, printer, found, writer
+  On Error Resume Next
   found = CreateObject("NorvTolvane.SrvRptRetrieve").GetRptPlx(dsn, 1, document, printer)
   Done "reading the first report's document"
   Set writer = CreateObject("NorvTolvane.SrvRptUpdate")
   Done "NorvTolvane.SrvRptUpdate"
   report = writer.SavePlxToSrv(dsn & ";Language=en", "GL", "Try " & Now, document, 1)
   Done "saving a report"
-  WScript.Echo "saved a report: FRptID " & report & ", " & (UBound(document) - LBound(document) + 1) & " bytes"
+  WScript.Echo "saved a report: FRptID " & report
+  Done "what was saved"
 End Sub
 
 Sub ShowReports
-  Dim list, found, entry
+  Dim list, found, entry, shown
+  On Error Resume Next
   found = CreateObject("NorvTolvane.SrvRptRetrieve").GetRptlistOrderBy(dsn & ";Language=en", list, "FRptID DESC", 3)
   Done "the list of reports"
   WScript.Echo list.Count & " reports; the newest:"
-  Dim shown
   shown = 0
   For Each entry In list
-    If shown < 5 Then WScript.Echo "  " & entry("FRptID") & "  " & entry("FName")
+    If shown < 5 Then WScript.Echo "  " & entry("FRptID") & "  " & entry("FRptName")
     Done "an entry of the list"
     shown = shown + 1
   Next

@@ -8,18 +8,12 @@
 #include "automation/error_translation.h"
 #include "automation/variant.h"
 #include "platform/error.h"
+#include "platform/windows_document_memory.h"
 
 namespace tolvane::automation {
 namespace {
 
-// The two kinds of owner that Bytes may have here. They are found again by their type.
-struct OwnedArray {
-  SAFEARRAY* array = nullptr;
-  void operator()(const void*) {
-    if (array) SafeArrayUnlock(array);
-    if (array) SafeArrayDestroy(array);
-  }
-};
+/// The owner of Bytes that show a caller's array; the other kind is OwnedAutomationArray.
 struct BorrowedArray {
   SAFEARRAY* array = nullptr;
   void operator()(const void*) { SafeArrayUnlock(array); }
@@ -151,8 +145,9 @@ SAFEARRAY* copyBytes(const Bytes& bytes) {
 }
 
 SAFEARRAY* giveBytes(const Bytes& bytes) {
-  auto* owned = std::get_deleter<OwnedArray>(bytes.owner());
-  if (!owned || bytes.owner().use_count() != 1) return copyBytes(bytes);
+  auto* owned = std::get_deleter<OwnedAutomationArray>(bytes.owner());
+  const bool alone = owned && bytes.owner().use_count() == 1;
+  if (!alone || owned->array->rgsabound[0].cElements != bytes.size()) return copyBytes(bytes);
   SAFEARRAY* array = std::exchange(owned->array, nullptr);
   SafeArrayUnlock(array);
   array->rgsabound[0].lLbound = bytes.lower();
@@ -199,7 +194,7 @@ Value borrowArray(SAFEARRAY* array, VARTYPE elementType) {
 Value adoptArray(SAFEARRAY* array, VARTYPE elementType) {
   ArrayHandle handle(array);
   if (!isByteVector(array, elementType)) return copyArray(array, elementType);
-  Value result = bytesOf<OwnedArray>(array);
+  Value result = bytesOf<OwnedAutomationArray>(array);
   handle.release();
   return result;
 }

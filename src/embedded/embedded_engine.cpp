@@ -8,8 +8,8 @@
 #include "embedded/account_file.h"
 #include "embedded/embedded_connection.h"
 #include "embedded/errors.h"
+#include "embedded/kept_sessions.h"
 #include "system/path_text.h"
-#include "system/thread_own.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -17,22 +17,7 @@ namespace {
 // Open files kept by a thread that has let go of their connections: opening costs as much as many statements.
 constexpr std::size_t keptSessions = 4;
 
-struct Kept {
-  std::int64_t process = 0;           // SQLite's connections do not survive a fork
-  std::filesystem::path lastingName;  // where an open file's name stands for it, else empty
-  FileIdentity identity;
-  std::chrono::milliseconds busyTimeout{};
-  std::shared_ptr<Session> session;
-  std::weak_ptr<EmbeddedConnection> connection;
-};
-
-// The one used last is first.
-std::vector<Kept>& keptByThisThread() {
-  static system::ThreadOwn<std::vector<Kept>> kept;
-  return kept.get();
-}
-
-std::shared_ptr<EmbeddedConnection> connectionOf(Kept& kept) {
+std::shared_ptr<EmbeddedConnection> connectionOf(KeptSession& kept) {
   if (auto connection = kept.connection.lock()) return connection;
   auto connection = std::make_shared<EmbeddedConnection>(kept.session);
   kept.connection = connection;
@@ -40,7 +25,7 @@ std::shared_ptr<EmbeddedConnection> connectionOf(Kept& kept) {
 }
 
 // Those whose connection is in use stay, or the thread would come to two connections to one account set.
-void forgetOldest(std::vector<Kept>& kept) {
+void forgetOldest(std::vector<KeptSession>& kept) {
   for (auto i = kept.size(); i > 0 && kept.size() > keptSessions; --i) {
     const auto candidate = kept.begin() + static_cast<std::ptrdiff_t>(i - 1);
     if (candidate->connection.expired()) kept.erase(candidate);
@@ -57,7 +42,7 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   const auto file = system::pathOf(text);
   auto& kept = keptByThisThread();
   const auto find = [&](auto&& isTheFile) {
-    return std::find_if(kept.begin(), kept.end(), [&](const Kept& k) {
+    return std::find_if(kept.begin(), kept.end(), [&](const KeptSession& k) {
       return k.process == currentProcess() && k.busyTimeout == options_.busyTimeout && isTheFile(k);
     });
   };
@@ -66,21 +51,22 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::open(const DataSourceName& nam
   if (openFilesKeepTheirNames()) {
     // There, looking at a file costs more than many statements.
     lastingName = std::filesystem::absolute(file);
-    found = find([&](const Kept& k) { return k.lastingName == lastingName; });
+    found = find([&](const KeptSession& k) { return k.lastingName == lastingName; });
   }
   FileIdentity identity;
   if (found == kept.end()) {
     // A file that was removed and made again under its name is another account set.
     identity = identityOf(file);
-    found = find([&](const Kept& k) { return identity != FileIdentity{} && k.identity == identity; });
+    found = find([&](const KeptSession& k) { return identity != FileIdentity{} && k.identity == identity; });
   }
   if (found != kept.end()) {
     std::rotate(kept.begin(), found, found + 1);
     return connectionOf(kept.front());
   }
   auto session = std::make_shared<Session>(file, options_.busyTimeout);
-  kept.insert(kept.begin(),
-              Kept{currentProcess(), std::move(lastingName), identity, options_.busyTimeout, std::move(session), {}});
+  kept.insert(
+      kept.begin(),
+      KeptSession{currentProcess(), std::move(lastingName), identity, options_.busyTimeout, std::move(session), {}});
   auto connection = connectionOf(kept.front());
   forgetOldest(kept);
   return connection;
@@ -93,7 +79,7 @@ std::shared_ptr<EngineConnection> EmbeddedEngine::openNew(const DataSourceName& 
 }
 
 void EmbeddedEngine::closeUnused() {
-  std::erase_if(keptByThisThread(), [](const Kept& kept) { return kept.connection.expired(); });
+  std::erase_if(keptByThisThread(), [](const KeptSession& kept) { return kept.connection.expired(); });
 }
 
 void EmbeddedEngine::createAccountSet(const std::filesystem::path& file) {

@@ -247,7 +247,8 @@ Value toValue(const Cell& cell, const Type& type) {
     case Cell::Kind::text:
       return textValue(cell.text(), type);
     case Cell::Kind::bytes:
-      return Bytes(std::vector<std::uint8_t>(cell.bytes().begin(), cell.bytes().end()));
+      return Bytes::filled(cell.bytes().size(),
+                           [&](std::span<std::uint8_t> to) { std::ranges::copy(cell.bytes(), to.begin()); });
   }
   return Null{};
 }

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/document_memory.h"
+
 namespace tolvane {
 
 /// A read-only run of bytes together with whatever keeps it alive (a buffer, an automation array, a mapped file).
@@ -32,7 +34,7 @@ class Bytes {
   /// A buffer of `size` bytes that `fill(span)` writes before anyone can read it. Not zeroed first.
   template <typename Fill>
   [[nodiscard]] static Bytes filled(std::size_t size, Fill&& fill, std::int32_t lower = 0) {
-    std::shared_ptr<std::uint8_t[]> buffer(new std::uint8_t[size]);
+    std::shared_ptr<std::uint8_t[]> buffer = newDocumentMemory(size);
     fill(std::span<std::uint8_t>(buffer.get(), size));
     const std::span<const std::uint8_t> view(buffer.get(), size);
     return Bytes(std::move(buffer), view, lower);

@@ -22,7 +22,7 @@ TEST(WindowsTextRulesTest, KindsOfKanaDoNotCount) {
 
 TEST(WindowsTextRulesTest, EveryCommonChineseCharacterHasAPlaceOfItsOwn) {
   const auto rules = systemTextRules();
-  for (char32_t c = 0x4E00; c < 0x9FA5; ++c) ASSERT_NE(rules->sortKey(c), rules->sortKey(c + 1)) << std::hex << c;
+  for (std::uint32_t c = 0x4E00; c < 0x9FA5; ++c) ASSERT_NE(rules->sortKey(c), rules->sortKey(c + 1)) << c;
 }
 
 }  // namespace

@@ -70,6 +70,23 @@ TEST_F(BindingTest, AKeyWithOneValueChangesThatOneOnly) {
   EXPECT_EQ(loadBinding(), expected);
 }
 
+TEST_F(BindingTest, AValueThatIsNoTextIsLeftOut) {
+  const DWORD number = 1;
+  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, keyPath.c_str(), L"Security", REG_DWORD, &number, sizeof number),
+            ERROR_SUCCESS);
+  EXPECT_EQ(loadBinding(), suiteBinding());
+}
+
+TEST_F(BindingTest, OnlyTheTextOneAsksForHostCalls) {
+  const auto key = RegistryKey::create(HKEY_CURRENT_USER, keyPath);
+  for (const wchar_t* text : {L"", L"0", L"no", L"11"}) {
+    key.setText(L"HostCalls", text);
+    EXPECT_FALSE(loadBinding().hostCalls);
+  }
+  key.setText(L"HostCalls", L"1");
+  EXPECT_TRUE(loadBinding().hostCalls);
+}
+
 TEST_F(BindingTest, RemovingWhatIsNotThereIsNoError) {
   removeBinding(HKEY_CURRENT_USER);
   removeBinding(HKEY_LOCAL_MACHINE);

@@ -1,5 +1,7 @@
 #include "suite/remote_recordset.h"
 
+#include <vector>
+
 #include "automation/object_border.h"
 #include "fake_object.h"
 
@@ -173,6 +175,26 @@ TEST_F(RemoteRecordsetTest, AfterTheLastResultOfABatchThereIsNone) {
   set_->gives(L"NextRecordset", next);
   rows_->nextRecordset()->moveFirst();
   EXPECT_EQ(said().back(), "call next.MoveFirst");
+}
+
+unsigned long references(const ComPtr<FakeObject>& object) {
+  object->AddRef();
+  return object->Release();
+}
+
+TEST_F(RemoteRecordsetTest, EveryReferenceIsGivenBackWithTheSet) {
+  const auto before = std::vector{references(set_), references(fields_), references(field_), references(connection_)};
+  rows_->open("select 1", CursorType::keyset, LockType::optimistic, -1);
+  (void)rows_->value("FID");
+  (void)rows_->value(std::size_t{0});
+  (void)automation::dispatchOf(rows_);
+  EXPECT_GT(references(field_), before[2]);
+  rows_.reset();
+  // The set, and the connection that it was opened on, were held from the beginning.
+  EXPECT_EQ(references(set_), before[0] - 1);
+  EXPECT_EQ(references(fields_), before[1]);
+  EXPECT_EQ(references(field_), before[2]);
+  EXPECT_EQ(references(connection_), before[3] - 1);
 }
 
 TEST_F(RemoteRecordsetTest, ACallerIsHandedAdosOwnObject) {
