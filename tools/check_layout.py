@@ -20,12 +20,17 @@ LONG_TABLES = {}
 SHARED = {"contract", "samples", "fault", "support", "tour", "sql"}
 # Tests of what several files of a folder do together.
 WHOLE = {
+    "tests/com/callers_objects_test.cpp",
+    "tests/com/lifetime_test.cpp",
     "tests/batchprint/rpt_batch_prn_test.cpp",
     "tests/csreports/cs_retrieve_exist_rpt_property_test.cpp",
     "tests/embedded/contract_test.cpp",
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",
     "tests/odbc/contract_test.cpp",
+    "tests/odbc/document_memory_test.cpp",
+    "tests/odbc/tds_deviations_test.cpp",
+    "tests/odbc/tds_server_test.cpp",
     "tests/suite/contract_test.cpp",
     "tests/tsql/cases_test.cpp",
 }

@@ -1,6 +1,5 @@
 #include "embedded/embedded_recordset.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "embedded/account_set_collation.h"
@@ -8,52 +7,28 @@
 #include "embedded/source_text.h"
 #include "embedded/values.h"
 #include "platform/conversions.h"
+#include "rowset/documents.h"
 #include "rowset/utf8.h"
-#include "tsql/catalogue.h"
 
 namespace tolvane::embedded {
 namespace {
-
-[[noreturn]] void raiseAdo(AdoError error, std::string_view source = recordsetSource) {
-  throw AutomationError(error, std::string(source));
-}
-
-// The bytes of a document given as bytes, as an array of byte values or as an empty text, which has none; nothing when
-// it is none of these.
-std::optional<Bytes> bytesOf(const Value& value) {
-  if (const auto* bytes = value.get<Bytes>()) return *bytes;
-  if (const auto* text = value.get<std::string>(); text && text->empty()) return Bytes();
-  const auto* array = value.array();
-  if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) return std::nullopt;
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(array->elements.size());
-  for (const auto& element : array->elements) bytes.push_back(toByte(element));
-  return Bytes(std::move(bytes));
-}
 
 FieldEdit editOf(const Value& value, const tsql::Type& type) {
   FieldEdit edit;
   if (!type.isBinary()) {
     edit.value = toStored(value, type);
     const bool isText = edit.value.kind() == tsql::Kind::Text;
-    if (isText && rowset::invalidUtf8(edit.value.text()) != std::string::npos) raiseAdo(AdoError::dataConversion);
+    if (isText && rowset::invalidUtf8(edit.value.text()) != std::string::npos)
+      rowset::raiseAdo(AdoError::dataConversion, recordsetSource);
     return edit;
   }
   if (value.isNull() || value.isEmpty()) return edit;
-  auto bytes = bytesOf(value);
-  if (!bytes) raiseAdo(AdoError::dataConversion);
+  auto bytes = rowset::bytesOf(value);
+  if (!bytes) rowset::raiseAdo(AdoError::dataConversion, recordsetSource);
   if (!type.isLong() && bytes->size() > static_cast<std::size_t>(type.length)) throw doesNotFit();
   edit.isDocument = true;
   edit.chunks.push_back(std::move(*bytes));
   return edit;
-}
-
-Bytes joined(const FieldEdit& edit) {
-  if (edit.chunks.size() == 1) return edit.chunks.front();
-  return Bytes::filled(edit.documentSize(), [&](std::span<std::uint8_t> to) {
-    auto at = to.begin();
-    for (const auto& chunk : edit.chunks) at = std::copy(chunk.view().begin(), chunk.view().end(), at);
-  });
 }
 
 Cell cellOf(const tsql::Result& value) {
@@ -80,11 +55,7 @@ std::shared_ptr<Recordset> EmbeddedRecordset::of(std::shared_ptr<Session> sessio
 }
 
 void EmbeddedRecordset::take(BatchResult result) {
-  position_ = 0;
-  filter_.reset();
-  visible_.clear();
-  editMode_ = EditMode::none;
-  edits_.clear();
+  restart();
   later_ = std::move(result.rowSets);
   if (later_.empty()) return;
   rows_ = std::move(later_.front());
@@ -93,254 +64,76 @@ void EmbeddedRecordset::take(BatchResult result) {
 
 void EmbeddedRecordset::open(const std::string& source, CursorType cursorType, LockType lockType,
                              std::int32_t options) {
-  if (rows_) raiseAdo(AdoError::objectOpen);
-  if (detached_) raiseAdo(AdoError::invalidConnection);
+  requireClosed();
   take(runBatch(session_, statementOf(source, options, session_->catalogue()), {}, FirstRead::whenAsked));
-  readOnly_ = lockType == LockType::readOnly || lockType == LockType::unspecified;
-  const bool forward = cursorType == CursorType::forwardOnly || cursorType == CursorType::dynamic ||
-                       cursorType == CursorType::unspecified;
-  countless_ = location_ == CursorLocation::server && forward;
+  opened(cursorType, lockType);
 }
 
-void EmbeddedRecordset::close() {
-  requireOpen();
-  if (editMode_ != EditMode::none) raiseAdo(AdoError::illegalOperation);
-  take({});
-  rows_.reset();
+std::shared_ptr<Recordset> EmbeddedRecordset::nextRecordset() {
+  requireConnection();
+  if (later_.empty()) return nullptr;
+  return of(session_, {std::exchange(later_, {})});
 }
 
-void EmbeddedRecordset::setCursorLocation(CursorLocation location) {
-  if (location != CursorLocation::server && location != CursorLocation::client) raiseAdo(AdoError::invalidArgument);
-  location_ = location;
+const rowset::TextOrder& EmbeddedRecordset::textOrder() const {
+  return accountSetTextOrder();
 }
 
-void EmbeddedRecordset::requireOpen() const {
-  if (!rows_) raiseAdo(AdoError::objectClosed);
+bool EmbeddedRecordset::canSet(std::size_t column) const {
+  const auto& described = rows_->shape().columns[column];
+  return !described.column.empty() && !described.identity;
 }
 
-void EmbeddedRecordset::requireUpdatable() const {
-  requireOpen();
-  if (detached_) raiseAdo(AdoError::invalidConnection);
-  if (readOnly_ || !rows_->shape().hasRows()) raiseAdo(AdoError::featureNotAvailable);
+Value EmbeddedRecordset::editedValue(std::size_t column) const {
+  const auto& edit = edits_.at(column);
+  if (edit.isDocument) return rowset::joined(edit.chunks);
+  return toValue(cellOf(edit.value), typeOf(column));
 }
 
-bool EmbeddedRecordset::hasRow(std::size_t position) {
-  return filter_ ? position < visible_.size() : rows_->has(position);
+void EmbeddedRecordset::edit(std::size_t column, const Value& value) {
+  edits_.insert_or_assign(column, editOf(value, typeOf(column)));
 }
 
-std::size_t EmbeddedRecordset::count() {
-  return filter_ ? visible_.size() : rows_->readAll();
-}
-
-bool EmbeddedRecordset::bof() {
-  requireOpen();
-  return editMode_ != EditMode::add && !hasRow(0);
-}
-
-bool EmbeddedRecordset::eof() {
-  requireOpen();
-  return editMode_ != EditMode::add && !hasRow(position_);
-}
-
-std::int32_t EmbeddedRecordset::recordCount() {
-  requireOpen();
-  if (countless_) return -1;
-  putOwnRowsLast();
-  return static_cast<std::int32_t>(count());
-}
-
-// Rows that were added before any row was read stand behind all others, once the others are asked for.
-void EmbeddedRecordset::putOwnRowsLast() {
-  if (rows_) position_ += rows_->readBeforeOwn();
-}
-
-void EmbeddedRecordset::postPending() {
-  if (editMode_ != EditMode::none) update();
-}
-
-void EmbeddedRecordset::moveFirst() {
-  requireOpen();
-  postPending();
-  putOwnRowsLast();
-  if (!hasRow(0)) raiseAdo(AdoError::noCurrentRecord);
-  position_ = 0;
-}
-
-void EmbeddedRecordset::moveNext() {
-  requireOpen();
-  postPending();
-  putOwnRowsLast();
-  if (!hasRow(position_)) raiseAdo(AdoError::noCurrentRecord);
-  ++position_;
-}
-
-void EmbeddedRecordset::moveLast() {
-  requireOpen();
-  postPending();
-  putOwnRowsLast();
-  const auto rows = count();
-  if (rows == 0) raiseAdo(AdoError::noCurrentRecord);
-  position_ = rows - 1;
-}
-
-const std::vector<FieldInfo>& EmbeddedRecordset::fields() {
-  requireOpen();
-  return rows_->shape().fields;
-}
-
-std::size_t EmbeddedRecordset::fieldIndex(std::string_view name) const {
-  const auto& all = rows_->shape().fields;
-  const auto found =
-      std::find_if(all.begin(), all.end(), [&](const FieldInfo& field) { return tsql::sameName(field.name, name); });
-  if (found == all.end()) raiseAdo(AdoError::itemNotFound);
-  return static_cast<std::size_t>(found - all.begin());
-}
-
-std::size_t EmbeddedRecordset::currentRow(std::string_view source) {
-  if (!hasRow(position_)) raiseAdo(AdoError::noCurrentRecord, source);
-  const auto row = rowAt(position_);
-  rows_->setCurrent(row);
-  return row;
-}
-
-Value EmbeddedRecordset::pendingValue(std::size_t index) const {
-  const auto& edit = edits_.at(index);
-  if (edit.isDocument) return joined(edit);
-  return toValue(cellOf(edit.value), rows_->shape().columns[index].type);
-}
-
-Value EmbeddedRecordset::value(std::size_t index) {
-  requireOpen();
-  if (index >= rows_->shape().fields.size()) raiseAdo(AdoError::itemNotFound);
-  if (edits_.contains(index)) return pendingValue(index);
-  if (editMode_ == EditMode::add) return Null{};
-  return rows_->value(currentRow(fieldSource), index);
-}
-
-Value EmbeddedRecordset::value(std::string_view name) {
-  requireOpen();
-  return value(fieldIndex(name));
-}
-
-void EmbeddedRecordset::addNew() {
-  requireUpdatable();
-  postPending();
-  editMode_ = EditMode::add;
-}
-
-std::size_t EmbeddedRecordset::editedField(std::string_view name) {
-  requireUpdatable();
-  const auto index = fieldIndex(name);
-  if (editMode_ == EditMode::none) (void)currentRow(fieldSource);
-  const auto& column = rows_->shape().columns[index];
-  if (column.column.empty() || column.identity) throw doesNotFit();
-  return index;
-}
-
-void EmbeddedRecordset::setValue(std::string_view name, const Value& value) {
-  const auto index = editedField(name);
-  auto edit = editOf(value, rows_->shape().columns[index].type);
-  edits_.insert_or_assign(index, std::move(edit));
-  if (editMode_ == EditMode::none) editMode_ = EditMode::inProgress;
-}
-
-void EmbeddedRecordset::appendChunk(std::string_view name, const Value& chunk) {
-  const auto index = editedField(name);
-  const auto& type = rows_->shape().columns[index].type;
-  if (!type.isLong()) raiseAdo(AdoError::illegalOperation, fieldSource);
-  const auto before = edits_.find(index);
-  if (type.isBinary()) {
-    auto bytes = bytesOf(chunk);
-    if (!bytes) raiseAdo(AdoError::invalidArgument, fieldSource);
-    if (before == edits_.end() || !before->second.isDocument) {
-      edits_.insert_or_assign(index, editOf(*bytes, type));
-    } else {
-      before->second.chunks.push_back(std::move(*bytes));
-    }
-  } else {
-    auto text = toText(chunk);
-    if (before != edits_.end() && before->second.value.kind() == tsql::Kind::Text)
-      text.insert(0, before->second.value.text());
-    edits_.insert_or_assign(index, editOf(Value(std::move(text)), type));
+void EmbeddedRecordset::append(std::size_t column, const Value& chunk) {
+  const auto before = edits_.find(column);
+  if (typeOf(column).isBinary()) {
+    auto bytes = rowset::bytesOf(chunk);
+    if (!bytes) rowset::raiseAdo(AdoError::invalidArgument, fieldSource);
+    if (before == edits_.end() || !before->second.isDocument) return edit(column, Value(std::move(*bytes)));
+    before->second.chunks.push_back(std::move(*bytes));
+    return;
   }
-  if (editMode_ == EditMode::none) editMode_ = EditMode::inProgress;
-}
-
-void EmbeddedRecordset::update() {
-  requireOpen();
-  if (editMode_ == EditMode::none) return;
-  if (editMode_ == EditMode::add) {
-    postNew();
-  } else {
-    postChanges();
+  auto text = toText(chunk);
+  if (before != edits_.end() && before->second.value.kind() == tsql::Kind::Text) {
+    text.insert(0, before->second.value.text());
   }
-  editMode_ = EditMode::none;
-  edits_.clear();
+  edit(column, Value(std::move(text)));
 }
 
-void EmbeddedRecordset::postNew() {
+std::size_t EmbeddedRecordset::postNew() {
   const auto number = insertRow(*session_, rows_->shape(), edits_, rows_->sql(), *rows_);
   const auto row = rows_->addOwn(number);
   (void)rows_->reread(row);
-  if (filter_) {
-    visible_.push_back(row);
-    position_ = visible_.size() - 1;
-  } else {
-    position_ = row;
-  }
+  return row;
 }
 
-void EmbeddedRecordset::postChanges() {
-  const auto row = currentRow(recordsetSource);
+void EmbeddedRecordset::postChanges(std::size_t row) {
   updateRow(*session_, rows_->shape(), rows_->rowNumber(row), edits_, rows_->sql(), *rows_);
   (void)rows_->reread(row);
 }
 
-void EmbeddedRecordset::cancelUpdate() {
-  requireOpen();
-  editMode_ = EditMode::none;
-  edits_.clear();
+void EmbeddedRecordset::release() {
+  later_.clear();
+  rows_.reset();
 }
 
-void EmbeddedRecordset::setFilter(const std::string& criteria) {
-  requireOpen();
-  postPending();
-  putOwnRowsLast();
-  const bool none = criteria.find_first_not_of(' ') == std::string::npos;
-  if (none) {
-    if (!criteria.empty()) raiseAdo(AdoError::invalidArgument);
-    filter_.reset();
-    visible_.clear();
-    position_ = 0;
-    return;
-  }
-  rowset::Filter filter(criteria, rows_->shape().fields, accountSetTextOrder());
-  std::vector<std::size_t> visible;
-  const auto rows = rows_->readAll();
-  for (std::size_t row = 0; row < rows; ++row) {
-    if (filter.accepts([&](std::size_t column) { return rows_->value(row, column); })) visible.push_back(row);
-  }
-  filter_ = std::move(filter);
-  visible_ = std::move(visible);
-  position_ = 0;
-}
-
-void EmbeddedRecordset::detach() {
-  if (editMode_ != EditMode::none || (rows_ && location_ != CursorLocation::client))
-    raiseAdo(AdoError::illegalOperation);
+void EmbeddedRecordset::releaseConnection() {
   if (rows_) {
-    putOwnRowsLast();
+    readBeforeOwn();
     rows_->detach();
   }
   later_.clear();
-  detached_ = true;
   session_.reset();
-}
-
-std::shared_ptr<Recordset> EmbeddedRecordset::nextRecordset() {
-  if (detached_) raiseAdo(AdoError::invalidConnection);
-  if (later_.empty()) return nullptr;
-  return of(session_, {std::exchange(later_, {})});
 }
 
 }  // namespace tolvane::embedded

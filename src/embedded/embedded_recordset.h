@@ -2,20 +2,20 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "embedded/batch_run.h"
 #include "embedded/row_set.h"
 #include "embedded/row_writer.h"
 #include "platform/data_access.h"
-#include "rowset/filter.h"
+#include "rowset/client_recordset.h"
 
 namespace tolvane::embedded {
 
-class EmbeddedRecordset final : public Recordset {
+/// Rows are read as they are asked for, documents one by one.
+class EmbeddedRecordset final : public rowset::ClientRecordset {
  public:
   explicit EmbeddedRecordset(std::shared_ptr<Session> session) : session_(std::move(session)) {}
 
@@ -23,60 +23,38 @@ class EmbeddedRecordset final : public Recordset {
   [[nodiscard]] static std::shared_ptr<Recordset> of(std::shared_ptr<Session> session, BatchResult result);
 
   void open(const std::string& source, CursorType cursorType, LockType lockType, std::int32_t options) override;
-  void close() override;
-  [[nodiscard]] ObjectState state() const override { return rows_ ? ObjectState::open : ObjectState::closed; }
-  void setCursorLocation(CursorLocation location) override;
-
-  [[nodiscard]] bool bof() override;
-  [[nodiscard]] bool eof() override;
-  [[nodiscard]] std::int32_t recordCount() override;
-  void moveFirst() override;
-  void moveNext() override;
-  void moveLast() override;
-
-  [[nodiscard]] const std::vector<FieldInfo>& fields() override;
-  [[nodiscard]] Value value(std::size_t index) override;
-  [[nodiscard]] Value value(std::string_view name) override;
-
-  void addNew() override;
-  void setValue(std::string_view name, const Value& value) override;
-  void appendChunk(std::string_view name, const Value& chunk) override;
-  void update() override;
-  void cancelUpdate() override;
-  [[nodiscard]] EditMode editMode() const override { return editMode_; }
-
-  void setFilter(const std::string& criteria) override;
-  void detach() override;
   [[nodiscard]] std::shared_ptr<Recordset> nextRecordset() override;
 
  private:
+  [[nodiscard]] bool hasRows() const override { return rows_ != nullptr; }
+  [[nodiscard]] const std::vector<FieldInfo>& columns() const override { return rows_->shape().fields; }
+  [[nodiscard]] bool reaches(std::size_t row) override { return rows_->has(row); }
+  [[nodiscard]] std::size_t readAll() override { return rows_->readAll(); }
+  void readBeforeOwn() override { shift(rows_->readBeforeOwn()); }
+  [[nodiscard]] Value storedValue(std::size_t row, std::size_t column) override { return rows_->value(row, column); }
+  void setCurrent(std::size_t row) override { rows_->setCurrent(row); }
+  [[nodiscard]] const rowset::TextOrder& textOrder() const override;
+
+  [[nodiscard]] bool canPost() const override { return rows_->shape().hasRows(); }
+  [[nodiscard]] bool canSet(std::size_t column) const override;
+  [[nodiscard]] bool isLong(std::size_t column) const override { return typeOf(column).isLong(); }
+  [[nodiscard]] bool isEdited(std::size_t column) const override { return edits_.contains(column); }
+  [[nodiscard]] Value editedValue(std::size_t column) const override;
+  void edit(std::size_t column, const Value& value) override;
+  void append(std::size_t column, const Value& chunk) override;
+  void forgetEdits() override { edits_.clear(); }
+  [[nodiscard]] std::size_t postNew() override;
+  void postChanges(std::size_t row) override;
+
+  void release() override;
+  void releaseConnection() override;
+
   void take(BatchResult result);
-  void requireOpen() const;
-  void requireUpdatable() const;
-  [[nodiscard]] bool hasRow(std::size_t position);
-  [[nodiscard]] std::size_t count();
-  /// The current row's number among all rows; 3021 when there is none.
-  [[nodiscard]] std::size_t currentRow(std::string_view source);
-  [[nodiscard]] std::size_t rowAt(std::size_t position) const { return filter_ ? visible_[position] : position; }
-  [[nodiscard]] std::size_t fieldIndex(std::string_view name) const;
-  [[nodiscard]] std::size_t editedField(std::string_view name);
-  [[nodiscard]] Value pendingValue(std::size_t index) const;
-  void postPending();
-  void putOwnRowsLast();
-  void postNew();
-  void postChanges();
+  [[nodiscard]] const tsql::Type& typeOf(std::size_t column) const { return rows_->shape().columns[column].type; }
 
   std::shared_ptr<Session> session_;  // none after a detach
   std::shared_ptr<RowSet> rows_;      // none while closed
   std::vector<std::shared_ptr<RowSet>> later_;
-  CursorLocation location_ = CursorLocation::client;
-  bool countless_ = false;  // a server-side cursor that does not know how many rows there are
-  bool readOnly_ = true;
-  bool detached_ = false;
-  std::size_t position_ = 0;  // among the visible rows
-  std::optional<rowset::Filter> filter_;
-  std::vector<std::size_t> visible_;
-  EditMode editMode_ = EditMode::none;
   RowEdits edits_;
 };
 

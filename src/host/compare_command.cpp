@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <vector>
 
 #include "host/call_runner.h"
 #include "host/progress_display.h"
+#include "host/row_chunks.h"
 #include "host/shipped_tables.h"
 #include "host/usage_error.h"
 #include "host/utf8.h"
@@ -56,13 +58,14 @@ std::string cellText(const Value& value) {
 /// How often each row occurs, and what is different between the two sides of it.
 using Rows = std::map<std::string, std::int64_t>;
 
-Rows rowsOf(Connection& connection, const std::string& table, std::vector<FieldInfo> columns, std::int64_t& count) {
+Rows rowsOf(Connection& connection, const std::string& table, std::vector<FieldInfo> columns,
+            const std::string& condition, std::int64_t& count) {
   std::sort(columns.begin(), columns.end(),
             [](const FieldInfo& a, const FieldInfo& b) { return lowered(a.name) < lowered(b.name); });
   std::string names;
   for (const auto& column : columns) names += (names.empty() ? "" : ", ") + column.name;
   Rows rows;
-  const auto set = connection.execute("Select " + names + " From " + table);
+  const auto set = connection.execute("Select " + names + " From " + table + whereText(condition));
   for (; !set->eof(); set->moveNext()) {
     std::string line;
     for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -74,13 +77,21 @@ Rows rowsOf(Connection& connection, const std::string& table, std::vector<FieldI
   return rows;
 }
 
+std::vector<FieldInfo> commonColumns(const std::vector<FieldInfo>& one, const std::vector<FieldInfo>& other) {
+  std::vector<FieldInfo> common;
+  std::copy_if(one.begin(), one.end(), std::back_inserter(common), [&](const FieldInfo& column) {
+    return std::any_of(other.begin(), other.end(),
+                       [&](const FieldInfo& there) { return lowered(there.name) == lowered(column.name); });
+  });
+  return common;
+}
+
 struct Only {
   std::int64_t rows = 0;
   std::string first;
 };
 
-Only onlyIn(const Rows& one, const Rows& other) {
-  Only only;
+void addOnly(Only& only, const Rows& one, const Rows& other) {
   for (const auto& [line, count] : one) {
     const auto found = other.find(line);
     const auto more = count - (found == other.end() ? 0 : found->second);
@@ -88,7 +99,6 @@ Only onlyIn(const Rows& one, const Rows& other) {
     if (only.rows == 0) only.first = line.substr(0, longestShown);
     only.rows += more;
   }
-  return only;
 }
 
 class Comparison {
@@ -104,23 +114,29 @@ class Comparison {
       const auto inB = columnsOf(b_, table.name);
       if (inA.empty() && inB.empty()) continue;
       ++tables;
-      same = compare(table.name, inA, inB) && same;
+      same = compare(table, inA, inB) && same;
     }
     if (same) environment_.out << "The same: " << tables << " tables, " << grouped(rows_) << " rows.\n";
     return same;
   }
 
  private:
-  bool compare(const std::string& table, const std::vector<FieldInfo>& inA, const std::vector<FieldInfo>& inB) {
+  bool compare(const ShippedTable& shipped, const std::vector<FieldInfo>& inA, const std::vector<FieldInfo>& inB) {
+    const auto& table = shipped.name;
     if (inA.empty() || inB.empty()) {
       environment_.out << table << ": only in " << (inA.empty() ? "B" : "A") << ".\n";
       return false;
     }
+    Only onlyA;
+    Only onlyB;
     std::int64_t ignored = 0;
-    const auto a = rowsOf(a_, table, inA, rows_);
-    const auto b = rowsOf(b_, table, inB, ignored);
-    const auto onlyA = onlyIn(a, b);
-    const auto onlyB = onlyIn(b, a);
+    const auto count = toInt64(a_.execute("Select Count(*) From " + table)->value(std::size_t{0}));
+    for (const auto& chunk : rowChunks(a_, table, commonColumns(inA, inB), shipped.identity, count)) {
+      const auto a = rowsOf(a_, table, inA, chunk, rows_);
+      const auto b = rowsOf(b_, table, inB, chunk, ignored);
+      addOnly(onlyA, a, b);
+      addOnly(onlyB, b, a);
+    }
     if (onlyA.rows == 0 && onlyB.rows == 0) return true;
     environment_.out << table << ": " << grouped(onlyA.rows) << " rows only in A, " << grouped(onlyB.rows)
                      << " only in B.\n";

@@ -6,6 +6,7 @@
 
 #include "host/call_runner.h"
 #include "host/progress_display.h"
+#include "host/row_chunks.h"
 #include "host/shipped_tables.h"
 #include "host/usage_error.h"
 #include "host/utf8.h"
@@ -75,23 +76,28 @@ std::string insertText(const Job& job) {
   return text;
 }
 
+void copyRow(Recordset& rows, Connection& target, const Job& job, const std::string& text) {
+  const auto command = target.newCommand();
+  command->setCommandText(text);
+  command->setCommandTimeout(0);
+  for (std::size_t i = 0; i < job.columns.size(); ++i) {
+    const auto& column = job.columns[i];
+    command->appendParameter({column.type, ParameterDirection::input, std::max(column.definedSize, 0), rows.value(i)});
+  }
+  (void)command->execute();
+}
+
 void copyRows(Connection& source, Connection& target, const Job& job, std::int64_t& done, ProgressDisplay& progress) {
   target.execute("Delete From " + job.table.name);
   const auto text = insertText(job);
   std::string names;
   for (const auto& column : job.columns) names += (names.empty() ? "" : ", ") + column.name;
-  const auto rows = source.execute("Select " + names + " From " + job.table.name);
-  for (; !rows->eof(); rows->moveNext()) {
-    const auto command = target.newCommand();
-    command->setCommandText(text);
-    command->setCommandTimeout(0);
-    for (std::size_t i = 0; i < job.columns.size(); ++i) {
-      const auto& column = job.columns[i];
-      command->appendParameter(
-          {column.type, ParameterDirection::input, std::max(column.definedSize, 0), rows->value(i)});
+  for (const auto& chunk : rowChunks(source, job.table.name, job.columns, job.table.identity, job.rows)) {
+    const auto rows = source.execute("Select " + names + " From " + job.table.name + whereText(chunk));
+    for (; !rows->eof(); rows->moveNext()) {
+      copyRow(*rows, target, job, text);
+      progress.show(++done, job.table.name);
     }
-    (void)command->execute();
-    progress.show(++done, job.table.name);
   }
 }
 

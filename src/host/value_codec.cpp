@@ -267,7 +267,8 @@ class Writer {
     if (const auto* bytes = value.get<Bytes>()) return writeBytes(*bytes);
     if (const auto* array = value.array()) return writeArray(*array);
     if (value.isObject() && !value.isNothing()) return writeObject(value);
-    out_ << tracing::scalarToJson(value).dump(-1, ' ', false, Json::error_handler_t::replace);
+    out_ << tracing::scalarToJson(showSecrets_ ? value : tracing::maskValue(value))
+                .dump(-1, ' ', false, Json::error_handler_t::replace);
   }
 
  private:

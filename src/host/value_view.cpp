@@ -18,7 +18,7 @@ TextTable::Cell cellOf(std::string_view name, const Value& value, bool showSecre
     return {std::string(tracing::hidden), false, false};
   }
   const bool number = isNumeric(value) && value.type() != ValueType::string && !value.isEmpty() && !value.get<bool>();
-  return {shortText(value), number, value.isNull()};
+  return {shortText(showSecrets ? value : tracing::maskValue(value)), number, value.isNull()};
 }
 
 std::vector<std::string> keysOf(const ItemList& list) {
@@ -111,7 +111,8 @@ void printValue(std::ostream& out, const std::string& name, const Value& value, 
   const auto rows = value.objectAs<Recordset>();
   const bool openRows = rows && rows->state() == ObjectState::open;
   if (!bag && !list && !openRows && !value.array()) {
-    out << name << ": " << (value.isEmpty() ? "(empty)" : rows ? "(no rows)" : oneLine(shortText(value))) << '\n';
+    const auto shown = showSecrets ? value : tracing::maskValue(value);
+    out << name << ": " << (value.isEmpty() ? "(empty)" : rows ? "(no rows)" : oneLine(shortText(shown))) << '\n';
     return;
   }
   out << name << ":\n";

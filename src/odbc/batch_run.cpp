@@ -1,5 +1,6 @@
 #include "odbc/batch_run.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -25,6 +26,7 @@ class Run {
     auto outcome = parameters.execute(statement_, text_);
     while (outcome != SQL_NO_DATA || !stepped_) {
       if (SQL_SUCCEEDED(outcome)) {
+        if (outcome == SQL_SUCCESS_WITH_INFO) (void)remember([&] { session_.failIfReported(statement_, sql_); });
         takeResult();
       } else if (outcome != SQL_NO_DATA) {
         if (!remember([&] { session_.fail(statement_, sql_); })) break;
@@ -34,7 +36,8 @@ class Run {
       outcome = SQLMoreResults(statement_.get());
     }
     if (error_) throw *error_;
-    session_.giveBack(std::move(statement_));
+    // A driver keeps what a statement was given until the statement is given something else.
+    if (!options_.hasDocument()) session_.giveBack(std::move(statement_));
     return std::move(result_);
   }
 
@@ -49,7 +52,7 @@ class Run {
       const auto& state = error.database().sqlState;
       const bool over = state.starts_with("08") || state.starts_with("57") || state.starts_with("HYT") ||
                         state == "HY010" || state == "24000" || state == "HY008";
-      return !over && ++failures_ < mostFailures;
+      return !over && !session_.isLost() && ++failures_ < mostFailures;
     }
     return true;
   }
@@ -87,10 +90,15 @@ class Run {
 
 }  // namespace
 
+bool BatchOptions::hasDocument() const {
+  return std::any_of(parameters.begin(), parameters.end(),
+                     [](const ParameterValue& value) { return value.isDocument; });
+}
+
 BatchResult runBatch(Session& session, const std::string& sql, const BatchOptions& options) {
   const auto text = toWideOrRefuse(sql, "statement");
   return session.guarded(sql, [&] {
-    if (mayChangeTables(sql)) session.forgetKeys();
+    if (mayChangeTables(sql)) session.forgetTables();
     return Run(session, sql, text, options).run();
   });
 }

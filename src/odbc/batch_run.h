@@ -33,6 +33,8 @@ struct BatchOptions {
   std::int32_t timeout = defaultCommandTimeout;
   /// The first rows are those of this source, so that they can be posted to.
   const Source* source = nullptr;
+
+  [[nodiscard]] bool hasDocument() const;
 };
 
 /// Runs the text as it is. The driver may allow one open statement a connection, so all rows of all results are read

@@ -31,15 +31,21 @@ bool contains(std::string_view text, std::string_view part) {
          }) != text.end();
 }
 
-std::string written(std::string_view value) {
+// How a driver reads a closing brace inside braces.
+enum class InnerBrace { doubled, asItIs };
+
+std::string written(std::string_view key, std::string_view value, InnerBrace innerBrace) {
   // Not every driver takes braces, so they stand only where the text would mean something else without them.
-  const bool plain = value.find_first_of(";}") == std::string_view::npos && !value.starts_with('{') &&
-                     !value.starts_with(' ') && !value.ends_with(' ');
+  const bool plain = value.find(';') == std::string_view::npos && !value.starts_with('{') && !value.starts_with(' ') &&
+                     !value.ends_with(' ');
   if (plain) return std::string(value);
+  if (innerBrace == InnerBrace::asItIs && value.find("};") != std::string_view::npos) {
+    refuse("The data source's " + std::string(key) + " holds \"};\", which the driver FreeTDS cannot be given.");
+  }
   std::string braced = "{";
   for (const char c : value) {
     braced += c;
-    if (c == '}') braced += c;
+    if (c == '}' && innerBrace == InnerBrace::doubled) braced += c;
   }
   return braced + "}";
 }
@@ -72,10 +78,11 @@ ConnectionOptions connectionOptions(const DataSourceName& name) {
   const std::string driver = named ? name.get("Driver") : std::string(defaultDriver);
   const bool isFreeTds = contains(driver, "FreeTDS") || contains(driver, "tdsodbc");
   const bool portInServer = !isFreeTds && contains(driver, "SQL Server");
+  const auto innerBrace = isFreeTds ? InnerBrace::asItIs : InnerBrace::doubled;
   const auto port = name.get("Port");
   const auto add = [&](std::string_view key, std::string_view value) {
     if (!options.text.empty()) options.text += ';';
-    options.text += std::string(key) + "=" + written(value);
+    options.text += std::string(key) + "=" + written(key, value, innerBrace);
   };
   if (!named) add("Driver", driver);
   for (const auto& [key, value] : name.pairs()) {

@@ -21,10 +21,11 @@ struct ConnectionOptions {
 ///  - a driver of FreeTDS is asked for protocol 7.4 unless TDS_Version says otherwise: below 7.2 it loses text;
 ///  - the vendor's driver has no key Port, so Port goes into Server as "host,port";
 ///  - without DSN or Driver, the driver is FreeTDS.
-/// A value that holds a character of the text's own grammar stands in braces, a closing brace in it doubled.
+/// A value that holds a character of the text's own grammar stands in braces, a closing brace in it doubled; for
+/// FreeTDS it is not, because that driver takes braces up to the first "};" and everything between them as it stands.
 ///
-/// Error 5 for a time-out that is no number from 0 to 86400, for a TDS_Version below 7.2, and for a text that is not
-/// UTF-8.
+/// Error 5 for a time-out that is no number from 0 to 86400, for a TDS_Version below 7.2, for a value with "};" in it
+/// that FreeTDS is to be given, and for a text that is not UTF-8.
 [[nodiscard]] ConnectionOptions connectionOptions(const DataSourceName& name);
 
 }  // namespace tolvane::odbc

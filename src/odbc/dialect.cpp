@@ -6,8 +6,8 @@ namespace tolvane::odbc {
 namespace {
 
 const Dialect sqlServer{};
-const Dialect sqlite{IdentityReading::lastInsertRowId, NativeNumbers::other, '"', '"', false, false, false};
-const Dialect postgresql{IdentityReading::returning, NativeNumbers::other, '"', '"', false, false, false};
+const Dialect sqlite{IdentityReading::lastInsertRowId, NativeNumbers::other, '"', '"', false, false, false, false};
+const Dialect postgresql{IdentityReading::returning, NativeNumbers::other, '"', '"', false, false, false, false};
 
 }  // namespace
 

@@ -26,6 +26,8 @@ struct Dialect {
   bool countsInBatch = true;
   /// The driver has a type name for money, which it otherwise reports as a decimal.
   bool hasMoney = true;
+  /// The server cuts long values at a size that drivers set.
+  bool cutsLongValues = true;
 
   /// The server that the driver names. What is not known speaks TDS.
   [[nodiscard]] static const Dialect& of(std::string_view product);

@@ -54,10 +54,26 @@ constexpr std::array wordsRows{
     WordsRow{"timeout expired", oledb::abortLimitReached},
     WordsRow{"Timeout expired", oledb::abortLimitReached},
     WordsRow{"database is locked", oledb::unspecified},
+    // Servers that speak TDS over another database's engine hand on that engine's words.
+    WordsRow{"duplicate key value violates", oledb::integrityViolation},
+    WordsRow{"violates not-null constraint", oledb::integrityViolation},
+    WordsRow{"violates foreign key constraint", oledb::integrityViolation},
+    WordsRow{"violates check constraint", oledb::integrityViolation},
+    WordsRow{"value too long for type", oledb::dataOverflow},
+    WordsRow{"out of range", oledb::dataOverflow},
+    WordsRow{"invalid input syntax for type", oledb::cantConvertValue},
+    WordsRow{"permission denied", oledb::permissionDenied},
 };
 
 // What servers and drivers add to an error: "The statement has been terminated.", "Changed database context ...".
 constexpr std::array<std::int32_t, 3> notes{3621, 5701, 5703};
+
+// The database cannot be opened: why a log-in failed, behind or before the report that it did.
+constexpr std::array<std::int32_t, 2> logInReasons{4060, 4064};
+
+// FreeTDS reports a connection's end by words, under states of all kinds.
+constexpr std::array<std::string_view, 4> lossWords{"Unexpected EOF from the server", "Write to the server failed",
+                                                    "Read from the server failed", "DBPROCESS is dead"};
 
 std::optional<std::uint32_t> byState(std::string_view state) {
   const auto* row = std::find_if(stateRows.begin(), stateRows.end(),
@@ -67,6 +83,13 @@ std::optional<std::uint32_t> byState(std::string_view state) {
 }
 
 std::optional<std::uint32_t> byWords(std::string_view message) {
+  // "relation "t" does not exist", "table "t" does not exist"; of columns and functions the same is said.
+  const bool isTable =
+      message.find("relation \"") != std::string_view::npos || message.find("table \"") != std::string_view::npos;
+  if (isTable && message.find("\" does not exist") != std::string_view::npos &&
+      message.find("column \"") == std::string_view::npos) {
+    return oledb::noTable;
+  }
   const auto* row = std::find_if(wordsRows.begin(), wordsRows.end(), [&](const WordsRow& candidate) {
     return message.find(candidate.words) != std::string_view::npos;
   });
@@ -74,8 +97,18 @@ std::optional<std::uint32_t> byWords(std::string_view message) {
   return row->number;
 }
 
+bool saysLoss(const Diagnostic& diagnostic) {
+  // 57P01 to 57P03: a PostgreSQL server that is being stopped. HYT01: the connection's own time-out.
+  const auto& state = diagnostic.sqlState;
+  return state.starts_with("08") || state.starts_with("57P0") || state == "HYT01" ||
+         std::any_of(lossWords.begin(), lossWords.end(),
+                     [&](std::string_view words) { return diagnostic.message.find(words) != std::string::npos; });
+}
+
 bool isNote(const Diagnostic& diagnostic) {
-  return diagnostic.sqlState.starts_with("01") ||
+  if (saysLoss(diagnostic)) return false;
+  const auto& state = diagnostic.sqlState;
+  return state.starts_with("00") || state.starts_with("01") || state.starts_with("02") ||
          std::find(notes.begin(), notes.end(), diagnostic.nativeNumber) != notes.end();
 }
 
@@ -121,6 +154,7 @@ std::vector<Diagnostic> diagnosticsOf(SQLSMALLINT handleKind, SQLHANDLE handle) 
 }
 
 std::uint32_t oledbNumber(const Diagnostic& diagnostic, NativeNumbers numbers) {
+  if (saysLoss(diagnostic)) return oledb::unspecified;
   if (numbers == NativeNumbers::sqlServer && rowset::knowsNumber(diagnostic.nativeNumber)) {
     return rowset::oledbNumber(diagnostic.nativeNumber);
   }
@@ -143,16 +177,20 @@ std::string_view serverWords(std::string_view message) {
 
 const Diagnostic* decisive(const std::vector<Diagnostic>& diagnostics) {
   if (diagnostics.empty()) return nullptr;
+  const auto reason = std::find_if(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
+    return std::find(logInReasons.begin(), logInReasons.end(), diagnostic.nativeNumber) != logInReasons.end();
+  });
+  if (reason != diagnostics.end()) return &*reason;
   const auto found = std::find_if_not(diagnostics.begin(), diagnostics.end(), isNote);
   return found == diagnostics.end() ? &diagnostics.front() : &*found;
 }
 
+bool hidesFailure(const std::vector<Diagnostic>& diagnostics) {
+  return !std::all_of(diagnostics.begin(), diagnostics.end(), isNote);
+}
+
 bool saysConnectionLost(const std::vector<Diagnostic>& diagnostics) {
-  return std::any_of(diagnostics.begin(), diagnostics.end(), [](const Diagnostic& diagnostic) {
-    // 57P01 to 57P03: a PostgreSQL server that is being stopped. HYT01: the connection's own time-out.
-    return diagnostic.sqlState.starts_with("08") || diagnostic.sqlState.starts_with("57P0") ||
-           diagnostic.sqlState == "HYT01";
-  });
+  return std::any_of(diagnostics.begin(), diagnostics.end(), saysLoss);
 }
 
 AutomationError toAutomationError(const std::vector<Diagnostic>& diagnostics, NativeNumbers numbers,

@@ -36,6 +36,10 @@ enum class NativeNumbers { sqlServer, other };
 /// The report that says what went wrong; notes such as "the statement has been terminated" stand behind the errors.
 [[nodiscard]] const Diagnostic* decisive(const std::vector<Diagnostic>& diagnostics);
 
+/// Whether there is an error among reports that came with a success: drivers that fetch blocks of rows report so what
+/// happened behind the rows of the block.
+[[nodiscard]] bool hidesFailure(const std::vector<Diagnostic>& diagnostics);
+
 /// Whether the server is gone, so that the connection is of no more use.
 [[nodiscard]] bool saysConnectionLost(const std::vector<Diagnostic>& diagnostics);
 

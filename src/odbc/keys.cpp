@@ -10,8 +10,9 @@
 namespace tolvane::odbc {
 namespace {
 
-// Columns of the result sets of SQLPrimaryKeys and SQLStatistics.
+// Columns of the result sets of SQLPrimaryKeys, SQLColumns and SQLStatistics.
 constexpr SQLUSMALLINT keyColumnName = 4;
+constexpr SQLUSMALLINT typeName = 6;
 constexpr SQLUSMALLINT indexName = 6;
 constexpr SQLUSMALLINT indexType = 7;
 constexpr SQLUSMALLINT indexColumnName = 9;
@@ -77,6 +78,22 @@ std::vector<std::string> uniqueIndex(Session& session, const TableName& name) {
   return columns;
 }
 
+std::string identityColumn(Session& session, const TableName& name) {
+  auto statement = session.newStatement(defaultCommandTimeout);
+  std::string column;
+  if (SQL_SUCCEEDED(SQLColumnsW(statement.get(), orNone(name.catalogue), SQL_NTS, orNone(name.schema), SQL_NTS,
+                                sqlText(name.table), SQL_NTS, nullptr, 0))) {
+    while (fetch(statement)) {
+      auto candidate = textOf(statement, keyColumnName);
+      if (column.empty() && textOf(statement, typeName).find("identity") != std::string::npos) {
+        column = std::move(candidate);
+      }
+    }
+  }
+  session.giveBack(std::move(statement));
+  return column;
+}
+
 std::u16string lowered(std::u16string text) {
   for (auto& c : text) c = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
   return text;
@@ -97,6 +114,15 @@ std::vector<std::string> readKey(Session& session, const std::string& table) {
   }
   if (columns.empty()) columns = uniqueIndex(session, name);
   return columns;
+}
+
+std::string readIdentity(Session& session, const std::string& table) {
+  auto name = wideName(table);
+  if (name.table.empty()) return {};
+  auto column = identityColumn(session, name);
+  if (!column.empty()) return column;
+  name.table = lowered(name.table);
+  return identityColumn(session, name);
 }
 
 }  // namespace tolvane::odbc

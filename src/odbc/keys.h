@@ -13,4 +13,7 @@ class Session;
 /// statement ("t", "dbo.[t]"). Empty when the driver knows of none; catalogues may not be asked of every server.
 [[nodiscard]] std::vector<std::string> readKey(Session& session, const std::string& table);
 
+/// The column of which the driver's catalogue says that the server numbers it ("int identity"); empty without one.
+[[nodiscard]] std::string readIdentity(Session& session, const std::string& table);
+
 }  // namespace tolvane::odbc

@@ -64,4 +64,8 @@ std::shared_ptr<EngineConnection> OdbcEngine::open(const DataSourceName& name) {
   return connection;
 }
 
+void OdbcEngine::closeIdle() {
+  std::erase_if(keptByThisThread(), [](const Kept& kept) { return kept.connection.expired(); });
+}
+
 }  // namespace tolvane::odbc

@@ -16,6 +16,9 @@ class OdbcEngine final : public Engine {
   /// Every opening makes sure that the server still answers, and connects anew when it does not; in a transaction the
   /// loss is left to be an error. Raises the driver's or server's words with the data source's name in front.
   [[nodiscard]] std::shared_ptr<EngineConnection> open(const DataSourceName& name) override;
+
+  /// Ends this thread's kept connections that nobody uses; whoever drops a database needs it free.
+  static void closeIdle();
 };
 
 }  // namespace tolvane::odbc

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "rowset/documents.h"
+
 namespace tolvane::odbc {
 namespace {
 
@@ -40,8 +42,10 @@ std::size_t RowBuffer::addRow() {
   return row;
 }
 
-const Bytes& RowBuffer::document(std::size_t row, std::size_t column) const {
-  return documents_[static_cast<std::size_t>(cell(row, column).integer)];
+const Bytes& RowBuffer::document(std::size_t row, std::size_t column) {
+  auto& pieces = documents_[static_cast<std::size_t>(cell(row, column).integer)];
+  if (pieces.size() != 1) pieces = {rowset::joined(pieces)};
+  return pieces.front();
 }
 
 void RowBuffer::set(std::size_t row, std::size_t column, const Cell& cell) {
@@ -50,11 +54,11 @@ void RowBuffer::set(std::size_t row, std::size_t column, const Cell& cell) {
   if (cell.kind == Cell::Kind::text) kept.data = keep(cell.text());
 }
 
-void RowBuffer::set(std::size_t row, std::size_t column, Bytes document) {
+void RowBuffer::set(std::size_t row, std::size_t column, std::vector<Bytes> pieces) {
   auto& kept = cells_[row * columns_ + column];
   kept = Cell::ofInteger(static_cast<std::int64_t>(documents_.size()));
   kept.kind = Cell::Kind::document;
-  documents_.push_back(std::move(document));
+  documents_.push_back(std::move(pieces));
 }
 
 std::size_t RowBuffer::addCopy(const RowBuffer& from, std::size_t row) {
@@ -62,7 +66,7 @@ std::size_t RowBuffer::addCopy(const RowBuffer& from, std::size_t row) {
   for (std::size_t i = 0; i < columns_; ++i) {
     const auto& cell = from.cell(row, i);
     if (cell.kind == Cell::Kind::document) {
-      set(added, i, from.document(row, i));
+      set(added, i, from.documents_[static_cast<std::size_t>(cell.integer)]);
     } else {
       set(added, i, cell);
     }

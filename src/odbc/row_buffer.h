@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/bytes.h"
@@ -38,9 +39,13 @@ class RowBuffer {
   /// A row of nulls behind the others; gives its number.
   std::size_t addRow();
   [[nodiscard]] const Cell& cell(std::size_t row, std::size_t column) const { return cells_[row * columns_ + column]; }
-  [[nodiscard]] const Bytes& document(std::size_t row, std::size_t column) const;
+  /// Pieces are joined when the document is asked for.
+  [[nodiscard]] const Bytes& document(std::size_t row, std::size_t column);
   void set(std::size_t row, std::size_t column, const Cell& cell);
-  void set(std::size_t row, std::size_t column, Bytes document);
+  void set(std::size_t row, std::size_t column, Bytes document) {
+    set(row, column, std::vector<Bytes>{std::move(document)});
+  }
+  void set(std::size_t row, std::size_t column, std::vector<Bytes> pieces);
   /// Copies a row of another buffer of as many columns behind the own rows.
   std::size_t addCopy(const RowBuffer& from, std::size_t row);
   /// Puts a row behind all others.
@@ -54,7 +59,7 @@ class RowBuffer {
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t blockUsed_ = 0;
   std::size_t blockSize_ = 0;
-  std::vector<Bytes> documents_;  // a document's cell holds its place here
+  std::vector<std::vector<Bytes>> documents_;  // in pieces; a document's cell holds its place here
 };
 
 }  // namespace tolvane::odbc

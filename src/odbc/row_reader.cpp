@@ -143,6 +143,8 @@ class Reader {
       if (result == SQL_NO_DATA) return;
       if (!SQL_SUCCEEDED(result)) session_.fail(statement_, sql_);
       const std::size_t count = block_ > 1 ? static_cast<std::size_t>(fetched_) : 1;
+      // Before the rows: reading unbound columns reports anew.
+      if (result == SQL_SUCCESS_WITH_INFO) session_.failIfReported(statement_, sql_);
       for (std::size_t i = 0; i < count; ++i) takeRow(i);
     }
   }

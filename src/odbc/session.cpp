@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "odbc/keys.h"
 #include "odbc/wide_text.h"
@@ -47,6 +48,7 @@ void Session::connect() {
     SQLSetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_TIMEOUT, asPointer(options_.networkTimeout),
                        SQL_IS_UINTEGER);
   }
+  lost_ = false;
   const auto text = toWideOrRefuse(options_.text, "data-source name");
   result = SQLDriverConnectW(connection_.get(), nullptr, sqlText(text), static_cast<SQLSMALLINT>(text.size()), nullptr,
                              0, nullptr, SQL_DRIVER_NOPROMPT);
@@ -59,7 +61,19 @@ void Session::connect() {
   }
   connected_ = true;
   lost_ = false;
+  unproven_ = false;
   readFacts();
+  prepareServer();
+}
+
+// A driver's own settings may have the server cut long values, which nobody would notice.
+void Session::prepareServer() {
+  if (!dialect_->cutsLongValues) return;
+  auto statement = newStatement(options_.loginTimeout);
+  const std::u16string uncut = u"SET TEXTSIZE 2147483647";
+  // A server that does not know the option has nothing to cut by.
+  SQLExecDirectW(statement.get(), sqlText(uncut), SQL_NTS);
+  giveBack(std::move(statement));
 }
 
 void Session::disconnect() noexcept {
@@ -67,7 +81,11 @@ void Session::disconnect() noexcept {
   if (connected_) {
     // A driver does not disconnect in a transaction.
     if (inTransaction_ && !lost_) SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
-    SQLDisconnect(connection_.get());
+    if (!SQL_SUCCEEDED(SQLDisconnect(connection_.get()))) {
+      // The driver manager itself may still believe in a transaction, and then keeps the connection.
+      SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK);
+      SQLDisconnect(connection_.get());
+    }
   }
   connected_ = false;
   connection_ = {};
@@ -78,6 +96,10 @@ void Session::readFacts() {
   SQLSMALLINT bytes = 0;
   SQLGetInfoW(connection_.get(), SQL_DBMS_NAME, product.data(), sizeof product, &bytes);
   dialect_ = &Dialect::of(toUtf8(std::u16string_view(product.data())).value_or(""));
+  std::array<char16_t, 128> driver{};
+  SQLGetInfoW(connection_.get(), SQL_DRIVER_NAME, driver.data(), sizeof driver, &bytes);
+  // This one begins a transaction on the server at once; others when the first statement is sent.
+  beginningAsksServer_ = toUtf8(std::u16string_view(driver.data())).value_or("").find("tdsodbc") != std::string::npos;
   SQLUINTEGER extensions = 0;
   SQLGetInfoW(connection_.get(), SQL_GETDATA_EXTENSIONS, &extensions, sizeof extensions, nullptr);
   readsAnyColumn_ = (extensions & SQL_GD_ANY_COLUMN) != 0;
@@ -86,18 +108,39 @@ void Session::readFacts() {
 
 AutomationError Session::connectionError(std::string_view what) {
   const auto diagnostics = diagnosticsOf(SQL_HANDLE_DBC, connection_.get());
-  lost_ = lost_ || saysConnectionLost(diagnostics);
+  noteLoss(diagnostics);
   return toAutomationError(diagnostics, dialect_->numbers, what);
+}
+
+// A driver may report no more than "unknown error" for whatever is tried on a connection that has ended.
+void Session::noteLoss(const std::vector<Diagnostic>& diagnostics) {
+  lost_ = lost_ || saysConnectionLost(diagnostics) || (connected_ && isDead());
+}
+
+bool Session::isDead() const {
+  SQLUINTEGER dead = SQL_CD_FALSE;
+  const auto known = SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
+  return SQL_SUCCEEDED(known) && dead == SQL_CD_TRUE;
 }
 
 void Session::fail(const StatementHandle& statement, std::string_view sql) {
   const auto diagnostics = diagnosticsOf(SQL_HANDLE_STMT, statement.get());
-  lost_ = lost_ || saysConnectionLost(diagnostics);
+  noteLoss(diagnostics);
   throw toAutomationError(diagnostics, dialect_->numbers, sql);
 }
 
-void Session::requireUsable(std::string_view sql) const {
+void Session::failIfReported(const StatementHandle& statement, std::string_view sql) {
+  const auto diagnostics = diagnosticsOf(SQL_HANDLE_STMT, statement.get());
+  if (!hidesFailure(diagnostics)) return;
+  noteLoss(diagnostics);
+  throw toAutomationError(diagnostics, dialect_->numbers, sql);
+}
+
+void Session::requireUsable(std::string_view sql) {
   if (inTransaction_ && doomed_) throw transactionIsOver(sql);
+  if (std::exchange(unproven_, false) && !answers()) reconnect();
+  // A rollback that did not go through has ended the connection; nothing of it is left to be lost.
+  if (!connected_ && !lost_ && !inTransaction_) connect();
   if (!lost_ && connected_) return;
   AutomationError error(oledb::unspecified, std::string(rowset::databaseSource),
                         "The connection to " + publicName_ + " is lost. The next call opens it anew.");
@@ -110,15 +153,21 @@ void Session::recordFailure() {
   doomed_ = inTransaction_;
 }
 
+bool Session::tryAutoCommit(bool on) {
+  return SQL_SUCCEEDED(SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
+                                          asPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER));
+}
+
 void Session::setAutoCommit(bool on) {
-  const auto result = SQLSetConnectAttrW(connection_.get(), SQL_ATTR_AUTOCOMMIT,
-                                         asPointer(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF), SQL_IS_UINTEGER);
-  if (!SQL_SUCCEEDED(result)) throw connectionError(on ? "COMMIT TRANSACTION" : "BEGIN TRANSACTION");
+  if (!tryAutoCommit(on)) throw connectionError(on ? "COMMIT TRANSACTION" : "BEGIN TRANSACTION");
 }
 
 void Session::begin() {
+  constexpr std::string_view what = "BEGIN TRANSACTION";
   if (inTransaction_) throw AutomationError(AdoError::illegalOperation, std::string(rowset::connectionSource));
-  guarded("BEGIN TRANSACTION", [&] { setAutoCommit(false); });
+  // Nothing has been done on the connection yet, so whatever was lost with it is only the connection.
+  if (std::exchange(unproven_, false) && !tryAutoCommit(false)) reconnect();
+  guarded(what, [&] { setAutoCommit(false); });
   inTransaction_ = true;
   doomed_ = false;
 }
@@ -143,7 +192,7 @@ void Session::rollback() noexcept {
   if (!inTransaction_) return;
   inTransaction_ = false;
   doomed_ = false;
-  keys_.clear();
+  forgetTables();
   // With the connection everything in the transaction has gone; there is nothing left to undo.
   if (lost_) return;
   const bool undone = SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection_.get(), SQL_ROLLBACK)) ||
@@ -156,10 +205,7 @@ void Session::rollback() noexcept {
 }
 
 bool Session::answers() {
-  if (lost_ || !connected_) return false;
-  SQLUINTEGER dead = SQL_CD_FALSE;
-  const auto known = SQLGetConnectAttrW(connection_.get(), SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-  if (SQL_SUCCEEDED(known) && dead == SQL_CD_TRUE) return false;
+  if (lost_ || !connected_ || isDead()) return false;
   // Drivers know of a lost connection only when they use it.
   auto statement = newStatement(options_.loginTimeout);
   const std::u16string ping = u"SELECT 1";
@@ -169,9 +215,15 @@ bool Session::answers() {
 }
 
 void Session::ensureConnected() {
-  if (inTransaction_ || answers()) return;
+  if (inTransaction_) return;
+  if (lost_ || !connected_ || isDead()) return reconnect();
+  unproven_ = beginningAsksServer_;
+  if (!unproven_ && !answers()) reconnect();
+}
+
+void Session::reconnect() {
   disconnect();
-  keys_.clear();
+  forgetTables();
   doomed_ = false;
   connect();
 }
@@ -205,6 +257,18 @@ const std::vector<std::string>& Session::keyOf(const std::string& table) {
   if (known != keys_.end()) return known->second;
   auto key = readKey(*this, table);
   return keys_.insert_or_assign(table, std::move(key)).first->second;
+}
+
+const std::string& Session::identityOf(const std::string& table) {
+  const auto known = identities_.find(table);
+  if (known != identities_.end()) return known->second;
+  auto identity = readIdentity(*this, table);
+  return identities_.insert_or_assign(table, std::move(identity)).first->second;
+}
+
+void Session::forgetTables() {
+  keys_.clear();
+  identities_.clear();
 }
 
 }  // namespace tolvane::odbc

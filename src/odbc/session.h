@@ -39,8 +39,9 @@ class Session {
   void rollback() noexcept;
   [[nodiscard]] bool inTransaction() const { return inTransaction_; }
 
-  /// Asks the server whether the connection still stands and opens it anew when not. In a transaction it does nothing:
-  /// there the loss must be an error.
+  /// Makes sure that the connection still stands before anything is done on it, and opens it anew when not. In a
+  /// transaction it does nothing: there the loss must be an error. Where beginning a transaction asks the server, the
+  /// first thing done on the connection is what finds out.
   void ensureConnected();
 
   /// A statement handle ready for a text, with the time it may take.
@@ -64,20 +65,32 @@ class Session {
 
   /// Raises the error that a function reported for a statement.
   [[noreturn]] void fail(const StatementHandle& statement, std::string_view sql);
+  /// Raises what a function reported that did not fail, if there is an error in it.
+  void failIfReported(const StatementHandle& statement, std::string_view sql);
 
   /// Columns of a table's primary key, or else of its first unique index without nullable columns; empty without one.
   [[nodiscard]] const std::vector<std::string>& keyOf(const std::string& table);
+  /// The table's identity column as the driver's catalogue knows it, for servers that do not say it of a result; empty
+  /// without one.
+  [[nodiscard]] const std::string& identityOf(const std::string& table);
   /// Statements that may change tables make what is known about them old.
-  void forgetKeys() { keys_.clear(); }
+  void forgetTables();
 
   [[nodiscard]] std::uint64_t failures() const { return failures_; }
+  /// The server is gone; nothing more can come from a statement.
+  [[nodiscard]] bool isLost() const { return lost_; }
 
  private:
   void connect();
   void disconnect() noexcept;
   void readFacts();
+  void prepareServer();
   void setAutoCommit(bool on);
-  void requireUsable(std::string_view sql) const;
+  [[nodiscard]] bool tryAutoCommit(bool on);
+  void reconnect();
+  void requireUsable(std::string_view sql);
+  void noteLoss(const std::vector<Diagnostic>& diagnostics);
+  [[nodiscard]] bool isDead() const;
   void recordFailure();
   [[nodiscard]] bool answers();
   [[nodiscard]] AutomationError connectionError(std::string_view what);
@@ -92,10 +105,13 @@ class Session {
   bool readsBoundColumns_ = false;
   bool connected_ = false;
   bool lost_ = false;
+  bool beginningAsksServer_ = false;
+  bool unproven_ = false;  // nothing has been done on the connection in this call
   bool inTransaction_ = false;
   bool doomed_ = false;
   std::uint64_t failures_ = 0;
   std::map<std::string, std::vector<std::string>> keys_;
+  std::map<std::string, std::string> identities_;
 };
 
 }  // namespace tolvane::odbc

@@ -137,7 +137,9 @@ class SelectReader {
     skipTop();
     std::vector<std::string> columns;
     bool all = false;
+    const auto listAt = at_;
     if (!readList(columns, all)) return;
+    const auto listEnd = tokens_[at_ - 1].start;
     const auto table = readName();
     if (table.empty()) return;
     skipAlias();
@@ -146,6 +148,8 @@ class SelectReader {
     if (!readRest(where)) return;
     source_.table = table;
     source_.head = text_.substr(0, headEnd);
+    source_.listStart = tokens_[listAt].start;
+    source_.listEnd = listEnd;
     source_.hasWhere = where;
     source_.allColumns = all;
     source_.columns = std::move(columns);
@@ -262,6 +266,15 @@ std::string_view trimmed(std::string_view text) {
 }
 
 }  // namespace
+
+bool Source::isWholeTable() const {
+  return !table.empty() && !hasWhere &&
+         std::none_of(columns.begin(), columns.end(), [](const std::string& column) { return column.empty(); });
+}
+
+std::string Source::withList(const std::string& list) const {
+  return statement.substr(0, listStart) + list + ' ' + statement.substr(listEnd);
+}
 
 Source readSource(const std::string& source, bool isTable) {
   Source result;

@@ -17,10 +17,19 @@ struct Source {
   std::string table;
   /// Without WHERE and ORDER BY: "SELECT ... FROM t", which describes the columns without reading rows.
   std::string head;
+  std::size_t listStart = 0;  ///< where the statement's list of columns begins, and the FROM behind it
+  std::size_t listEnd = 0;
   bool hasWhere = false;
   bool allColumns = false;  ///< the list is "*"
   /// For a list of columns: the table's column that each one is, as written; empty for a computed one.
   std::vector<std::string> columns;
+
+  /// Whether "head WHERE 1 = 0" has no row and the columns of the statement: rows of a whole table, none of whose
+  /// columns is computed. An aggregate has a row even then.
+  [[nodiscard]] bool isWholeTable() const;
+
+  /// The same rows with other columns: the statement with another list.
+  [[nodiscard]] std::string withList(const std::string& list) const;
 };
 
 /// `isTable` says that the text is a table's name; otherwise a text that is one name is taken for a table too, as ADO

@@ -6,6 +6,7 @@
 #include "odbc/wide_text.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
+#include "rowset/documents.h"
 #include "rowset/utf8.h"
 
 namespace tolvane::odbc {
@@ -188,28 +189,19 @@ Value toValue(const Cell& cell, const Column& column) {
   return Null{};
 }
 
-Value toValue(const RowBuffer& rows, std::size_t row, std::size_t index, const Column& column) {
+Value toValue(RowBuffer& rows, std::size_t row, std::size_t index, const Column& column) {
   const auto& cell = rows.cell(row, index);
   if (cell.kind == Cell::Kind::document) return rows.document(row, index);
   return toValue(cell, column);
 }
 
-Bytes bytesOf(const Value& value) {
-  if (const auto* bytes = value.get<Bytes>()) return *bytes;
-  const auto* array = value.array();
-  if (!array || array->bounds.size() != 1 || array->elementType != ValueType::byte) cannotConvert();
-  std::vector<std::uint8_t> bytes;
-  bytes.reserve(array->elements.size());
-  for (const auto& element : array->elements) bytes.push_back(toByte(element));
-  return Bytes(std::move(bytes));
-}
-
 Value assigned(const Value& value, const Column& column) {
   if (value.isNull() || value.isEmpty()) return Null{};
   if (column.isBinary()) {
-    auto bytes = bytesOf(value);
-    if (!column.isLong() && bytes.size() > static_cast<std::size_t>(column.size)) throw rowset::doesNotFit();
-    return bytes;
+    auto bytes = rowset::bytesOf(value);
+    if (!bytes) cannotConvert();
+    if (!column.isLong() && bytes->size() > static_cast<std::size_t>(column.size)) throw rowset::doesNotFit();
+    return *bytes;
   }
   if (value.isMissing() || value.isObject() || value.isArray() || value.get<Bytes>() || value.get<ErrorCode>())
     cannotConvert();

@@ -11,14 +11,11 @@ namespace tolvane::odbc {
 [[nodiscard]] Value toValue(const Cell& cell, const Column& column);
 
 /// The value of a column, from a buffer.
-[[nodiscard]] Value toValue(const RowBuffer& rows, std::size_t row, std::size_t index, const Column& column);
+[[nodiscard]] Value toValue(RowBuffer& rows, std::size_t row, std::size_t index, const Column& column);
 
 /// A value as the column's own type. Raises 3421 when it cannot be converted, 80040E21h when it can but does not fit.
 /// Null and Empty are Null: whether the column takes it, the table says.
 [[nodiscard]] Value assigned(const Value& value, const Column& column);
-
-/// The bytes of a document given as bytes or as an array of byte values; 3421 when it is neither.
-[[nodiscard]] Bytes bytesOf(const Value& value);
 
 /// Puts an assigned value into a row.
 void store(RowBuffer& rows, std::size_t row, std::size_t index, const Value& value);

@@ -44,6 +44,8 @@ constexpr std::array numberRows{
     NumberRow{8134, oledb::errorsInCommand, "22012"},
     NumberRow{512, oledb::errorsInCommand, "21000"},
     NumberRow{229, oledb::permissionDenied, "42000"},
+    NumberRow{18456, oledb::authenticationFailed, "28000"},
+    NumberRow{4060, oledb::unspecified, "42000"},
     NumberRow{1205, oledb::unspecified, "40001"},
     NumberRow{3902, oledb::unspecified, "25000"},
     NumberRow{3903, oledb::unspecified, "25000"},

@@ -27,7 +27,7 @@ struct Token {
   TokenKind kind = TokenKind::mark;
   std::size_t start = 0;
   std::size_t end = 0;
-  std::string word;  ///< a word in lower case, a mark as it is
+  std::string word;  ///< a word in lower case, a mark as it is, a text without its apostrophes
 };
 
 bool isWordCharacter(char c) {
@@ -50,7 +50,7 @@ std::optional<std::vector<Token>> tokenize(const std::string& sql) {
       if (i >= sql.size()) return std::nullopt;
       ++i;
       if (i < sql.size() && isWordCharacter(sql[i])) return std::nullopt;
-      tokens.push_back({TokenKind::text, start, i, {}});
+      tokens.push_back({TokenKind::text, start, i, sql.substr(start + 1, i - start - 2)});
     } else if (isWordCharacter(sql[i])) {
       while (i < sql.size() && isWordCharacter(sql[i])) ++i;
       tokens.push_back({TokenKind::word, start, i, lowered(std::string_view(sql).substr(start, i - start))});
@@ -77,10 +77,21 @@ class SecretFinder {
         readComparison();
       }
     }
+    addConnectionTexts();
     return std::move(secrets_);
   }
 
  private:
+  void addConnectionTexts() {
+    for (const auto& token : tokens_) {
+      if (token.kind == TokenKind::text && holdsPassword(token.word)) secrets_.push_back(token);
+    }
+    const auto before = [](const Token& a, const Token& b) { return a.start < b.start; };
+    const auto same = [](const Token& a, const Token& b) { return a.start == b.start; };
+    std::sort(secrets_.begin(), secrets_.end(), before);
+    secrets_.erase(std::unique(secrets_.begin(), secrets_.end(), same), secrets_.end());
+  }
+
   bool isWord(std::size_t i, std::string_view word) const {
     return i < tokens_.size() && tokens_[i].kind == TokenKind::word && tokens_[i].word == word;
   }
@@ -141,9 +152,22 @@ class SecretFinder {
   std::vector<Token> secrets_;
 };
 
-bool mayHoldSecret(const std::string& lower) {
+bool namesSecret(const std::string& lower) {
   return lower.find(secretColumn) != std::string::npos ||
          (lower.find(secretTable) != std::string::npos && lower.find("insert") != std::string::npos);
+}
+
+/// Whether a key of a password stands anywhere in the text: behind a ";", an apostrophe or at the beginning.
+bool hasPasswordKey(std::string_view lower) {
+  for (const std::string_view key : {"pwd", "password"}) {
+    for (auto at = lower.find(key); at != std::string_view::npos; at = lower.find(key, at + 1)) {
+      const auto before = lower.substr(0, at).find_last_not_of(" \t");
+      const bool begins = before == std::string_view::npos || lower[before] == ';' || lower[before] == '\'';
+      const auto behind = lower.find_first_not_of(" \t", at + key.size());
+      if (begins && behind != std::string_view::npos && lower[behind] == '=') return true;
+    }
+  }
+  return false;
 }
 
 /// Up to the first text of the statement that may be a password or a part of one.
@@ -159,7 +183,9 @@ bool isSecretName(std::string_view name) {
 }
 
 std::string maskSql(const std::string& sql) {
-  if (!mayHoldSecret(lowered(sql))) return sql;
+  const auto lower = lowered(sql);
+  const bool hasConnectionText = hasPasswordKey(lower);
+  if (!hasConnectionText && !namesSecret(lower)) return sql;
   const auto tokens = tokenize(sql);
   const auto secrets = tokens ? SecretFinder(*tokens).find() : std::nullopt;
   if (!secrets) return cutOff(sql);
@@ -174,7 +200,7 @@ std::string maskSql(const std::string& sql) {
 }
 
 bool hasSecretParameters(const std::string& sql) {
-  return mayHoldSecret(lowered(sql));
+  return namesSecret(lowered(sql));
 }
 
 std::string maskDsn(const std::string& dsn) {
@@ -186,6 +212,15 @@ std::string maskDsn(const std::string& dsn) {
     // Where the password ends in a malformed name nobody can tell.
     return std::string(hidden);
   }
+}
+
+bool holdsPassword(std::string_view text) {
+  return hasPasswordKey(lowered(text));
+}
+
+Value maskValue(const Value& value) {
+  const auto* text = value.get<std::string>();
+  return text && holdsPassword(*text) ? Value(maskDsn(*text)) : value;
 }
 
 }  // namespace tolvane::tracing

@@ -44,11 +44,13 @@ class Tracer {
   [[nodiscard]] std::string sql(const std::string& text) const { return showSecrets_ ? text : maskSql(text); }
   [[nodiscard]] std::string dsn(const std::string& text) const { return showSecrets_ ? text : maskDsn(text); }
   [[nodiscard]] Json field(std::string_view name, const Value& value) const {
-    return !showSecrets_ && isSecretName(name) ? Json(hidden) : traceToJson(value);
+    return !showSecrets_ && isSecretName(name) ? Json(hidden) : shown(value);
   }
   [[nodiscard]] Json parameter(const std::string& statement, const Value& value) const {
-    return !showSecrets_ && hasSecretParameters(statement) ? Json(hidden) : traceToJson(value);
+    return !showSecrets_ && hasSecretParameters(statement) ? Json(hidden) : shown(value);
   }
+
+  [[nodiscard]] Json shown(const Value& value) const { return traceToJson(showSecrets_ ? value : maskValue(value)); }
 
   void write(const Json& line) { sink_.write(line.dump(-1, ' ', false, Json::error_handler_t::replace)); }
 

@@ -145,6 +145,12 @@ StatementPtr Parser::createTable() {
 void Parser::definitionItem(tree::StatementNode& statement) {
   Constraint found;
   if (constraint(found)) {
+    const bool needsColumns = found.kind != Constraint::Kind::Default && found.kind != Constraint::Kind::Check;
+    if (needsColumns && found.columns.empty()) {
+      throw SqlError(8135, 16,
+                     "Table level constraint does not specify column list, table '" + statement.table.name + "'.")
+          .at(lineOf(batch_, found.token));
+    }
     statement.constraints.push_back(std::move(found));
   } else {
     statement.definitions.push_back(columnDefinition());

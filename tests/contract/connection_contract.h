@@ -67,8 +67,10 @@ TEST_P(DataAccessContract, ErrorsCarryTheServersWordsNumberAndTheTextThatWasSent
   TOLVANE_ASKS_FOR(tellsDatabaseDetail);
   const auto error = errorOf([&] { run("select Nme from People"); });
   EXPECT_EQ(error.number(), oledb::errorsInCommand);
-  EXPECT_EQ(error.description(), "Invalid column name 'Nme'.");
-  EXPECT_EQ(error.database().nativeNumber, 207);
+  if (engine_->deviations().errorsAreSqlServers) {
+    EXPECT_EQ(error.description(), "Invalid column name 'Nme'.");
+    EXPECT_EQ(error.database().nativeNumber, 207);
+  }
   EXPECT_EQ(error.database().sql, "select Nme from People");
 }
 
@@ -108,6 +110,7 @@ TEST_P(DataAccessContract, ServerErrorsHaveAdosNumbers) {
     SCOPED_TRACE(expected.sql);
     const auto error = errorOf([&] { run(expected.sql); });
     EXPECT_EQ(error.number(), expected.number);
+    if (!engine_->deviations().errorsAreSqlServers) continue;
     if (engine_->deviations().tellsDatabaseDetail) {
       EXPECT_EQ(error.database().nativeNumber, expected.native);
     }

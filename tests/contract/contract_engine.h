@@ -27,6 +27,9 @@ struct Deviations {
   /// The database takes T-SQL's functions and batches and answers with SQL Server's numbers and words. Where not, the
   /// tests of those are for other engines.
   bool speaksTransactSql = true;
+  /// Errors have SQL Server's own numbers and words. Servers that speak T-SQL over another database's engine may have
+  /// numbers and words of their own; ADO's number is the same.
+  bool errorsAreSqlServers = true;
   /// The database has SQL Server's column types.
   bool hasSqlServerTypes = true;
   /// Several statements are sent as one text.

@@ -308,6 +308,30 @@ TEST_P(DataAccessContract, ARowThatIsGoneCannotBeUpdated) {
   expectDatabase(oledb::concurrencyViolation, [&] { rows->update(); });
 }
 
+TEST_P(DataAccessContract, ASetWithoutTheTablesKeyChangesItsOwnRowAlone) {
+  addThree();
+  run("update People set Age = 1");
+  const auto rows = opened("select Age from People where Id > 1");
+  rows->setValue("Age", Value(std::int32_t{9}));
+  rows->update();
+  EXPECT_EQ(scalar("select count(*) from People where Age = 9"), "1");
+  EXPECT_EQ(scalar("select Id from People where Age = 9"), "2");
+}
+
+TEST_P(DataAccessContract, AnAggregateOpenedForChangesHasItsRow) {
+  addThree();
+  EXPECT_EQ(opened("select max(Age) as Oldest from People")->value("Oldest"), Value(std::int32_t{40}));
+}
+
+TEST_P(DataAccessContract, AnEmptyTextIsADocumentWithoutBytes) {
+  const auto rows = opened("People");
+  rows->addNew();
+  rows->setValue("Name", Value("Ann"));
+  rows->setValue("Photo", Value(""));
+  rows->update();
+  EXPECT_EQ(run("select Photo from People")->value("Photo"), Value(Bytes()));
+}
+
 TEST_P(DataAccessContract, ChunksMakeOneDocumentAndReplaceTheOneBefore) {
   run("insert into People (Name, Photo) values (N'Ann', 0x0909)");
   const auto rows = opened("select Name, Photo, Note from People");
@@ -337,6 +361,7 @@ TEST_P(DataAccessContract, ChunksAreForLongFieldsOnly) {
   const auto rows = opened("People");
   rows->addNew();
   expectAdo(AdoError::illegalOperation, [&] { rows->appendChunk("Name", Value("x")); });
+  expectAdo(AdoError::invalidArgument, [&] { rows->appendChunk("Photo", Value("x")); });
   rows->cancelUpdate();
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/program.h"
+#include "tds_server/tds_server.h"
 
 namespace tolvane::host::testing {
 namespace {
@@ -34,6 +35,23 @@ TEST(DoctorCommandTest, WhatIsMissingIsNamed) {
   EXPECT_NE(examined.out.find("WRONG    user: User 77 is not a user"), std::string::npos);
 }
 
+TEST(DoctorCommandTest, OnAServerThereIsAnAdviceForWhateverIsWrong) {
+  const Workplace place;
+  tds::TdsServer server;
+  server.state().createDatabase("books");
+  const auto examined = [&](const std::string& dsn) { return place.run({"doctor", "--dsn", dsn}).out; };
+  EXPECT_NE(examined(server.dsn("books")).find("the database holds no account set; \"tolvane init"), std::string::npos);
+  ASSERT_EQ(place.run({"init", "--dsn", server.dsn("books"), "--sample=demo"}).status, 0);
+  EXPECT_EQ(place.run({"doctor", "--dsn", server.dsn("books")}).status, 0);
+  EXPECT_NE(examined(server.dsn("nowhere")).find("The database is not there, or"), std::string::npos);
+  const auto dsn = server.dsn("books");
+  const std::string user = tds::TdsServer::user;
+  EXPECT_NE(examined(std::string(dsn).replace(dsn.find(user), user.size(), "nobody")).find("The login was refused"),
+            std::string::npos);
+  server.stop();
+  EXPECT_NE(examined(dsn).find("The server cannot be reached"), std::string::npos);
+}
+
 TEST(DoctorCommandTest, EveryCauseHasItsAdvice) {
   struct Case {
     const char* state;
@@ -46,7 +64,7 @@ TEST(DoctorCommandTest, EveryCauseHasItsAdvice) {
       {"08001", "Unable to connect: Adaptive Server is unavailable or does not exist", "The server cannot be reached"},
       {"08001", "connection to server at \"h\" failed: Connection refused", "Nothing answers"},
       {"42000", "Login failed for user 'u'.", "The login was refused"},
-      {"42000", "Cannot open database \"x\" requested by the login.", "The database is not there, or"},
+      {"42000", "Cannot open database \"x\" requested by the login. The login failed.", "The database is not there, or"},
       {"08001", "database \"x\" does not exist", "The database is not there: check"},
       {"HYT00", "Login timeout expired", "The server did not answer in time"},
       {"28000", "?", "The login was refused"},

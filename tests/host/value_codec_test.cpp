@@ -88,6 +88,12 @@ TEST(ValueCodecTest, RecordSetsShowColumnsAndRows) {
   EXPECT_EQ(written(std::make_shared<testing::FakeRecordset>(script)), R"({"$recordset":{"fields":[],"rows":[]}})");
 }
 
+TEST(ValueCodecTest, ThePasswordOfAConnectionTextIsHidden) {
+  const Value text("Driver=FreeTDS;PWD=secret;Port=1433");
+  EXPECT_EQ(written(text), "\"Driver=FreeTDS;PWD=***;Port=1433\"");
+  EXPECT_EQ(written(text, true), "\"Driver=FreeTDS;PWD=secret;Port=1433\"");
+}
+
 TEST(ValueCodecTest, PasswordsAreHiddenInBagsAndRecordSets) {
   const auto bag = std::make_shared<standalone::Dictionary>();
   bag->set("FMPassWord", "secret");

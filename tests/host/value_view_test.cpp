@@ -51,6 +51,13 @@ TEST(ValueViewTest, PrintsBagsKeyByKeyAndHidesPasswords) {
   EXPECT_NE(printed(account, true).find("secret"), std::string::npos);
 }
 
+TEST(ValueViewTest, HidesThePasswordOfAConnectionText) {
+  const Value text("Driver=FreeTDS;PWD=secret;Port=1433");
+  EXPECT_EQ(printed(text), "result: Driver=FreeTDS;PWD=***;Port=1433\n");
+  EXPECT_EQ(printed(bag({{"FPropsString", text}})).find("secret"), std::string::npos);
+  EXPECT_NE(printed(bag({{"FPropsString", text}}), true).find("secret"), std::string::npos);
+}
+
 TEST(ValueViewTest, PrintsRecordSetsFromTheirFirstRow) {
   testing::Answer answer{{{"n", DataType::integer, 4, false}}, {{std::int32_t{1}}, {std::int32_t{2}}}, 0};
   const auto rows = std::make_shared<testing::FakeRecordset>(std::make_shared<testing::Script>(), answer);

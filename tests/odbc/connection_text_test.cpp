@@ -37,11 +37,19 @@ TEST(ConnectionTextTest, KeysGoToTheDriverAsTheyStandButThoseOfTheCaller) {
 TEST(ConnectionTextTest, ValuesWithTheTextsOwnCharactersStandInBraces) {
   const std::pair<const char*, const char*> table[] = {
       {"Engine=odbc;Driver=SQLite3;PWD={a;b}", "Driver=SQLite3;PWD={a;b}"},
-      {"Engine=odbc;Driver=SQLite3;PWD={a}}b}", "Driver=SQLite3;PWD={a}}b}"},
+      {"Engine=odbc;Driver=SQLite3;PWD={a}};b}", "Driver=SQLite3;PWD={a}};b}"},
+      {"Engine=odbc;Driver=SQLite3;PWD={a}}b}", "Driver=SQLite3;PWD=a}b"},
       {"Engine=odbc;Driver=SQLite3;PWD=a=b", "Driver=SQLite3;PWD=a=b"},
       {"Engine=odbc;Driver=SQLite3;PWD={ a}", "Driver=SQLite3;PWD={ a}"},
   };
   for (const auto& [name, text] : table) EXPECT_EQ(textOf(name), text);
+}
+
+TEST(ConnectionTextTest, FreeTdsTakesABraceInsideBracesAsItStands) {
+  EXPECT_EQ(textOf("Driver=FreeTDS;PWD={a}}b;c};TDS_Version=7.4"), "Driver=FreeTDS;PWD={a}b;c};TDS_Version=7.4");
+  EXPECT_EQ(textOf("Driver=FreeTDS;PWD={a;b}}};TDS_Version=7.4"), "Driver=FreeTDS;PWD={a;b}};TDS_Version=7.4");
+  EXPECT_EQ(refusalOf("Driver=FreeTDS;PWD={a}};b}"),
+            "The data source's PWD holds \"};\", which the driver FreeTDS cannot be given.");
 }
 
 TEST(ConnectionTextTest, TimeOutsHaveValuesAndCanBeSet) {

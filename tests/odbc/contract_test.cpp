@@ -88,15 +88,21 @@ class ServerContractEngine final : public ContractEngine {
   std::shared_ptr<EngineConnection> connect() override {
     return odbc::OdbcEngine().open(DataSourceName::parse(std::getenv("TOLVANE_TEST_DSN")));
   }
-  [[nodiscard]] Deviations deviations() const override { return {.errorsEndTransactions = true}; }
+  [[nodiscard]] Deviations deviations() const override {
+    return {.errorsAreSqlServers = isSqlServer_, .errorsEndTransactions = true};
+  }
 
  private:
   void clear() {
     const auto connection = connect();
+    const auto error = errorOf([&] { connection->execute("select * from Nowhere"); });
+    isSqlServer_ = error.description() == "Invalid object name 'Nowhere'.";
     for (const char* table : {"People", "Other"}) {
       connection->execute("if object_id('" + std::string(table) + "') is not null drop table " + table);
     }
   }
+
+  bool isSqlServer_ = true;
 };
 
 template <typename Engine>

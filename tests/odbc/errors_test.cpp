@@ -23,6 +23,12 @@ TEST(ErrorsTest, TheServersNumberDecidesBeforeTheStateAndTheStateBeforeTheWords)
       {{"23000", 33557097, "duplicate"}, 0x80040E2F},
       {{"42000", 33557097, "Invalid object name 't'."}, 0x80040E37},
       {{"42000", 33557097, "something near x"}, 0x80040E14},
+      {{"42000", 33557097, "relation \"nowhere\" does not exist"}, 0x80040E37},
+      {{"42000", 33557097, "table \"nowhere\" does not exist"}, 0x80040E37},
+      {{"42000", 33557097, "column \"nme\" of relation \"t\" does not exist"}, 0x80040E14},
+      {{"42000", 33557097, "duplicate key value violates unique constraint \"ux\""}, 0x80040E2F},
+      {{"42000", 33557097, "value too long for type character varying(20)"}, 0x80040E57},
+      {{"42000", 33557097, "invalid input syntax for type integer: \"x\""}, 0x80040E07},
       {{"HYT00", 0, "Timeout expired"}, 0x80040E31},
       {{"08S01", 20004, "Read from the server failed"}, 0x80004005},
       {{"IM002", 0, "Data source name not found"}, 0x80004005},
@@ -56,8 +62,24 @@ TEST(ErrorsTest, NotesBehindAnErrorAreNotTheError) {
   EXPECT_EQ(error.database().sql, "insert");
 }
 
+TEST(ErrorsTest, WhyALogInFailedIsTheErrorAndNotThatItDid) {
+  const auto error = toAutomationError({{"42000", 18456, "Login failed for user 'u'."},
+                                        {"42000", 4060, "Cannot open database \"d\" requested by the login."},
+                                        {"08001", 0, "Unable to connect to data source"}},
+                                       NativeNumbers::sqlServer, "");
+  EXPECT_EQ(error.database().nativeNumber, 4060);
+}
+
+TEST(ErrorsTest, AnErrorAmongTheReportsOfASuccessIsFound) {
+  EXPECT_FALSE(hidesFailure({}));
+  EXPECT_FALSE(hidesFailure({{"01004", 0, "String data, right truncated"}, {"01000", 5701, "Changed database"}}));
+  EXPECT_TRUE(hidesFailure({{"01000", 0, "a note"}, {"22012", 8134, "Divide by zero error encountered."}}));
+  EXPECT_TRUE(hidesFailure({{"01000", 20017, "Unexpected EOF from the server"}}));
+}
+
 TEST(ErrorsTest, ALostConnectionIsToldFromOtherErrors) {
   EXPECT_TRUE(saysConnectionLost({{"08S01", 20006, "Write to the server failed"}}));
+  EXPECT_TRUE(saysConnectionLost({{"01000", 20017, "[FreeTDS][SQL Server]Unexpected EOF from the server"}}));
   EXPECT_TRUE(saysConnectionLost({{"57P01", 0, "terminating connection"}}));
   EXPECT_FALSE(saysConnectionLost({{"42000", 102, "Incorrect syntax"}}));
   EXPECT_FALSE(saysConnectionLost({{"HYT00", 0, "Timeout expired"}}));

@@ -37,6 +37,20 @@ TEST(SourceTextTest, TheTableOfASimpleSelectIsKnown) {
   for (const auto& [text, name] : table) EXPECT_EQ(readSource(text, false).table, name) << text;
 }
 
+TEST(SourceTextTest, AWholeTableHasNoConditionAndNoComputedColumn) {
+  for (const char* text : {"t", "select a, b from t order by b", "select * from t"}) {
+    EXPECT_TRUE(readSource(text, false).isWholeTable()) << text;
+  }
+  for (const char* text : {"select * from t where a = 1", "select max(a) from t", "select a, 1 from t", "select 1"}) {
+    EXPECT_FALSE(readSource(text, false).isWholeTable()) << text;
+  }
+}
+
+TEST(SourceTextTest, TheSameRowsAreReadWithAnotherListOfColumns) {
+  EXPECT_EQ(readSource("select top 5 a, b+1 from t as q where a = 'from'", false).withList("k"),
+            "select top 5 k from t as q where a = 'from'");
+}
+
 TEST(SourceTextTest, ColumnsAreTheTablesOrComputed) {
   const auto source = readSource("select a, t.[b c], d as e, f + 1 as g, count(*), h i from t", false);
   EXPECT_THAT(source.columns, ElementsAre("a", "[b c]", "d", "", "", "h"));

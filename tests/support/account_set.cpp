@@ -56,13 +56,20 @@ std::string shippedScript() {
 /// A server's data source, leading to another database.
 std::string withDatabase(const char* server, const std::string& database) {
   std::string text = "Database=" + database;
-  for (const auto& [key, value] : DataSourceName::parse(server).pairs()) {
+  const auto name = DataSourceName::parse(server);
+  for (const auto& [key, value] : name.pairs()) {
     if (sameName(key, "Database") || sameName(key, "UserID") || sameName(key, "Language")) continue;
     text += ";" + key + "={";
     for (const char c : value) text += c == '}' ? std::string("}}") : std::string(1, c);
     text += "}";
   }
   return text;
+}
+
+void dropDatabase(const char* server, const std::string& database) {
+  // A connection that is kept for the database would keep it from being dropped.
+  odbc::OdbcEngine::closeIdle();
+  odbc::OdbcEngine().open(DataSourceName::parse(server))->execute("Drop Database [" + database + "]");
 }
 
 fs::path temporaryName(std::string_view what) {
@@ -168,20 +175,18 @@ AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std
 }
 
 AccountSet::~AccountSet() {
-  if (const char* server = std::getenv(serverVariable)) {
+  const char* server = std::getenv(serverVariable);
+  parts_.reset();
+  if (server) {
     try {
-      // The connections that are kept for the database would keep it from being dropped.
-      standalone::connect(parts_->engines, DataSourceName::parse(server))
-          ->execute("Alter Database [" + path_ + "] Set Single_User With Rollback Immediate; Drop Database [" + path_ +
-                    "]");
+      dropDatabase(server, path_);
     } catch (const AutomationError& error) {
       ADD_FAILURE() << "the test's database is left behind: " << error.description();
     }
-    return;
+  } else {
+    embedded::EmbeddedEngine::closeUnused();
+    removeFile(path_);
   }
-  parts_.reset();
-  embedded::EmbeddedEngine::closeUnused();
-  removeFile(path_);
 }
 
 std::shared_ptr<Connection> AccountSet::connection() const {

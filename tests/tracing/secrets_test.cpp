@@ -55,5 +55,21 @@ TEST(SecretsTest, HidesThePasswordOfADataSource) {
   EXPECT_EQ(maskDsn("PWD={broken"), "***");
 }
 
+TEST(SecretsTest, HidesThePasswordOfAConnectionTextThatIsAValue) {
+  EXPECT_EQ(maskValue(Value("Driver=FreeTDS;PWD=secret;Port=1")), Value("Driver=FreeTDS;PWD=***;Port=1"));
+  EXPECT_EQ(maskValue(Value("password = {a;b}")), Value("password=***"));
+  for (const char* text : {"Port=1433", "pwd", "the pwd=x of a sentence", "Oldpassword=1", ""}) {
+    EXPECT_EQ(maskValue(Value(text)), Value(text));
+  }
+}
+
+TEST(SecretsTest, HidesConnectionTextsWithPasswordsInStatements) {
+  EXPECT_EQ(maskSql("Update t Set FPropsString='Driver=x;PWD=se''cret' Where FName='a'"),
+            "Update t Set FPropsString='***' Where FName='a'");
+  EXPECT_EQ(maskSql("Insert Into t(FMPassword,FPropsString) Values('one','PWD=two')"),
+            "Insert Into t(FMPassword,FPropsString) Values('***','***')");
+  EXPECT_EQ(maskSql("Update t Set FPropsString='PWD=se'cret' Where x=1"), "Update t Set FPropsString=***");
+}
+
 }  // namespace
 }  // namespace tolvane::tracing

@@ -1,0 +1,32 @@
+// Columns and values of the embedded engine, in the form in which the protocol carries them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "embedded/cell.h"
+#include "tds_server/wire_bytes.h"
+#include "tsql/type.h"
+
+namespace tolvane::tds {
+
+/// A column of an answer.
+struct WireColumn {
+  std::string name;
+  tsql::Type type;
+  std::string table;  ///< empty for an expression
+  bool identity = false;
+};
+
+/// Puts the description of a column: flags, type, table, name.
+void putColumn(Buffer& to, const WireColumn& column);
+
+/// Puts a value of a column of that type.
+void putValue(Buffer& to, const tsql::Type& type, const embedded::Cell& cell);
+
+/// UTF-8 from and to the code page of narrow texts; what it has not becomes "?".
+[[nodiscard]] std::string toCodePage(std::string_view text);
+[[nodiscard]] std::string fromCodePage(std::string_view text);
+
+}  // namespace tolvane::tds
