@@ -24,6 +24,7 @@ WHOLE = {
     "tests/com/lifetime_test.cpp",
     "tests/batchprint/rpt_batch_prn_test.cpp",
     "tests/csreports/cs_retrieve_exist_rpt_property_test.cpp",
+    "tests/embedded/cases_test.cpp",
     "tests/embedded/contract_test.cpp",
     "tests/embedded/document_walk_test.cpp",
     "tests/embedded/laziness_test.cpp",

@@ -54,11 +54,14 @@ struct Keyed {
   char32_t character;
 };
 
+std::atomic<std::uint64_t> keysMade{0};
+
 std::vector<Keyed> sortedKeys(const TextRules& rules, char32_t end) {
   std::vector<Keyed> keys;
   keys.reserve(end);
   for (char32_t c = 1; c < end; ++c) {
     if (isSurrogate(c)) continue;
+    keysMade.fetch_add(1, std::memory_order_relaxed);
     if (auto key = rules.sortKey(c); !key.empty()) keys.push_back({std::move(key), c});
   }
   std::sort(keys.begin(), keys.end(),
@@ -203,6 +206,10 @@ class AccountSetCollation final : public tsql::Collation {
 };
 
 }  // namespace
+
+std::uint64_t sortKeysMade() {
+  return keysMade.load();
+}
 
 const tsql::Collation& accountSetCollation() {
   static const AccountSetCollation collation;

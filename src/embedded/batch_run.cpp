@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "embedded/account_set_collation.h"
+#include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
 #include "rowset/utf8.h"
 #include "tsql/convert.h"
@@ -17,6 +18,7 @@ using tsql::Datum;
 using tsql::Result;
 
 constexpr int userError = 50000;
+constexpr int nullError = 515;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
 constexpr int highestMessageSeverity = 10;
@@ -53,11 +55,21 @@ Result columnResult(sqlite3_stmt* statement, int column) {
   return {};
 }
 
+std::string quotedText(std::string_view text) {
+  std::string quoted = "'";
+  for (const char c : text) {
+    if (c == '\'') quoted += '\'';
+    quoted += c;
+  }
+  return quoted + '\'';
+}
+
 class BatchRun {
  public:
   BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
       : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
     for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
+    options_.database = session_->databaseName();
     batch_ = session_->takeShape();
   }
   BatchRun(const BatchRun&) = delete;
@@ -74,9 +86,11 @@ class BatchRun {
   void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
   void compileRest(std::shared_ptr<CompiledProgram>& program);
   void handle(const tsql::SqlError& error);
+  void loseIdentity(const tsql::StepBody& body);
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
   void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
+  [[nodiscard]] tsql::SqlError brokenKey(const tsql::ExecuteStep& step, std::string_view verb);
   void runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step);
   void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
   void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
@@ -220,8 +234,10 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
     const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
     if (!keepsError) session_->setLastError(0);
   } catch (const tsql::SqlError& error) {
+    if (error.number() == nullError) loseIdentity(body);
     handle(error);
   } catch (const ConstraintFailure& failure) {
+    loseIdentity(body);
     if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
       return handle(tsql::SqlError(1505, 16,
                                    "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for "
@@ -233,15 +249,28 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
                                   : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Update ? "UPDATE"
                                                                                      : "DELETE";
-    handle(session_->catalogue().explain(failure, verb, execute ? execute->table : std::string()));
+    const std::string table = execute ? execute->table : std::string();
+    if (failure.code() == SQLITE_CONSTRAINT_FOREIGNKEY && execute) {
+      return handle(brokenKey(*execute, verb));
+    }
+    handle(session_->catalogue().explain(failure, verb, table));
   }
+}
+
+// A row that a constraint keeps out has got its identity value already.
+void BatchRun::loseIdentity(const tsql::StepBody& body) {
+  const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
+  if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
 }
 
 void BatchRun::handle(const tsql::SqlError& error) {
   session_->setLastError(error.number());
   session_->setRowCount(0);
   if (!firstError_) firstError_ = error;
-  if (tsql::reachOf(error) == tsql::ErrorReach::Batch) ended_ = true;
+  const bool raised = error.number() == userError;
+  if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
+  ended_ = true;
+  if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
 }
 
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
@@ -254,22 +283,29 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runDdl(program, index, *ddl);
   } else if (const auto* unless = std::get_if<tsql::JumpUnlessStep>(&body)) {
     if (!holds(program, index, *unless)) next_ = static_cast<std::size_t>(unless->target);
+    session_->setRowCount(0);
   } else if (const auto* jump = std::get_if<tsql::JumpStep>(&body)) {
     jumpTo(jump->target);
   } else if (const auto* assign = std::get_if<tsql::AssignStep>(&body)) {
     runAssign(program, index, *assign);
   } else if (const auto* print = std::get_if<tsql::PrintStep>(&body)) {
     runPrint(program, index, *print);
+    session_->setRowCount(0);
   } else if (const auto* transaction = std::get_if<tsql::TransactionStep>(&body)) {
     runTransaction(*transaction);
+    session_->setRowCount(0);
   } else if (const auto* error = std::get_if<tsql::ErrorStep>(&body)) {
     throw tsql::SqlError(error->number, 16, error->message);
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
     runRaise(program, index, *raised);
+    session_->setRowCount(0);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
+  } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
+    // Most need nothing done: row counts are not results here, with NOCOUNT or without.
+    if (option->name == "XACT_ABORT") session_->setAbortsTransactions(option->on);
+    session_->setRowCount(0);
   }
-  // What is left are options, which need nothing done: row counts are not results here, with NOCOUNT or without.
 }
 
 // The rows of earlier queries stay what they were, whatever the statements after them do.
@@ -295,6 +331,11 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
 void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
   session_->beforeChange(step.table);
   auto& database = session_->database();
+  if (step.truncates && ConstraintExplainer(database, session_->catalogue()).isReferenced(step.table)) {
+    throw tsql::SqlError(
+        4712, 16,
+        "Cannot truncate table '" + step.table + "' because it is being referenced by a FOREIGN KEY constraint.");
+  }
   const auto& pools = program.steps[index].pools;
   std::int64_t changed = 0;
   const auto work = [&] {
@@ -312,12 +353,52 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
     session_->atomically(work);
   }
   session_->setRowCount(changed);
-  if (step.setsIdentity && changed > 0) session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
+  if (step.truncates) session_->forgetIdentity(step.table);
+  if (step.verb != tsql::ExecuteStep::Verb::Insert) return;
+  if (!step.setsIdentity) return session_->setIdentity({});
+  if (changed == 0) return;
+  session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
+  session_->usedIdentity(step.table, sqlite3_last_insert_rowid(database.get()));
+}
+
+// SQLite does not say which key was broken. Where there are several, the statement runs once more with all keys judged
+// at the end, and what it leaves is looked through.
+tsql::SqlError BatchRun::brokenKey(const tsql::ExecuteStep& step, std::string_view verb) {
+  auto& database = session_->database();
+  const ConstraintExplainer explainer(database, session_->catalogue());
+  const auto keys = explainer.candidates(verb, step.table);
+  std::size_t found = 0;
+  if (keys.size() > 1) {
+    found = keys.size();
+    session_->tryOut([&] {
+      session_->runOwn("PRAGMA defer_foreign_keys=ON");
+      for (std::size_t i = 0; i < step.statements.size(); ++i) {
+        // The pragma leaves no statement that was prepared before it as it was.
+        const auto fresh = std::make_shared<StatementPool>(step.statements[i].text);
+        const auto statement = bound(fresh, step.statements[i], SQLITE_STATIC);
+        while (database.step(statement.get())) {
+        }
+      }
+      for (found = 0; found < keys.size(); ++found) {
+        const auto check = session_->own("SELECT 1 FROM pragma_foreign_key_check(" + quotedText(keys[found].child) +
+                                         ") WHERE fkid=" + std::to_string(keys[found].number));
+        if (database.stepOwn(check.get())) break;
+      }
+    });
+  }
+  if (found < keys.size()) return explainer.broken(keys[found], verb, step.table);
+  return tsql::SqlError(tsql::Message::ConstraintConflict,
+                        {verb, "FOREIGN KEY", "FK_" + step.table, "table \"dbo." + step.table + "\""});
 }
 
 void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
   session_->beforeDefinition();
   auto& database = session_->database();
+  for (const auto& table : step.dropped) {
+    if (!ConstraintExplainer(database, session_->catalogue()).isReferenced(table)) continue;
+    throw tsql::SqlError(3726, 16,
+                         "Could not drop object '" + table + "' because it is referenced by a FOREIGN KEY constraint.");
+  }
   const auto& pools = program.steps[index].pools;
   session_->atomically([&] {
     for (std::size_t i = 0; i < step.statements.size(); ++i) {

@@ -38,6 +38,18 @@ bool is(const std::string& word, std::string_view keyword) {
                     [](char a, char b) { return std::toupper(static_cast<unsigned char>(a)) == b; });
 }
 
+// What stands between the bracket at `at` and its partner.
+std::vector<std::string> inBrackets(const std::vector<std::string>& all, std::size_t at) {
+  std::vector<std::string> inside;
+  int depth = 0;
+  for (std::size_t i = at; i < all.size(); ++i) {
+    if (all[i] == "(") ++depth;
+    if (all[i] == ")" && --depth == 0) break;
+    if (depth > 0) inside.push_back(all[i]);
+  }
+  return inside;
+}
+
 }  // namespace
 
 ConstraintNames constraintNames(std::string_view createTable) {
@@ -50,6 +62,10 @@ ConstraintNames constraintNames(std::string_view createTable) {
       names.primaryKey = name;
     } else if (is(all[i], "UNIQUE")) {
       names.uniques.push_back(name);
+    } else if (is(all[i], "FOREIGN") && is(all[i + 1], "KEY")) {
+      names.foreignKeys.push_back(name);
+    } else if (is(all[i], "CHECK") && all[i + 1] == "(") {
+      names.checks.push_back({name, inBrackets(all, i + 1)});
     }
   }
   return names;

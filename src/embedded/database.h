@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "embedded/sqlite_handles.h"
+#include "system/path_text.h"
 #include "tsql/sql_error.h"
 
 namespace tolvane::embedded {
@@ -85,6 +86,8 @@ class Database {
 
   [[nodiscard]] sqlite3* get() const { return handle_.get(); }
   [[nodiscard]] const std::string& name() const { return name_; }
+  /// What T-SQL calls the database: the file's name without its ending.
+  [[nodiscard]] std::string databaseName() const { return system::pathOf(name_).stem().string(); }
 
   /// Runs one of the engine's own statements without rows or values.
   void run(const char* text);

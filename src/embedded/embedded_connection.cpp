@@ -46,7 +46,7 @@ std::shared_ptr<Command> EmbeddedConnection::newCommand() {
 }
 
 void EmbeddedConnection::begin() {
-  translated(*session_, "BEGIN TRANSACTION", [&] { session_->begin(); });
+  translated(*session_, "BEGIN TRANSACTION", [&] { session_->beginForClient(); });
 }
 
 void EmbeddedConnection::commit() {

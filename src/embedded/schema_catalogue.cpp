@@ -4,6 +4,7 @@
 #include <functional>
 #include <utility>
 
+#include "embedded/constraint_explainer.h"
 #include "embedded/constraint_names.h"
 
 namespace tolvane::embedded {
@@ -11,9 +12,6 @@ namespace {
 
 // Object numbers of users' tables are large on SQL Server, and nobody should take them for row numbers.
 constexpr std::int64_t firstObjectId = 1977058079;
-
-// The compiler adds an index of this kind to a unique key that may hold nulls, one of which is allowed.
-constexpr std::string_view nullIndexEnd = "/null";
 
 std::string lowered(std::string_view text) {
   std::string result(text);
@@ -37,49 +35,6 @@ void query(Database& database, const char* text, std::initializer_list<std::stri
     sqlite3_bind_text(lease.get(), ++index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
   }
   while (database.stepOwn(lease.get())) row(lease.get());
-}
-
-// The words after "<kind> constraint failed: ".
-std::string_view failedObject(std::string_view message) {
-  const auto colon = message.find(": ");
-  return colon == std::string_view::npos ? std::string_view() : message.substr(colon + 2);
-}
-
-// "t.a, t.b" -> t; "index 'x'" -> nothing.
-std::string_view tableOf(std::string_view object) {
-  return object.substr(0, object.find('.'));
-}
-
-std::vector<std::string> columnsOf(std::string_view object) {
-  std::vector<std::string> columns;
-  while (!object.empty()) {
-    const auto comma = object.find(", ");
-    const auto item = object.substr(0, comma);
-    const auto point = item.rfind('.');
-    columns.emplace_back(point == std::string_view::npos ? item : item.substr(point + 1));
-    object = comma == std::string_view::npos ? std::string_view() : object.substr(comma + 2);
-  }
-  return columns;
-}
-
-std::optional<std::string> indexInQuotes(std::string_view object) {
-  constexpr std::string_view start = "index '";
-  if (!object.starts_with(start) || !object.ends_with('\'')) return std::nullopt;
-  return std::string(object.substr(start.size(), object.size() - start.size() - 1));
-}
-
-const tsql::Index* indexOver(const tsql::Table& table, const std::vector<std::string>& columns) {
-  for (const auto& index : table.indexes) {
-    if (!index.unique || index.columns.size() != columns.size()) continue;
-    const bool same = std::equal(columns.begin(), columns.end(), index.columns.begin(),
-                                 [&](const std::string& name, int ordinal) { return table.find(name) == ordinal; });
-    if (same) return &index;
-  }
-  return nullptr;
-}
-
-std::string withSchema(std::string_view table) {
-  return "dbo." + std::string(table);
 }
 
 }  // namespace
@@ -231,42 +186,14 @@ void SchemaCatalogue::readIndexes(Entry& entry, const std::vector<int>& key) con
   }
 }
 
+std::string SchemaCatalogue::definition(std::string_view name) const {
+  const auto* found = entry(name);
+  return found ? found->sql : std::string();
+}
+
 tsql::SqlError SchemaCatalogue::explain(const ConstraintFailure& failure, std::string_view verb,
                                         std::string_view table) const {
-  using tsql::Message;
-  const auto object = failedObject(failure.what());
-  switch (failure.code()) {
-    case SQLITE_CONSTRAINT_NOTNULL: {
-      const auto columns = columnsOf(object);
-      return {515, 16,
-              "Cannot insert the value NULL into column '" + (columns.empty() ? std::string() : columns.front()) +
-                  "', table '" + withSchema(tableOf(object)) + "'; column does not allow nulls. " + std::string(verb) +
-                  " fails."};
-    }
-    case SQLITE_CONSTRAINT_UNIQUE:
-    case SQLITE_CONSTRAINT_PRIMARYKEY:
-    case SQLITE_CONSTRAINT_ROWID: {
-      if (auto name = indexInQuotes(object)) {
-        if (name->ends_with(nullIndexEnd)) name->resize(name->size() - nullIndexEnd.size());
-        if (owners_.contains(lowered(*name))) return {Message::DuplicateIndexRow, {withSchema(table), *name}};
-        return {Message::DuplicateKey, {"UNIQUE KEY", *name, withSchema(table)}};
-      }
-      const auto owner = tableOf(object);
-      const auto* written = find(owner);
-      const auto* index = written ? indexOver(*written, columnsOf(object)) : nullptr;
-      if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", std::string(object), withSchema(owner)}};
-      if (index->primary) return {Message::DuplicateKey, {"PRIMARY KEY", index->name, withSchema(owner)}};
-      const auto made = owners_.contains(lowered(index->name)) ||
-                        owners_.contains(lowered(written->name) + "." + lowered(index->name));
-      if (made) return {Message::DuplicateIndexRow, {withSchema(owner), index->name}};
-      return {Message::DuplicateKey, {"UNIQUE KEY", index->name, withSchema(owner)}};
-    }
-    case SQLITE_CONSTRAINT_FOREIGNKEY:
-      return {Message::ConstraintConflict,
-              {verb, verb == "DELETE" ? "REFERENCE" : "FOREIGN KEY", "FK_" + std::string(table), withSchema(table)}};
-    default:
-      return {Message::ConstraintConflict, {verb, "CHECK", object, withSchema(table)}};
-  }
+  return ConstraintExplainer(database_, *this).explain(failure, verb, table);
 }
 
 }  // namespace tolvane::embedded

@@ -36,6 +36,12 @@ class SchemaCatalogue final : public tsql::Catalogue {
   /// The reverse.
   [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const;
 
+  /// The text that made the table in SQLite; empty without one.
+  [[nodiscard]] std::string definition(std::string_view name) const;
+
+  /// The compiler adds an index whose name ends so to a unique key that may hold nulls, one of which is allowed.
+  static constexpr std::string_view nullIndexEnd = "/null";
+
   /// What SQL Server says of a constraint of SQLite that did not hold. `verb` is INSERT, UPDATE or DELETE, `table` the
   /// table that was written.
   [[nodiscard]] tsql::SqlError explain(const ConstraintFailure& failure, std::string_view verb,

@@ -41,8 +41,60 @@ void Session::begin() {
     // write on an old state.
     settleRunning();
     runOwn("BEGIN IMMEDIATE");
+    clientsOwn_ = false;
   }
   ++depth_;
+}
+
+void Session::beginForClient() {
+  begin();
+  if (depth_ == 1) clientsOwn_ = true;
+}
+
+void Session::rollbackOfBatch() {
+  if (depth_ > 0 && !clientsOwn_) rollback();
+}
+
+void Session::usedIdentity(const std::string& table, std::int64_t value) {
+  if (depth_ == 0) return;
+  auto& highest = usedIdentities_[table];
+  highest = std::max(highest, value);
+}
+
+void Session::lostIdentity(const std::string& table) {
+  const auto* written = catalogue_.find(table);
+  if (!written || written->temporary) return;
+  std::int64_t last = 0;
+  {
+    const auto sequence = own("SELECT seq FROM main.sqlite_sequence WHERE name=?1");
+    sqlite3_bind_text(sequence.get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+    if (database_.stepOwn(sequence.get())) last = sqlite3_column_int64(sequence.get(), 0);
+  }
+  auto& highest = usedIdentities_[table];
+  highest = std::max(highest, last) + 1;
+  keepIdentities();
+}
+
+// What was undone is written again: the numbers are gone.
+void Session::keepIdentities() noexcept {
+  try {
+    for (const auto& [table, value] : usedIdentities_) {
+      const auto insert =
+          own("INSERT INTO main.sqlite_sequence(name,seq) SELECT ?1,?2 WHERE EXISTS (SELECT 1 FROM main.sqlite_schema "
+              "WHERE "
+              "name=?1) AND NOT EXISTS (SELECT 1 FROM main.sqlite_sequence WHERE name=?1)");
+      const auto update = own("UPDATE main.sqlite_sequence SET seq=?2 WHERE name=?1 AND seq<?2");
+      for (const auto* statement : {&update, &insert}) {
+        sqlite3_bind_text(statement->get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+        sqlite3_bind_int64(statement->get(), 2, value);
+        while (database_.stepOwn(statement->get())) {
+        }
+      }
+    }
+  } catch (const std::exception&) {
+    // A value may be given once more then, which is better than to fail a second time.
+  }
+  if (depth_ == 0) usedIdentities_.clear();
 }
 
 void Session::commit() {
@@ -50,6 +102,7 @@ void Session::commit() {
   if (depth_ == 1) {
     runOwn("COMMIT");
     definitionsChanged_ = false;
+    usedIdentities_.clear();
   }
   --depth_;
 }
@@ -61,6 +114,7 @@ void Session::rollback() {
   // SQLite may have ended the transaction by itself, as it does when the disk is full.
   if (database_.inTransaction()) runOwn("ROLLBACK");
   if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
+  if (!usedIdentities_.empty()) keepIdentities();
 }
 
 void Session::rollbackIfAny() noexcept {
@@ -145,7 +199,7 @@ tsql::DateTime Session::now() const {
 }
 
 std::string Session::databaseName() const {
-  return system::pathOf(database_.name()).stem().string();
+  return database_.databaseName();
 }
 
 std::string Session::version() const {

@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,12 +52,19 @@ class Session final : public tsql::Session {
   // Transactions. The depth is @@TRANCOUNT.
   /// Begins one, or counts one more. Waits for writers of other connections.
   void begin();
+  /// The same for the client, whose transaction no failing batch ends.
+  void beginForClient();
   /// Ends the innermost; the outermost one writes. Raises 3902 without one.
   void commit();
   /// Undoes everything, whatever the depth. Raises 3903 without one.
   void rollback();
   /// The same, for want of a transaction without an error.
   void rollbackIfAny() noexcept;
+  /// What an error that ends the batch does to a transaction that a batch has begun.
+  void rollbackOfBatch();
+  /// SET XACT_ABORT: whether every error ends the batch.
+  [[nodiscard]] bool abortsTransactions() const { return abortsTransactions_; }
+  void setAbortsTransactions(bool on) { abortsTransactions_ = on; }
 
   /// Runs `work` so that all of its changes are made or none.
   template <typename Work>
@@ -69,6 +77,24 @@ class Session final : public tsql::Session {
     } catch (const std::exception&) {
       undo(whole);
       throw;
+    }
+  }
+
+  /// Runs `work` and undoes whatever it did; what it throws is lost.
+  template <typename Work>
+  void tryOut(Work&& work) noexcept {
+    try {
+      const bool whole = depth_ == 0;
+      runOwn(whole ? "BEGIN IMMEDIATE" : "SAVEPOINT tolvane_statement");
+      try {
+        work();
+      } catch (const std::exception&) {
+        undo(whole);
+        return;
+      }
+      undo(whole);
+    } catch (const std::exception&) {
+      return;
     }
   }
 
@@ -92,7 +118,14 @@ class Session final : public tsql::Session {
   void beginStatement() { now_.reset(); }
   void setRowCount(std::int64_t rows) { rowCount_ = rows; }
   void setLastError(std::int32_t number) { lastError_ = number; }
-  void setIdentity(std::int64_t identity) { identity_ = identity; }
+  void setIdentity(std::optional<std::int64_t> identity) { identity_ = identity; }
+  // Identity values are never given twice, whatever becomes of the rows that got them.
+  /// The rows of the table have got values up to this one.
+  void usedIdentity(const std::string& table, std::int64_t value);
+  /// A row of the table has got a value and failed.
+  void lostIdentity(const std::string& table);
+  /// The values begin anew.
+  void forgetIdentity(const std::string& table) { usedIdentities_.erase(table); }
   void setDefinitionsChanged();
 
   /// Counts an error of the database and hands it on as automation sees it.
@@ -119,6 +152,7 @@ class Session final : public tsql::Session {
 
  private:
   void undo(bool whole) noexcept;
+  void keepIdentities() noexcept;
   void settleRunning();
 
   Database database_;
@@ -129,6 +163,9 @@ class Session final : public tsql::Session {
   std::unordered_map<std::string, std::shared_ptr<StatementPool>> ownStatements_;
   std::vector<OpenReader*> readers_;
   std::int32_t depth_ = 0;
+  bool clientsOwn_ = false;  // the client began the outermost transaction
+  bool abortsTransactions_ = false;
+  std::map<std::string, std::int64_t> usedIdentities_;  // by tables that the open transaction has written
   bool definitionsChanged_ = false;
   std::int64_t rowCount_ = 0;
   std::int32_t lastError_ = 0;

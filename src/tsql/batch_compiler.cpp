@@ -202,6 +202,8 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Rollback:
       add(node, TransactionStep{TransactionStep::Verb::Rollback});
       return;
+    case StatementKind::Call:
+      return error(node, SqlError(Message::ProcedureNotFound, {node.name}));
     case StatementKind::Option:
       add(node, OptionStep{node.name, node.on});
       return;
@@ -305,17 +307,14 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
   AssignStep step;
   bool grows = false;
   for (const auto& item : select.items) {
-    if (item.variable.empty()) {
-      throw SqlError(
-          141, 15,
-          "A SELECT statement that assigns a value to a variable must not be combined with data-retrieval operations.")
-          .at(lineOf(batch_, item.token));
-    }
+    if (item.variable.empty()) failMixed(item.token);
     step.slots.push_back(writer_.variableSlot(item.variable, item.token));
-    if (select.from.empty()) continue;
     const auto uses = [&](const auto& other) { return usesVariable(*other.expression, item.variable); };
     grows = grows || std::ranges::any_of(select.items, uses);
   }
+  if (grows && select.from.empty() && !select.where && !select.having) return selectInTurn(node, select);
+  if (grows && select.from.empty())
+    throw notSupported(batch_, node.token, "a condition beside variables that use each other");
   if (grows) return selectRowByRow(node, std::move(step));
   BoundQuery query = writer_.bind(*node.query, nullptr, false);
   for (std::size_t i = 0; i < step.slots.size(); ++i) {
@@ -326,6 +325,21 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
   }
   step.query.statement = writer_.finish(writer_.render(query, false));
   add(node, std::move(step));
+}
+
+// Without rows, each variable has its value before the next one is looked at.
+void BatchCompiler::selectInTurn(const StatementNode& node, const tree::Select& select) {
+  for (const auto& item : select.items) {
+    if (item.variable.empty()) failMixed(item.token);
+    assignVariable(node, item.variable, *item.expression, {});
+  }
+}
+
+void BatchCompiler::failMixed(int token) const {
+  throw SqlError(
+      141, 15,
+      "A SELECT statement that assigns a value to a variable must not be combined with data-retrieval operations.")
+      .at(lineOf(batch_, token));
 }
 
 void BatchCompiler::selectRowByRow(const StatementNode& node, AssignStep step) {

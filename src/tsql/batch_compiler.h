@@ -45,6 +45,8 @@ class BatchCompiler {
                       const std::string& operation);
   void select(const tree::StatementNode& node);
   void selectVariables(const tree::StatementNode& node, const tree::Select& select);
+  void selectInTurn(const tree::StatementNode& node, const tree::Select& select);
+  [[noreturn]] void failMixed(int token) const;
   void selectRowByRow(const tree::StatementNode& node, AssignStep step);
   void print(const tree::StatementNode& node);
   void raise(const tree::StatementNode& node);
@@ -59,7 +61,7 @@ class BatchCompiler {
   std::vector<int> insertColumns(const tree::StatementNode& node, const Table& table);
   std::string insertValues(const tree::Select& select, const Table& table, const std::vector<int>& columns);
   std::string insertQuery(const tree::Query& query, const Table& table, const std::vector<int>& columns);
-  void checkCount(const tree::StatementNode& node, std::size_t given, std::size_t wanted) const;
+  void checkCount(const tree::StatementNode& node, const Table& table, std::size_t given, std::size_t wanted) const;
   struct Target {
     const Table* table = nullptr;
     std::string alias;

@@ -72,7 +72,10 @@ Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
       return numberType(values[0].type);
     case ResultRule::FirstRounded: {
       const Type type = numberType(values[0].type);
-      return type.kind == TypeKind::Decimal ? Type::decimal(std::max<int>(type.precision, 1), 0) : type;
+      if (type.kind != TypeKind::Decimal) return type;
+      Type whole = Type::decimal(std::max<int>(type.precision, 1), 0);
+      whole.numeric = type.numeric;
+      return whole;
     }
     case ResultRule::FirstScaled:
       return numberType(values[0].type);
@@ -104,6 +107,7 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
     fail(expression.token, Message::FunctionArgumentCount, {name, std::to_string(row->minArguments)});
   }
   if (row->runtime.empty()) return writtenOut(expression, scope);
+  refuseNegativeLength(expression);
   std::vector<Typed> values;
   Typed result;
   bool nullable = row->nullable;
@@ -118,12 +122,53 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
     values.push_back(std::move(value));
   }
   result.type = resultType(*row, values).orNull(nullable);
+  narrow(expression, values, result.type);
   if (row->extra != Extra::Nothing) {
     if (!values.empty()) text += ',';
     text += std::to_string((row->extra == Extra::FirstType ? values[0].type : result.type).pack());
   }
   result.sql = text + ')';
   return result;
+}
+
+void Writer::invalidArgument(const Expression& call, std::size_t index, const Type& type) const {
+  std::string name = call.name;
+  std::ranges::transform(name, name.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  fail(call.token, 8116,
+       "Argument data type " + std::string(type.messageName()) + " is invalid for argument " +
+           std::to_string(index + 1) + " of " + name + " function.");
+}
+
+// A length that is written as a number bounds the text.
+void Writer::narrow(const Expression& call, const std::vector<Typed>& values, Type& type) {
+  const bool cuts = call.name == "LEFT" || call.name == "RIGHT" || call.name == "SUBSTRING";
+  const bool makes = call.name == "SPACE" || (call.name == "STR" && values.size() > 1);
+  if (call.name == "STR" && values.size() == 1) type.length = 10;
+  if (!cuts && !makes) return;
+  const Typed& count = call.name == "STR" ? values[1] : values.back();
+  if (count.literal < 0 || count.type.kind != TypeKind::Int) return;
+  structural(count.literal);
+  const std::int64_t given = batch_.literals[static_cast<std::size_t>(count.literal)].integer;
+  const std::int64_t most = type.length == maxLength ? 8000 : type.length;
+  type.length = static_cast<std::int32_t>(std::clamp<std::int64_t>(given, 1, std::max<std::int64_t>(most, 1)));
+}
+
+// A length that can be seen to be negative is refused before anything runs.
+void Writer::refuseNegativeLength(const Expression& call) {
+  const bool takesLength = call.name == "LEFT" || call.name == "RIGHT" || call.name == "SUBSTRING";
+  if (!takesLength) return;
+  const Expression& length = *call.arguments.back();
+  const bool minus = length.kind == ExpressionKind::Unary && length.name == "-" &&
+                     length.arguments[0]->kind == ExpressionKind::Literal;
+  if (!minus) return;
+  const int index = length.arguments[0]->literal;
+  const Literal& literal = batch_.literals[static_cast<std::size_t>(index)];
+  structural(index);
+  if (literal.type.kind != TypeKind::Int || literal.integer == 0) return;
+  std::string name = call.name;
+  std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
+  fail(length.token, Message::InvalidRightLength, {name});
 }
 
 std::string Writer::argument(const Expression& call, std::size_t index, int code, Scope* scope, Typed& value) {
@@ -143,9 +188,11 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     return quotedText(nameOf(*part));
   }
   value = expression(argument, scope);
+  if (index == 0) measure(value);
   const Type& type = value.type;
   switch (rule) {
     case Argument::Text:
+      if (type.isLongText() && call.name != "CHARINDEX" && call.name != "PATINDEX") invalidArgument(call, index, type);
       if (!type.isText()) value = convert(std::move(value), Type::text(TypeKind::VarChar, type.isBinary() ? 8000 : 53));
       break;
     case Argument::Unicode:
@@ -155,21 +202,29 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
       value = convert(std::move(value), Type::of(type.kind == TypeKind::BigInt ? TypeKind::BigInt : TypeKind::Int));
       break;
     case Argument::Float:
+      if (type.isDate()) invalidArgument(call, index, type);
       value = convert(std::move(value), Type::of(TypeKind::Float));
       break;
     case Argument::Number: {
       if (type.isDate() || type.isBinary() || type.isLongText() || type.kind == TypeKind::UniqueIdentifier) {
-        fail(argument.token, Message::OperandClash, {type.baseName(), "float"});
+        invalidArgument(call, index, type);
       }
       const Type number = numberType(type);
       value = convert(std::move(value), number);
       break;
     }
     case Argument::DateTime:
-      value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      if (type.isText() && !type.isLongText()) {
+        value.sql = "ts_moment(" + value.sql + ")";
+        value.literal = -1;
+        value.parameter = -1;
+      } else if (!type.isDate()) {
+        value = convert(std::move(value), Type::of(TypeKind::DateTime));
+      }
       break;
     case Argument::TextOrBytes:
-      if (!type.isText() && !type.isBinary()) value = convert(std::move(value), Type::text(TypeKind::VarChar, 53));
+      if (!type.isText() && !type.isBinary() && type.kind != TypeKind::Null) invalidArgument(call, index, type);
+      if (type.kind == TypeKind::Null) value = convert(std::move(value), Type::text(TypeKind::VarChar, 1));
       break;
     case Argument::Any:
     case Argument::None:
@@ -187,12 +242,13 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
     result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
     return result;
   }
-  if (expression.name == "ROW_NUMBER" || expression.name == "RANK") {
-    fail(expression.token, 10753, "The function '" + expression.name + "' must have an OVER clause.");
+  if (expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK") {
+    fail(expression.token, 10753, "The function '" + written(expression.token) + "' must have an OVER clause.");
   }
   std::vector<Typed> values;
   for (const auto& argument : expression.arguments) {
     values.push_back(this->expression(*argument, scope));
+    measure(values.back());
     result.subquery = result.subquery || values.back().subquery;
   }
   if (expression.name == "ISNULL") {
@@ -215,12 +271,13 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
                  values[0].sql + " END)";
     return result;
   }
-  Type type;
   bool nullable = true;
+  std::vector<const Typed*> all;
   for (const Typed& value : values) {
     nullable = nullable && value.type.nullable;
-    type = commonType(type, value.type);
+    all.push_back(&value);
   }
+  const Type type = commonTypeOf(all);
   if (type.kind == TypeKind::Null) {
     fail(expression.token, 4127,
          "At least one of the arguments to COALESCE must be an expression that is not the NULL constant.");
@@ -237,6 +294,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
 
 Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   const AggregateRow& row = *findAggregateRow(expression.name);
+  if (scope != nullptr && scope->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
   if (scope == nullptr || !scope->aggregatesAllowed) {
     fail(expression.token, 147,
          "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause or a "
@@ -252,7 +310,7 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   if (expression.star ? !counts : expression.arguments.size() != 1) {
     fail(expression.token, Message::FunctionArgumentCount, {expression.name, "1"});
   }
-  const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt).orNull(false);
+  const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt);
   if (expression.star) {
     result.sql = "count(*)";
     result.type = count;
@@ -268,8 +326,9 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   const auto invalid = [&] {
     std::string name = expression.name;
     std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
-    fail(expression.token, Message::InvalidOperand, {value.type.baseName(), name});
+    fail(expression.token, Message::InvalidOperand, {value.type.messageName(), name});
   };
+  if (value.type.kind == TypeKind::Null) invalid();
   if (value.type.isLong() && !counts) invalid();
   if (value.type.kind == TypeKind::Bit && !counts) invalid();
   const std::string distinct = expression.distinct ? "DISTINCT " : "";
@@ -294,6 +353,7 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   if (value.type.kind == TypeKind::Decimal) {
     const int scale = row.rule == AggregateRule::Average ? std::max<int>(value.type.scale, 6) : value.type.scale;
     result.type = Type::decimal(38, scale);
+    result.type.numeric = value.type.numeric;
   } else if (value.type.isMoney()) {
     result.type = Type::of(TypeKind::Money);
   } else {
@@ -314,13 +374,23 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
   return result;
 }
 
+void Writer::failInGroupKey(int token) const {
+  fail(token, 144,
+       "Cannot use an aggregate or a subquery in an expression used for the group by list of a GROUP BY "
+       "clause.");
+}
+
 // ROW_NUMBER() and RANK() alone: other functions over a window are refused.
 Typed Writer::windowed(const Expression& expression, Scope* scope) {
   const bool known = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
   if (!known) refuse(expression.token, "a function with OVER other than ROW_NUMBER and RANK");
+  if (scope == nullptr || !scope->aggregatesAllowed || scope->clause == Scope::Clause::Having) {
+    fail(expression.token, 4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.");
+  }
   if (!expression.arguments.empty()) fail(expression.token, Message::FunctionArgumentCount, {expression.name, "0"});
   if (expression.order.empty()) {
-    fail(expression.token, 4112, "The function '" + expression.name + "' must have an OVER clause with ORDER BY.");
+    fail(expression.token, 4112,
+         "The function '" + written(expression.token) + "' must have an OVER clause with ORDER BY.");
   }
   Typed result;
   result.type = Type::of(TypeKind::BigInt).orNull(false);

@@ -44,9 +44,17 @@ std::vector<int> BatchCompiler::insertColumns(const StatementNode& node, const T
   return columns;
 }
 
-void BatchCompiler::checkCount(const StatementNode& node, std::size_t given, std::size_t wanted) const {
+void BatchCompiler::checkCount(const StatementNode& node, const Table& table, std::size_t given,
+                               std::size_t wanted) const {
   if (given == wanted) return;
-  if (node.columns.empty()) writer_.fail(node.table.token, Message::InsertColumnCount);
+  if (node.columns.empty()) {
+    if (table.identityColumn() >= 0 && given == table.columns.size()) {
+      writer_.fail(node.table.token, 8101,
+                   "An explicit value for the identity column in table '" + node.table.name +
+                       "' can only be specified when a column list is used and IDENTITY_INSERT is ON.");
+    }
+    writer_.fail(node.table.token, Message::InsertColumnCount);
+  }
   const bool values = node.query->body->select && !node.query->body->select->values.empty();
   if (!values) {
     writer_.fail(
@@ -110,12 +118,12 @@ void BatchCompiler::insert(const StatementNode& node) {
     text += ")";
     const auto& select = node.query->body->select;
     if (select && !select->values.empty()) {
-      for (const auto& row : select->values) checkCount(node, row.size(), columns.size());
+      for (const auto& row : select->values) checkCount(node, table, row.size(), columns.size());
       text += insertValues(*select, table, columns);
       step.oneRow = select->values.size() == 1;
     } else {
       const BoundQuery probe = writer_.bind(*node.query, nullptr, false);
-      checkCount(node, probe.outputs.size(), columns.size());
+      checkCount(node, table, probe.outputs.size(), columns.size());
       text += insertQuery(*node.query, table, columns);
     }
   }
@@ -239,8 +247,7 @@ void BatchCompiler::update(const StatementNode& node) {
   for (std::size_t i = 0; i < values.size(); ++i) rows += "," + values[i] + " AS c" + std::to_string(i + 1);
   rows += " FROM " + changed.from + where;
   if (node.top) {
-    const Typed top = writer_.convert(writer_.expression(*node.top, nullptr), Type::of(TypeKind::BigInt));
-    rows += " LIMIT max(0," + top.sql + ")";
+    rows += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
   }
   if (keys) return updateInTwoPasses(node, table, columns, rows);
   step.statements.push_back(
@@ -296,8 +303,7 @@ void BatchCompiler::remove(const StatementNode& node) {
   } else {
     text = "DELETE FROM " + name + " WHERE rowid IN (SELECT " + changed.alias + ".rowid FROM " + changed.from + where;
     if (node.top) {
-      const Typed top = writer_.convert(writer_.expression(*node.top, nullptr), Type::of(TypeKind::BigInt));
-      text += " LIMIT max(0," + top.sql + ")";
+      text += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
     }
     text += ")";
   }
@@ -314,6 +320,7 @@ void BatchCompiler::truncate(const StatementNode& node) {
   step.table = table.name;
   step.checksKeys = true;
   step.counted = -1;
+  step.truncates = true;
   step.statements.push_back({"DELETE FROM " + schema + quoted(table.name), {}});
   // Identity values begin anew.
   if (table.identityColumn() >= 0) {

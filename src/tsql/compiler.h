@@ -40,11 +40,22 @@ ShapedBatch shape(std::string_view batch);
 // The values of the literals that a program of this shape depends on, as one text: the second half of a cache's key
 // (the first is ShapedBatch::key; Program::structuralLiterals of a program found by the first half tells the list,
 // which is the same for all programs of a shape).
+//
+// A number below 0 stands for a literal, widthOf(number), of which only the width counts.
 std::string structuralKey(const ShapedBatch& batch, const std::vector<int>& structuralLiterals);
+
+constexpr int widthOf(int number) {
+  return ~number;
+}
+
+// The width that the type of a text literal has.
+std::int32_t literalWidth(const Literal& literal);
 
 struct CompileOptions {
   // Types of the command's "?" parameters, in order; those beyond the list count as nvarchar(4000).
   std::vector<Type> placeholders;
+  // For messages that name a table in full; empty where there is none.
+  std::string database;
 };
 
 // Compiles a batch. Throws SqlError for what SQL Server refuses before it runs the first statement: syntax (102, 156),

@@ -104,6 +104,8 @@ Result numericScaleOf(const Type& type) {
   return scaled ? Result(scaleOf(type)) : Result();
 }
 
+constexpr int numericType = 108;  // in the systypes that tells decimal and numeric apart
+
 // What the system tables tell of a column's type.
 struct TypeProperty {
   std::string_view name;
@@ -111,7 +113,8 @@ struct TypeProperty {
 };
 constexpr std::array properties{
     TypeProperty{"name", [](const Type& type) { return Result(std::string(type.baseName())); }},
-    TypeProperty{"xtype", [](const Type& type) { return Result(typeRow(type.kind).systemType); }},
+    TypeProperty{"xtype",
+                 [](const Type& type) { return Result(type.numeric ? numericType : typeRow(type.kind).systemType); }},
     TypeProperty{"length", [](const Type& type) { return Result(type.storageLength()); }},
     TypeProperty{"xprec", [](const Type& type) { return Result(precisionOf(type)); }},
     TypeProperty{"xscale", [](const Type& type) { return Result(scaleOf(type)); }},

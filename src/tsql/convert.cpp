@@ -23,12 +23,6 @@ SqlError conversionError(const Type& from, const Type& to) {
   return SqlError(Message::ConversionError, {messageName(from), messageName(to)});
 }
 
-std::string sixDecimals(double value) {
-  std::array<char, 400> buffer{};
-  const int written = std::snprintf(buffer.data(), buffer.size(), "%f", value);
-  return std::string(buffer.data(), static_cast<std::size_t>(written));
-}
-
 std::string_view shortIntegerName(TypeKind kind) {
   return kind == TypeKind::TinyInt ? "INT1" : "INT2";
 }
@@ -85,17 +79,19 @@ std::int64_t floatToInteger(double value, const Type& to) {
   constexpr double tooGreat = 9223372036854775808.0;  // 2^63
   if (!(whole >= -tooGreat && whole < tooGreat) || !fitsInteger(static_cast<std::int64_t>(whole), to.kind)) {
     if (to.kind == TypeKind::BigInt) throw SqlError(Message::ArithmeticOverflow, {expression, messageName(to)});
-    throw SqlError(Message::FloatOverflow, {messageName(to), sixDecimals(value)});
+    throw SqlError(Message::FloatOverflow, {messageName(to), floatMessageText(value)});
   }
   return static_cast<std::int64_t>(whole);
 }
 
 std::int64_t exactToInteger(const Decimal& value, const Type& from, const Type& to) {
   const auto whole = value.toInteger(from.isMoney() ? Rounding::HalfAway : Rounding::Cut);
-  if (!whole || !fitsInteger(*whole, to.kind)) {
-    throw SqlError(Message::ArithmeticOverflow, {from.isMoney() ? expression : messageName(from), messageName(to)});
+  if (whole && fitsInteger(*whole, to.kind)) return *whole;
+  if (!from.isMoney()) throw SqlError(Message::ArithmeticOverflow, {expression, messageName(to)});
+  if (to.kind == TypeKind::TinyInt) {
+    throw SqlError(Message::FloatOverflow, {messageName(to), floatMessageText(value.toDouble())});
   }
-  return *whole;
+  throw SqlError(Message::MoneyIntegerSpace, {messageName(from), messageName(to)});
 }
 
 // Half a day counts as a day.
@@ -114,8 +110,8 @@ Result toInteger(const Datum& value, const Type& from, const Type& to) {
   if (from.isFloat()) return floatToInteger(approximateNumber(value), to);
   if (from.isExactText()) return exactToInteger(exactNumber(value), from, to);
   if (from.isInteger())
-    return withinInteger(exactToInteger(exactNumber(value), from, Type::of(TypeKind::BigInt)), to.kind);
-  if (from.isDate()) return withinInteger(dateToInteger(dateTimeOf(value)), to.kind);
+    return withinInteger(exactToInteger(exactNumber(value), from, Type::of(TypeKind::BigInt)), to.kind, from.kind);
+  if (from.isDate()) return withinInteger(dateToInteger(dateTimeOf(value)), to.kind, TypeKind::BigInt);
   throw conversionError(from, to);
 }
 
@@ -134,7 +130,7 @@ Result toFloat(const Datum& value, const Type& from, const Type& to) {
   double number = floatOf(value, from, to);
   if (to.kind == TypeKind::Real) {
     if (std::isfinite(number) && std::abs(number) > std::numeric_limits<float>::max()) {
-      throw SqlError(Message::FloatOverflow, {messageName(to), sixDecimals(number)});
+      throw SqlError(Message::FloatOverflow, {messageName(to), floatMessageText(number)});
     }
     number = static_cast<float>(number);
   }
@@ -172,9 +168,15 @@ Result toExact(const Datum& value, const Type& from, const Type& to) {
   }
   if (from.isDate()) return exactText(exactDays(dateTimeOf(value), scale), to, expression);
   if (from.isBinary() && to.isMoney()) return exactText(moneyOfBytes(value.blob(), to), to, expression);
-  if (from.isBinary())
-    return exactText(Decimal(integerOfBytes(value.blob(), Type::of(TypeKind::BigInt))), to, messageName(from));
-  if (from.isNumber()) return exactText(exactNumber(value), to, to.isMoney() ? expression : messageName(from));
+  if (from.isBinary()) {
+    const auto number = decimalOfBytes(value.blob());
+    if (!number) throw conversionError(from, to);
+    return exactText(*number, to, messageName(from));
+  }
+  if (from.isNumber()) {
+    const bool named = !to.isMoney() || from.kind == TypeKind::Decimal;
+    return exactText(exactNumber(value), to, named ? messageName(from) : expression);
+  }
   throw conversionError(from, to);
 }
 
@@ -237,10 +239,12 @@ bool fitsInteger(std::int64_t value, TypeKind kind) {
   return value >= bounds.least && value <= bounds.greatest;
 }
 
-std::int64_t withinInteger(std::int64_t value, TypeKind kind) {
+std::int64_t withinInteger(std::int64_t value, TypeKind kind, TypeKind from) {
   if (kind == TypeKind::Bit) return value != 0 ? 1 : 0;
   if (fitsInteger(value, kind)) return value;
-  if (kind == TypeKind::Int) throw SqlError(Message::ArithmeticOverflow, {expression, "int"});
+  if (kind == TypeKind::Int || from == TypeKind::BigInt) {
+    throw SqlError(Message::ArithmeticOverflow, {expression, typeRow(kind).name});
+  }
   throw SqlError(Message::OverflowValue, {typeRow(kind).name, std::to_string(value)});
 }
 
@@ -344,8 +348,7 @@ std::int64_t dataLength(const Datum& value, const Type& type, const Collation& c
       break;
   }
   if (type.kind != TypeKind::Decimal) return typeRow(type.kind).bytes;
-  const int digits = exactNumber(value).digits();
-  return digits <= 9 ? 5 : digits <= 19 ? 9 : digits <= 28 ? 13 : 17;
+  return 5 + 4 * (static_cast<std::int64_t>(exactNumber(value).magnitudeBytes().size()) / 4 - 1);
 }
 
 }  // namespace tolvane::tsql

@@ -37,8 +37,8 @@ namespace tolvane::tsql {
 [[nodiscard]] std::int64_t dataLength(const Datum& value, const Type& type, const Collation& collation);
 
 [[nodiscard]] bool fitsInteger(std::int64_t value, TypeKind kind);
-// A whole number in the range of the integer type; throws what SQL Server raises for one that is not.
-[[nodiscard]] std::int64_t withinInteger(std::int64_t value, TypeKind kind);
+// A whole number in the range of the integer type; throws what SQL Server raises for one of type `from` that is not.
+[[nodiscard]] std::int64_t withinInteger(std::int64_t value, TypeKind kind, TypeKind from);
 // At the scale of the money or decimal type, rounded; throws 8115 naming the source ("numeric", "float", "expression").
 [[nodiscard]] std::string exactText(const Decimal& value, const Type& to, std::string_view source);
 

@@ -114,6 +114,13 @@ Bytes numberBytes(const Datum& value, const Type& from, const Type& to) {
     const std::int64_t whole = units ? units->toInteger(Rounding::Cut).value_or(0) : 0;
     return bigEndian(static_cast<std::uint64_t>(whole), typeRow(from.kind).bytes);
   }
+  if (from.kind == TypeKind::Decimal) {
+    const Decimal number = exactNumber(value);
+    Bytes bytes{static_cast<std::byte>(from.precision), static_cast<std::byte>(from.scale), std::byte{0},
+                number.isNegative() ? std::byte{0} : std::byte{1}};
+    for (const std::byte b : number.magnitudeBytes()) bytes.push_back(b);
+    return bytes;
+  }
   if (from.kind == TypeKind::Float) return bigEndian(std::bit_cast<std::uint64_t>(approximateNumber(value)), 8);
   if (from.kind == TypeKind::Real) {
     return bigEndian(std::bit_cast<std::uint32_t>(static_cast<float>(approximateNumber(value))), 4);
@@ -149,6 +156,22 @@ Decimal moneyOfBytes(BytesView bytes, const Type& to) {
   return Decimal::quotient(units, Decimal(10000), 4).value_or(Decimal());
 }
 
+std::optional<Decimal> decimalOfBytes(BytesView bytes) {
+  constexpr std::size_t header = 4;
+  if (bytes.size() <= header) return std::nullopt;
+  const auto precision = std::to_integer<int>(bytes[0]);
+  const auto scale = std::to_integer<int>(bytes[1]);
+  const std::size_t storage = static_cast<std::size_t>(Type::decimal(precision, scale).storageLength()) - 1;
+  const bool positive = bytes[3] != std::byte{0};
+  const bool known = precision >= 1 && precision <= Decimal::maxPrecision && scale <= precision;
+  if (!known || bytes.size() < header + storage) return std::nullopt;
+  WideNumber magnitude;
+  for (std::size_t i = bytes.size(); i-- > header;) {
+    if (!magnitude.multiplyAdd(256, std::to_integer<std::uint32_t>(bytes[i]))) return std::nullopt;
+  }
+  return Decimal(!positive, magnitude, scale);
+}
+
 DateTime dateTimeOfBytes(BytesView bytes) {
   const std::uint64_t value = lastBytes(bytes, 8);
   const auto days = static_cast<std::int32_t>(value >> 32);
@@ -160,8 +183,15 @@ DateTime dateTimeOfBytes(BytesView bytes) {
 }
 
 std::string textOfBytes(BytesView bytes, const Type& from, const Type& to, int style, const Collation& collation) {
-  if (style == 1) return "0x" + hexText(bytes);
-  if (style == 2) return hexText(bytes);
+  if (style == 1 || style == 2) {
+    // Only whole bytes are shown.
+    const std::string prefix = style == 1 ? "0x" : "";
+    const auto room = static_cast<std::size_t>(std::max(to.length, 0));
+    const std::size_t shown = to.length == maxLength || to.isLongText() ? bytes.size()
+                              : room < prefix.size()                    ? 0
+                                                                        : (room - prefix.size()) / 2;
+    return prefix + hexText(bytes.first(std::min(shown, bytes.size())));
+  }
   if (style != 0) throw SqlError(Message::InvalidStyle, {std::to_string(style), messageName(from)});
   if (to.isUnicode()) return textOfUtf16(bytes);
   std::string raw(bytes.size(), '\0');
@@ -173,6 +203,7 @@ Result toBinary(const Datum& value, const Type& from, const Type& to, std::optio
                 const Collation& collation) {
   Bytes bytes;
   bool fillLeft = false;
+  bool cutLeft = false;
   if (from.isText()) {
     bytes = textBytes(value.text(), from, to, style.value_or(0), collation);
   } else if (from.isBinary()) {
@@ -182,12 +213,13 @@ Result toBinary(const Datum& value, const Type& from, const Type& to, std::optio
   } else {
     bytes = numberBytes(value, from, to);
     fillLeft = true;
+    cutLeft = from.kind != TypeKind::Decimal;
   }
   if (to.length == maxLength || to.kind == TypeKind::Image) return bytes;
   const std::size_t length = to.kind == TypeKind::Timestamp ? 8 : static_cast<std::size_t>(to.length);
   const bool fixed = to.kind == TypeKind::Binary || to.kind == TypeKind::Timestamp;
   if (bytes.size() > length) {
-    if (fillLeft) {
+    if (cutLeft) {
       bytes.erase(bytes.begin(), bytes.end() - static_cast<std::ptrdiff_t>(length));
     } else {
       bytes.resize(length);

@@ -17,6 +17,9 @@ namespace tolvane::tsql {
 [[nodiscard]] std::int64_t integerOfBytes(BytesView bytes, const Type& to);
 // The same, in ten-thousandths.
 [[nodiscard]] Decimal moneyOfBytes(BytesView bytes, const Type& to);
+// Precision, scale, a byte of no meaning, 1 for positive, and the magnitude, the least significant byte first. Nothing
+// where they are no decimal number.
+[[nodiscard]] std::optional<Decimal> decimalOfBytes(BytesView bytes);
 // Four bytes of days and four of ticks; throws 241 where they are no datetime.
 [[nodiscard]] DateTime dateTimeOfBytes(BytesView bytes);
 

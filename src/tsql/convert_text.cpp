@@ -34,10 +34,7 @@ std::string numberToText(const Datum& value, const Type& from, std::optional<int
   if (from.isInteger()) return exactNumber(value).toText();
   if (from.kind == TypeKind::Decimal) return exactNumber(value).toText();
   const int number = style.value_or(0);
-  const auto text =
-      from.isFloat() ? floatText(approximateNumber(value), number) : moneyText(exactNumber(value), number);
-  if (!text) throw invalidStyle(number, from);
-  return *text;
+  return from.isFloat() ? floatText(approximateNumber(value), number) : moneyText(exactNumber(value), number);
 }
 
 // A number must not lose digits; small integers show a star instead in char and varchar.
@@ -47,12 +44,6 @@ std::string fittedNumber(std::string text, const Type& from, const Type& to) {
   if (small && !to.isUnicode()) return "*";
   if (from.isMoney()) throw SqlError(Message::MoneyTextSpace, {messageName(from), messageName(to)});
   throw SqlError(Message::ArithmeticOverflow, {from.isInteger() ? "expression" : messageName(from), messageName(to)});
-}
-
-SqlError floatSpace(double value, const Type& to) {
-  std::array<char, 400> digits{};
-  const int written = std::snprintf(digits.data(), digits.size(), "%f", value);
-  return SqlError(Message::FloatOverflow, {messageName(to), {digits.data(), static_cast<std::size_t>(written)}});
 }
 
 std::string cutToCodePageBytes(const std::string& text, std::int32_t length, const Collation& collation) {
@@ -110,7 +101,9 @@ Result toText(const Datum& value, const Type& from, const Type& to, std::optiona
   } else if (from.isNumber()) {
     text = numberToText(value, from, style);
     const bool space = to.length == maxLength || to.isLongText() || std::cmp_less_equal(text.size(), to.length);
-    if (from.isFloat() && !space) throw floatSpace(approximateNumber(value), to);
+    if (from.isFloat() && !space) {
+      throw SqlError(Message::FloatOverflow, {messageName(to), floatMessageText(approximateNumber(value))});
+    }
     text = fittedNumber(std::move(text), from, to);
   } else {
     throw SqlError(Message::ConversionError, {messageName(from), messageName(to)});

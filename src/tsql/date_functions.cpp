@@ -1,6 +1,7 @@
 // Functions on dates. Parts come as one of the names of the table of date parts, dates as they are stored.
 #include <array>
 #include <limits>
+#include <optional>
 #include <string>
 
 #include "tsql/convert.h"
@@ -18,6 +19,70 @@ DatePart partOf(const Datum& word, std::string_view function) {
   return *part;
 }
 
+// A moment of which a part is asked for. That of a text is finer than a datetime.
+struct Moment {
+  DateTime value;
+  std::optional<std::int32_t> fraction;  // ten-millionths of the second, beside a value without a fraction
+  bool dateAlone = false;
+};
+
+constexpr std::size_t storedSecondLength = 19;
+constexpr std::size_t fineLength = storedSecondLength + 8;
+
+Moment momentOf(const Datum& value) {
+  const std::string_view text = value.kind() == Kind::Text ? value.text() : std::string_view();
+  if (text.size() != fineLength) return {dateTimeOf(value), {}, isStoredDate(text)};
+  const auto second = parseStored(std::string(text.substr(0, storedSecondLength)) + ".000");
+  if (!second) throw SqlError(Message::DateSyntax);
+  std::int32_t fraction = 0;
+  for (const char c : text.substr(storedSecondLength + 1)) fraction = fraction * 10 + (c - '0');
+  return {*second, fraction, false};
+}
+
+// A text as `momentOf` reads it.
+Result moment(Call& call) {
+  if (anyNull(call)) return {};
+  const DateText read = parseDateText(call.args[0].text(), DateOrder::MonthDayYear, dateBounds);
+  if (read.outcome != DateTextOutcome::Read) throw SqlError(Message::DateSyntax);
+  const std::string digits = std::to_string(10'000'000 + read.fraction);
+  return storedDateTime(read.second).substr(0, storedSecondLength) + "." + digits.substr(1);
+}
+
+constexpr bool isFinerThanSecond(DatePart part) {
+  return part >= DatePart::Millisecond && part <= DatePart::Nanosecond;
+}
+
+// How many ten-millionths of a second a unit has, for the units below a second.
+constexpr std::int64_t perUnit(DatePart part) {
+  return part == DatePart::Millisecond ? 10'000 : part == DatePart::Microsecond ? 10 : 1;
+}
+
+int partOfMoment(DatePart part, const Moment& moment, std::string_view function, int dateFirst) {
+  if (moment.dateAlone && isTimePart(part)) {
+    throw SqlError(Message::UnsupportedDatePart, {nameOf(part), function, "date"});
+  }
+  if (!moment.fraction || !isFinerThanSecond(part)) return datePart(part, moment.value, dateFirst);
+  const auto count = static_cast<int>(*moment.fraction / perUnit(part));
+  return part == DatePart::Nanosecond ? count * 100 : count;
+}
+
+// Ten-millionths of a second since 1900-01-01.
+std::int64_t fineCount(const Moment& moment) {
+  const std::int64_t seconds = std::int64_t{moment.value.days} * 86400 + moment.value.ticks / DateTime::ticksPerSecond;
+  const int milliseconds = timeOfDay(moment.value.ticks).millisecond;
+  return seconds * 10'000'000 + moment.fraction.value_or(milliseconds * 10'000);
+}
+
+std::optional<std::int64_t> fineDifference(DatePart part, const Moment& from, const Moment& to) {
+  const auto count = [part](const Moment& moment) {
+    const std::int64_t fine = fineCount(moment);
+    const std::int64_t unit = perUnit(part);
+    return fine / unit - (fine % unit < 0 ? 1 : 0);
+  };
+  const std::int64_t difference = count(to) - count(from);
+  return part == DatePart::Nanosecond ? difference * 100 : difference;
+}
+
 Result now(Call& call) {
   return storedDateTime(call.session.now());
 }
@@ -25,13 +90,17 @@ Result now(Call& call) {
 // part, date.
 Result datepart(Call& call) {
   if (anyNull(call)) return {};
-  return datePart(partOf(call.args[0], "datepart"), dateTimeOf(call.args[1]), call.session.dateFirst());
+  return partOfMoment(partOf(call.args[0], "datepart"), momentOf(call.args[1]), "datepart", call.session.dateFirst());
 }
 
 // part, date.
 Result datename(Call& call) {
   if (anyNull(call)) return {};
-  return dateName(partOf(call.args[0], "datename"), dateTimeOf(call.args[1]), call.session.dateFirst());
+  const DatePart part = partOf(call.args[0], "datename");
+  const Moment moment = momentOf(call.args[1]);
+  const int number = partOfMoment(part, moment, "datename", call.session.dateFirst());
+  if (moment.fraction && isFinerThanSecond(part)) return std::to_string(number);
+  return dateName(part, moment.value, call.session.dateFirst());
 }
 
 // part, number, date, packed type of the result.
@@ -55,8 +124,13 @@ Result dateadd(Call& call) {
 Result datediff(Call& call) {
   if (anyNull(call)) return {};
   const DatePart part = partOf(call.args[0], "datediff");
-  if (part == DatePart::IsoWeek) throw SqlError(Message::UnsupportedDatePart, {nameOf(part), "datediff", "datetime"});
-  const auto difference = dateDiff(part, dateTimeOf(call.args[1]), dateTimeOf(call.args[2]));
+  if (part == DatePart::IsoWeek) {
+    throw SqlError(9806, 16, "The datepart iso_week is not supported by date function datediff.");
+  }
+  const Moment from = momentOf(call.args[1]);
+  const Moment to = momentOf(call.args[2]);
+  const bool fine = isFinerThanSecond(part) && (from.fraction || to.fraction);
+  const auto difference = fine ? fineDifference(part, from, to) : dateDiff(part, from.value, to.value);
   if (!difference || *difference > std::numeric_limits<std::int32_t>::max() ||
       *difference < std::numeric_limits<std::int32_t>::min()) {
     throw SqlError(Message::DatediffOverflow);
@@ -67,7 +141,7 @@ Result datediff(Call& call) {
 template <DatePart part>
 Result partCall(Call& call) {
   if (anyNull(call)) return {};
-  return datePart(part, dateTimeOf(call.args[0]), call.session.dateFirst());
+  return datePart(part, momentOf(call.args[0]).value, call.session.dateFirst());
 }
 
 // Whether a text converts to datetime; no text does not count as a date here.
@@ -82,6 +156,7 @@ Result isdate(Call& call) {
 
 constexpr std::array functions{
     Function{"ts_now", 0, 0, true, now},
+    Function{"ts_moment", 1, 1, true, moment},
     Function{"ts_datepart", 2, 2, true, datepart},
     Function{"ts_datename", 2, 2, true, datename},
     Function{"ts_dateadd", 4, 4, true, dateadd},

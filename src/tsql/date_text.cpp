@@ -266,6 +266,8 @@ class DateReader {
     Number number = takeNumber();
     const std::size_t most = bounds_.first < dateTimeBounds.first ? 7 : 3;
     if (number.digits > (point ? most : 3)) failed_ = true;
+    fraction_ = number.value;
+    for (std::size_t i = point ? number.digits : 3; i < 7; ++i) fraction_ *= 10;
     if (point) {
       for (std::size_t i = number.digits; i < 3; ++i) number.value *= 10;
       for (std::size_t i = 3; i < number.digits; ++i) number.value /= 10;
@@ -375,11 +377,19 @@ class DateReader {
     }
   }
 
+  static DateText outside() {
+    DateText text;
+    text.outcome = DateTextOutcome::Range;
+    return text;
+  }
+
   DateText done() const {
-    if (outOfRange_) return {DateTextOutcome::Range, {}};
+    if (outOfRange_) return outside();
     const auto value = carried(daysOf(date_), ticksOf(time_));
-    if (!value || !bounds_.hold(value->days)) return {DateTextOutcome::Range, {}};
-    return {DateTextOutcome::Read, *value};
+    if (!value || !bounds_.hold(value->days)) return outside();
+    TimeOfDay second = time_;
+    second.millisecond = 0;
+    return {DateTextOutcome::Read, *value, {daysOf(date_), ticksOf(second)}, fraction_};
   }
 
   std::vector<Token> tokens_;
@@ -390,6 +400,7 @@ class DateReader {
   bool outOfRange_ = false;
   CalendarDate date_;
   TimeOfDay time_;
+  std::int32_t fraction_ = 0;
 };
 
 }  // namespace

@@ -35,6 +35,9 @@ enum class DateTextOutcome {
 struct DateText {
   DateTextOutcome outcome = DateTextOutcome::Syntax;
   DateTime value;
+  // The same moment without rounding: the whole second, and ten-millionths of one.
+  DateTime second;
+  std::int32_t fraction = 0;
 };
 // Text to a date as SQL Server reads it under us_english: yyyymmdd, yyyy-mm-ddThh:mm:ss[.mmm], numbers separated by
 // '/', '-' or '.', English month names, times before or after, a time alone (of 1900-01-01), nothing (1900-01-01).

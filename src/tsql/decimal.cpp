@@ -6,6 +6,8 @@
 #include <cmath>
 #include <limits>
 
+#include "tsql/float_digits.h"
+
 namespace tolvane::tsql {
 namespace {
 
@@ -188,6 +190,10 @@ std::optional<std::uint64_t> WideNumber::toUnsigned() const {
   return (std::uint64_t{limbs_[1]} << 32) | limbs_[0];
 }
 
+std::vector<std::uint32_t> WideNumber::groups() const {
+  return {limbs_.begin(), limbs_.begin() + static_cast<std::ptrdiff_t>(std::max<std::size_t>(used(), 1))};
+}
+
 Decimal::Decimal(std::int64_t value)
     : negative_(value < 0),
       magnitude_(value < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value)) {
@@ -227,21 +233,12 @@ std::optional<Decimal> Decimal::parse(std::string_view text) {
 
 std::optional<Decimal> Decimal::fromDouble(double value, int scale) {
   if (!std::isfinite(value) || std::abs(value) >= 1e38) return std::nullopt;
-  // The decision at the half needs digits beyond the scale; forty more tell every double from its neighbours.
-  constexpr int further = 40;
-  std::array<char, 160> text{};
-  const auto written = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed,
-                                     std::min(scale + further, 100));
-  const std::string_view digits(text.data(), static_cast<std::size_t>(written.ptr - text.data()));
-  const auto point = digits.find('.');
-  const auto kept = point == std::string_view::npos ? digits.size() : point + 1 + static_cast<std::size_t>(scale);
-  auto number = parse(digits.substr(0, kept));
-  if (!number) return std::nullopt;
-  if (kept < digits.size() && digits[kept] >= '5') {
-    if (!number->magnitude_.add(WideNumber(1))) return std::nullopt;
-    number->negative_ = value < 0;
-  }
-  return withinPrecision(number);
+  const FloatDigits digits = FloatDigits::of(value);
+  // What lies wholly behind the scale, with a digit to decide at the half, is zero.
+  if (digits.exponent < -scale - 1) return Decimal(false, WideNumber(), scale);
+  const int kept = std::min(static_cast<int>(digits.digits.size()), digits.exponent + 1 + scale);
+  const auto number = parse((kept > 0 ? digits.rounded(kept) : digits).plain());
+  return number ? withinPrecision(number->rescaled(scale)) : std::nullopt;
 }
 
 int Decimal::digits() const {
@@ -289,6 +286,14 @@ std::string Decimal::toText() const {
   if (scale_ > 0) text.insert(text.size() - static_cast<std::size_t>(scale_), 1, '.');
   if (negative_) text.insert(0, 1, '-');
   return text;
+}
+
+std::vector<std::byte> Decimal::magnitudeBytes() const {
+  std::vector<std::byte> bytes;
+  for (std::uint32_t group : magnitude_.groups()) {
+    for (int i = 0; i < 4; ++i, group >>= 8) bytes.push_back(static_cast<std::byte>(group & 0xFF));
+  }
+  return bytes;
 }
 
 double Decimal::toDouble() const {

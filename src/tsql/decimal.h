@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tolvane::tsql {
 
@@ -41,6 +42,8 @@ class WideNumber {
 
   // Nothing when the number does not fit.
   [[nodiscard]] std::optional<std::uint64_t> toUnsigned() const;
+  // Groups of 32 bits, the least significant one first, as many as are needed.
+  [[nodiscard]] std::vector<std::uint32_t> groups() const;
 
  private:
   [[nodiscard]] std::size_t used() const;
@@ -66,7 +69,7 @@ class Decimal {
   // Sign, digits, point, digits; blanks around it and after the sign; at least one digit. Nothing for anything else and
   // for more than 38 digits before the point. Digits after the 38th of the fraction are cut.
   [[nodiscard]] static std::optional<Decimal> parse(std::string_view text);
-  // The exact binary value, rounded to scale. Nothing when it is not a number of at most 38 digits.
+  // Its seventeen significant digits, rounded to scale. Nothing when it is not a number of at most 38 digits.
   [[nodiscard]] static std::optional<Decimal> fromDouble(double value, int scale);
 
   [[nodiscard]] bool isNegative() const { return negative_; }
@@ -83,6 +86,8 @@ class Decimal {
 
   // Exactly scale() digits after the point, no point for scale 0, '-' before negative numbers.
   [[nodiscard]] std::string toText() const;
+  // Without sign and point, the least significant byte first, in whole groups of four bytes, at least one.
+  [[nodiscard]] std::vector<std::byte> magnitudeBytes() const;
   [[nodiscard]] double toDouble() const;
   // Nothing when the rounded or cut number does not fit.
   [[nodiscard]] std::optional<std::int64_t> toInteger(Rounding rounding) const;

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdio>
 
 #include "tsql/batch_compiler.h"
 #include "tsql/convert.h"
@@ -69,6 +70,21 @@ void addKey(Table& table, const Constraint& constraint, const std::vector<tree::
   index.primary = primary;
   for (const auto& column : columns) index.columns.push_back(table.find(column.name));
   table.indexes.push_back(std::move(index));
+}
+
+// A name as SQL Server makes one up: kind, beginnings of table and column, eight hexadecimal digits.
+std::string madeUpName(std::string_view kind, const Table& table, std::string_view column, std::size_t number) {
+  std::uint32_t hash = 2166136261U;
+  const auto add = [&hash](std::string_view text) {
+    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  };
+  add(table.name);
+  add(column);
+  add(std::to_string(number));
+  std::array<char, 9> digits{};
+  std::snprintf(digits.data(), digits.size(), "%08X", hash);
+  return std::string(kind) + "__" + table.name.substr(0, 9) + "__" +
+         (column.empty() ? "" : std::string(column.substr(0, 5)) + "__") + digits.data();
 }
 
 std::string schemaOf(const Table& table) {
@@ -304,6 +320,11 @@ void BatchCompiler::createTable(const StatementNode& node) {
   const auto named = [](const Constraint& constraint) {
     return constraint.name.empty() ? std::string() : "CONSTRAINT " + quoted(constraint.name) + " ";
   };
+  std::size_t madeUp = 0;
+  const auto namedAnyhow = [&](const Constraint& constraint, std::string_view kind, std::string_view column) {
+    if (!constraint.name.empty()) return named(constraint);
+    return "CONSTRAINT " + quoted(madeUpName(kind, table, column, ++madeUp)) + " ";
+  };
   const auto key = [&](const Constraint& constraint, std::vector<tree::KeyColumn> columns) {
     const bool primary = constraint.kind == Constraint::Kind::PrimaryKey;
     const auto ordinalsOfKey = ordinals(columns, table, constraint.token);
@@ -352,7 +373,8 @@ void BatchCompiler::createTable(const StatementNode& node) {
           break;
         }
         case Constraint::Kind::Check:
-          constraints += "," + named(constraint) + checkText(*constraint.expression, table);
+          constraints +=
+              "," + namedAnyhow(constraint, "CK", definition.name) + checkText(*constraint.expression, table);
           break;
         case Constraint::Kind::ForeignKey: {
           Constraint own;
@@ -364,7 +386,7 @@ void BatchCompiler::createTable(const StatementNode& node) {
           own.onDelete = constraint.onDelete;
           own.onUpdate = constraint.onUpdate;
           own.columns.push_back({definition.name, false});
-          constraints += "," + named(constraint) + foreignKeyText(own, table);
+          constraints += "," + namedAnyhow(constraint, "FK", definition.name) + foreignKeyText(own, table);
           break;
         }
         case Constraint::Kind::PrimaryKey:
@@ -380,10 +402,11 @@ void BatchCompiler::createTable(const StatementNode& node) {
       case Constraint::Kind::Default:
         throw notSupported(batch_, constraint.token, "DEFAULT as a constraint of the table");
       case Constraint::Kind::Check:
-        constraints += "," + named(constraint) + checkText(*constraint.expression, table);
+        constraints += "," + namedAnyhow(constraint, "CK", {}) + checkText(*constraint.expression, table);
         break;
       case Constraint::Kind::ForeignKey:
-        constraints += "," + named(constraint) + foreignKeyText(constraint, table);
+        constraints +=
+            "," + namedAnyhow(constraint, "FK", constraint.columns.front().name) + foreignKeyText(constraint, table);
         break;
       case Constraint::Kind::PrimaryKey:
       case Constraint::Kind::Unique:
@@ -529,17 +552,21 @@ void BatchCompiler::alterDrop(const StatementNode& node) {
   add(node, std::move(step));
 }
 
+// Each table is dropped by itself, whatever becomes of the others.
 void BatchCompiler::dropTable(const StatementNode& node) {
-  DdlStep step;
   for (const auto& name : node.tables) {
     const Table* table = catalogue_.find(name.name);
     if (table == nullptr) {
-      if (node.ifExists) continue;
-      return error(node, SqlError(Message::CannotDrop, {"drop", "table", name.name}));
+      const std::string written = (name.schema.empty() ? "" : name.schema + ".") + name.name;
+      if (!node.ifExists) error(node, SqlError(Message::CannotDrop, {"drop", "table", written}));
+      continue;
     }
+    DdlStep step;
+    step.dropped.push_back(table->name);
     step.statements.push_back({"DROP TABLE " + schemaOf(*table) + quoted(table->name), {}});
+    add(node, std::move(step));
   }
-  add(node, std::move(step));
+  if (node.ifExists) add(node, DdlStep{});
 }
 
 void BatchCompiler::dropIndex(const StatementNode& node) {
@@ -585,15 +612,11 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
                        table.name + "' is specified more than once.");
     }
     Type type = output.value.type.kind == TypeKind::Null ? Type::of(TypeKind::Int) : output.value.type;
-    // The width of a text literal is that of the text.
-    if (output.value.literal >= 0 && type.isText()) {
-      writer_.structural(output.value.literal);
-      const auto& text = batch_.literals[static_cast<std::size_t>(output.value.literal)].text;
-      type.length = std::max<std::int32_t>(1, static_cast<std::int32_t>(text.size()));
-    }
-    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " + type.declared() +
-                   (type.nullable ? "" : " NOT NULL");
-    table.columns.push_back({output.name, type, false, {}});
+    const bool identity = output.identity && table.identityColumn() < 0 && query.body->updatable != nullptr;
+    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " +
+                   (identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : type.declared()) +
+                   (type.nullable || identity ? "" : " NOT NULL");
+    table.columns.push_back({output.name, type, identity, {}});
   }
   DdlStep create;
   create.statements.push_back({"CREATE " + std::string(table.temporary ? "TEMP " : "") + "TABLE " + quoted(table.name) +

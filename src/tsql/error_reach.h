@@ -12,4 +12,8 @@ enum class ErrorReach {
 
 ErrorReach reachOf(const SqlError& error);
 
+// Whether the error, which ends the batch, also undoes the transaction that is open: a value that cannot be converted
+// does.
+bool undoesTransaction(const SqlError& error);
+
 }  // namespace tolvane::tsql

@@ -64,6 +64,17 @@ void Writer::refuse(int token, std::string_view what) const {
   throw notSupported(batch_, token, what);
 }
 
+std::string Writer::written(int token) const {
+  const Token& word = batch_.tokens[static_cast<std::size_t>(token)];
+  return std::string(batch_.text.substr(word.begin, word.end - word.begin));
+}
+
+void Writer::measure(Typed& value) {
+  if (value.literal < 0 || !value.type.isText()) return;
+  structural(widthOf(value.literal));
+  value.type.length = literalWidth(batch_.literals[static_cast<std::size_t>(value.literal)]);
+}
+
 void Writer::structural(int literal) {
   program_.structuralLiterals.push_back(literal);
 }
@@ -198,8 +209,13 @@ std::string Writer::assignTo(const Typed& value, const Type& to, const std::stri
          quotedText(name) + (verb.empty() ? "" : "," + quotedText(verb)) + ")";
 }
 
+std::string Writer::fullName(const Table& table) const {
+  const std::string database = table.temporary ? "tempdb" : options_.database;
+  return (database.empty() ? "" : database + ".") + "dbo." + table.name;
+}
+
 std::string Writer::assign(const Typed& value, const Table& table, const Column& column, std::string_view verb) {
-  return assignTo(value, column.type, "dbo." + table.name + "." + column.name, verb);
+  return assignTo(value, column.type, fullName(table) + "." + column.name, verb);
 }
 
 std::string Writer::assignInserted(const Typed& value, const Table& table, const Column& column) {
@@ -207,7 +223,7 @@ std::string Writer::assignInserted(const Typed& value, const Table& table, const
   if (value.literal < 0 || value.parameter < 0 || sql == value.sql) return sql;
   Parameter parameter = parameters_[static_cast<std::size_t>(value.parameter)];
   parameter.to = column.type;
-  parameter.column = "dbo." + table.name + "." + column.name;
+  parameter.column = fullName(table) + "." + column.name;
   return addParameter(parameter);
 }
 
@@ -281,7 +297,7 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
     }
     if (found != nullptr) {
       if (at->insideAggregate == 0 && at->insideGroupKey == 0) {
-        at->setUngrouped((owner->name.empty() ? "" : owner->name + ".") + found->name);
+        at->setUngrouped((owner->objectName.empty() ? "" : owner->objectName + ".") + found->name);
       }
       Typed result;
       result.sql = found->sql;
@@ -400,6 +416,15 @@ Typed Writer::unary(const Expression& expression, Scope* scope) {
   if (value.type.kind == TypeKind::Null) return value;
   Typed result;
   result.type = value.type;
+  if (expression.name == "-" && value.literal >= 0 && value.type.kind == TypeKind::Decimal && value.type.scale == 0) {
+    // The least int is one although its digits alone are not.
+    structural(value.literal);
+    if (batch_.literals[static_cast<std::size_t>(value.literal)].text == "2147483648") {
+      result.type = Type::of(TypeKind::Int).orNull(false);
+      result.sql = "(-2147483648)";
+      return result;
+    }
+  }
   result.subquery = value.subquery;
   const bool complement = expression.name == "~";
   const bool fits = complement ? value.type.isInteger() : value.type.isNumber() && value.type.kind != TypeKind::Bit;
@@ -408,8 +433,11 @@ Typed Writer::unary(const Expression& expression, Scope* scope) {
     result.sql = "ts_not(" + value.sql + "," + std::to_string(value.type.pack()) + ")";
   } else if (value.type.isFloat() || (value.literal >= 0 && value.type.kind == TypeKind::Int)) {
     result.sql = "(-" + value.sql + ")";
+    result.digitsOf = value.literal;
   } else {
-    result.sql = "ts_neg(" + value.sql + "," + std::to_string(value.type.pack()) + ")";
+    // tinyint has no negative numbers.
+    if (value.type.kind == TypeKind::TinyInt) result.type.kind = TypeKind::SmallInt;
+    result.sql = "ts_neg(" + value.sql + "," + std::to_string((complement ? value.type : result.type).pack()) + ")";
   }
   return result;
 }
@@ -449,6 +477,8 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
   const bool bothNull = left.type.kind == TypeKind::Null && right.type.kind == TypeKind::Null;
   if (expression.name == "+" && leftText && rightText && !bothNull) {
     Typed result;
+    measure(left);
+    measure(right);
     if (left.type.kind == TypeKind::Null) left.type = right.type;
     if (right.type.kind == TypeKind::Null) right.type = left.type;
     result.type = concatenation(left.type, right.type);
@@ -466,10 +496,10 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
 
 // An exact number beside a decimal: an integer literal is as wide as it is written.
 Typed Writer::decimalOperand(Typed value) {
-  if (value.literal >= 0 && value.type.kind == TypeKind::Int) {
-    structural(value.literal);
-    const auto digits = std::to_string(batch_.literals[static_cast<std::size_t>(value.literal)].integer).size();
-    return convert(std::move(value), Type::decimal(static_cast<int>(digits), 0));
+  const int literal = value.literal >= 0 ? value.literal : value.digitsOf;
+  if (literal >= 0 && value.type.kind == TypeKind::Int) {
+    structural(literal);
+    return convert(std::move(value), numericLiteral(literal));
   }
   const Type type = value.type.isNumber() ? asDecimal(value.type) : value.type;
   return convert(std::move(value), type);
@@ -492,12 +522,24 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
   const bool bits = op == '&' || op == '|' || op == '^';
   const auto incompatible = [&] {
     fail(expression.token, 402,
-         "The data types " + std::string(left.type.baseName()) + " and " + std::string(right.type.baseName()) +
+         "The data types " + std::string(left.type.messageName()) + " and " + std::string(right.type.messageName()) +
              " are incompatible in the " + std::string(row.name) + " operator.");
   };
   if (bits) {
-    if (type.isText() || !(type.isInteger() || type.isBinary())) incompatible();
-    if (type.isBinary()) incompatible();
+    const auto possible = [](const Type& operand) {
+      const bool shortText = operand.isText() && !operand.isLongText();
+      return operand.isInteger() || shortText || (operand.isBinary() && operand.kind != TypeKind::Image) ||
+             operand.kind == TypeKind::Null;
+    };
+    const bool integer = left.type.isInteger() || right.type.isInteger();
+    if (!possible(left.type) && !possible(right.type)) invalid(left.type);
+    if (!integer || !possible(left.type) || !possible(right.type)) incompatible();
+  } else if (op == '%' && type.isFloat()) {
+    if (left.type.isFloat() && right.type.isFloat()) invalid(left.type);
+    incompatible();
+  } else if (type.kind == TypeKind::Bit) {
+    if (op == '*' || op == '/') invalid(left.type);
+    incompatible();
   } else if (type.isDate()) {
     if ((op != '+' && op != '-') || type.kind == TypeKind::Date) {
       const Type& other = left.type.kind == type.kind ? right.type : left.type;
@@ -511,14 +553,13 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     result.type = Type::text(TypeKind::VarBinary, std::min(8000, std::max(1, left.type.length + right.type.length)));
     result.sql = "CAST(" + left.sql + "||" + right.sql + " AS BLOB)";
     return result;
-  } else if (!type.isNumber() || type.kind == TypeKind::Bit) {
+  } else if (!type.isNumber()) {
     const bool texts = left.type.isText() && right.type.isText();
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
-  } else if (op == '%' && type.isFloat()) {
-    incompatible();
   }
-  const bool nullable = left.type.nullable || right.type.nullable;
+  // What may overflow may be null, in a session that asks for that.
+  const bool nullable = left.type.nullable || right.type.nullable || (!type.isFloat() && !bits);
   if (type.kind == TypeKind::Decimal) {
     left = decimalOperand(convert(std::move(left), left.type.isNumber() ? left.type : type));
     right = decimalOperand(convert(std::move(right), right.type.isNumber() ? right.type : type));
@@ -532,9 +573,32 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
   return result;
 }
 
+// An integer literal among decimals is as wide as it is written.
+Type Writer::commonTypeOf(const std::vector<const Typed*>& values) {
+  Type type = values[0]->type;
+  for (const Typed* value : values) type = commonType(type, value->type);
+  if (type.kind != TypeKind::Decimal) return type;
+  Type narrow;
+  for (const Typed* value : values) {
+    const int literal = value->literal >= 0 ? value->literal : value->digitsOf;
+    const bool integer = literal >= 0 && value->type.kind == TypeKind::Int;
+    if (integer) structural(literal);
+    narrow = commonType(narrow, integer ? numericLiteral(literal) : value->type);
+  }
+  return narrow.orNull(type.nullable);
+}
+
+Type Writer::numericLiteral(int literal) const {
+  const auto digits = std::to_string(batch_.literals[static_cast<std::size_t>(literal)].integer).size();
+  return Type::decimal(static_cast<int>(digits), 0);
+}
+
 Typed Writer::conditional(std::vector<std::pair<std::string, Typed>> branches, Typed otherwise) {
-  Type type = otherwise.type;
-  for (const auto& [when, value] : branches) type = commonType(type, value.type);
+  measure(otherwise);
+  for (auto& [when, value] : branches) measure(value);
+  std::vector<const Typed*> values{&otherwise};
+  for (const auto& [when, value] : branches) values.push_back(&value);
+  const Type type = commonTypeOf(values);
   Typed result;
   result.type = type;
   result.sql = "CASE";

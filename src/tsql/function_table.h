@@ -15,7 +15,7 @@ enum class Argument : std::uint8_t {
   Integer,      // becomes int
   Float,        // becomes float
   Number,       // a number of any type; text becomes float
-  DateTime,     // becomes datetime
+  DateTime,     // becomes datetime, but for a date; a text keeps seven digits of the second
   DatePart,     // a word of datePartNames(); handed on as the full name in quotes
   TextOrBytes,  // a binary as it is, anything else as Text
 };

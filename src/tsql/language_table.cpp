@@ -62,7 +62,7 @@ constexpr std::array refused{
     LanguageRow{"`WHERE CURRENT OF`", "delete t where current of c"},
     LanguageRow{"changing a derived table", "update x set a = 1 from (select a from t) x"},
     LanguageRow{"`CREATE VIEW`, `PROCEDURE`, `FUNCTION`, `TRIGGER`", "create view v as select 1 a"},
-    LanguageRow{"`EXEC`", "exec p"},
+    LanguageRow{"`EXEC` of texts and of the procedures that SQL Server brings along", "exec sp_help"},
     LanguageRow{"`MERGE`, `GRANT`, `REVOKE`, `DENY`, `USE`, `GOTO`, `WAITFOR`, `BACKUP`, `DBCC`", "merge t using u on 1 = 1"},
     LanguageRow{"cursors", "declare c cursor for select 1"},
     LanguageRow{"savepoints", "save tran s"},

@@ -1,5 +1,8 @@
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "tsql/compiler.h"
@@ -270,10 +273,11 @@ class Lexer {
     Literal value;
     const auto written = text_.substr(begin, at_ - begin);
     const auto [end, error] = std::from_chars(written.data(), written.data() + written.size(), value.real);
-    if (error == std::errc::result_out_of_range && value.real != 0) {
-      throw SqlError(
-          168, 15,
-          "The floating point value '" + std::string(written) + "' is out of the range of computer representation.")
+    // from_chars does not say which end of the range was left.
+    if (error == std::errc::result_out_of_range && std::isinf(std::strtod(std::string(written).c_str(), nullptr))) {
+      throw SqlError(168, 15,
+                     "The floating point value '" + std::string(written) +
+                         "' is out of the range of computer representation (8 bytes).")
           .at(line());
     }
     value.type = Type::of(TypeKind::Float).orNull(false);
@@ -293,7 +297,7 @@ class Lexer {
           .at(line());
     }
     Literal value;
-    value.type = Type::decimal(precision == 0 ? 1 : static_cast<int>(precision), static_cast<int>(fraction.size()));
+    value.type = Type::numericOf(precision == 0 ? 1 : static_cast<int>(precision), static_cast<int>(fraction.size()));
     value.type.nullable = false;
     value.text = batch_.storage.emplace_back((whole.empty() ? "0" : whole) + (fraction.empty() ? "" : "." + fraction));
     literal(begin, std::move(value), "D" + std::to_string(precision) + "," + std::to_string(fraction.size()));
@@ -326,9 +330,30 @@ ShapedBatch shape(std::string_view text) {
   return result;
 }
 
+std::int32_t literalWidth(const Literal& literal) {
+  // Of varchar in the code page, where what is not ASCII has two bytes.
+  std::int32_t width = 0;
+  for (const char c : literal.text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      ++width;
+    } else if (literal.type.isUnicode()) {
+      width += byte >= 0xF0 ? 2 : byte >= 0xC0 ? 1 : 0;
+    } else if (byte >= 0xC0) {
+      width += 2;
+    }
+  }
+  const std::int32_t longest = literal.type.isUnicode() ? 4000 : 8000;
+  return width > longest ? maxLength : std::max(width, 1);
+}
+
 std::string structuralKey(const ShapedBatch& batch, const std::vector<int>& structuralLiterals) {
   std::string key;
   for (const int index : structuralLiterals) {
+    if (index < 0) {
+      key += std::to_string(literalWidth(batch.literals[static_cast<std::size_t>(widthOf(index))])) + ',';
+      continue;
+    }
     const Literal& literal = batch.literals[static_cast<std::size_t>(index)];
     const std::string value = literal.type.kind == TypeKind::Int     ? std::to_string(literal.integer)
                               : literal.type.kind == TypeKind::Float ? std::to_string(literal.real)

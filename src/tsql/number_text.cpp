@@ -5,6 +5,8 @@
 #include <charconv>
 #include <limits>
 
+#include "tsql/float_digits.h"
+
 namespace tolvane::tsql {
 namespace {
 
@@ -46,13 +48,13 @@ bool isFloatSyntax(std::string_view text) {
   return i < text.size() && std::all_of(text.begin() + static_cast<std::ptrdiff_t>(i), text.end(), isDigit);
 }
 
-// 'e+05' as to_chars writes it becomes 'e+005'.
-std::string withLongExponent(std::string text) {
-  const auto exponent = text.find('e');
-  if (exponent == std::string::npos) return text;
-  const std::size_t digits = text.size() - exponent - 2;
-  if (digits < 3) text.insert(exponent + 2, 3 - digits, '0');
-  return text;
+std::string scientific(const FloatDigits& number) {
+  std::string text = number.negative ? "-" : "";
+  text += number.digits[0];
+  if (number.digits.size() > 1) text += "." + number.digits.substr(1);
+  const std::string exponent = std::to_string(number.exponent < 0 ? -number.exponent : number.exponent);
+  text += number.exponent < 0 ? "e-" : "e+";
+  return text + std::string(exponent.size() < 3 ? 3 - exponent.size() : 0, '0') + exponent;
 }
 
 }  // namespace
@@ -123,19 +125,25 @@ bool isNumeric(std::string_view text) {
          parseInteger(text).outcome != IntegerText::Outcome::Syntax;
 }
 
-std::optional<std::string> floatText(double value, int style) {
-  if (style < 0 || style > 3) return std::nullopt;
-  static constexpr std::array<int, 4> fractionDigits{6, 7, 15, 16};
-  std::array<char, 64> buffer{};
-  const auto format = style == 0 ? std::chars_format::general : std::chars_format::scientific;
-  const auto written = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value == 0 ? 0.0 : value, format,
-                                     fractionDigits.at(static_cast<std::size_t>(style)));
-  return withLongExponent(std::string(buffer.data(), written.ptr));
+std::string floatText(double value, int style) {
+  if (style == 126) style = 2;
+  if (style < 0 || style > 3) style = 0;
+  static constexpr std::array<int, 4> digitsOf{6, 8, 16, 17};
+  const FloatDigits number = FloatDigits::of(value).rounded(digitsOf.at(static_cast<std::size_t>(style)));
+  if (style != 0) return scientific(number);
+  FloatDigits shown = number;
+  while (shown.digits.size() > 1 && shown.digits.back() == '0') shown.digits.pop_back();
+  return shown.exponent < -4 || shown.exponent >= digitsOf[0] ? scientific(shown) : shown.plain();
 }
 
-std::optional<std::string> moneyText(const Decimal& value, int style) {
-  if (style != 0 && style != 1 && style != 2 && style != 126) return std::nullopt;
-  const auto rounded = value.rescaled(style < 2 ? 2 : 4);
+std::string floatMessageText(double value) {
+  const auto number = Decimal::parse(FloatDigits::of(value).plain());
+  const auto shown = number ? number->rescaled(6) : std::nullopt;
+  return shown ? shown->toText() : FloatDigits::of(value).plain() + ".000000";
+}
+
+std::string moneyText(const Decimal& value, int style) {
+  const auto rounded = value.rescaled(style == 2 || style == 126 ? 4 : 2);
   std::string text = rounded ? rounded->toText() : value.toText();
   if (style == 1) {
     const std::size_t first = rounded && rounded->isNegative() ? 1 : 0;

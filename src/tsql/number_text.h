@@ -29,12 +29,15 @@ struct IntegerText {
 // ISNUMERIC: whether the text converts to at least one of int, float, money and decimal; no text does not.
 [[nodiscard]] bool isNumeric(std::string_view text);
 
-// A float in style 0 (six digits at most), 1 (eight, with exponent), 2 (sixteen, with exponent) or 3 (seventeen, with
-// exponent); exponents have three digits. Nothing for another style.
-[[nodiscard]] std::optional<std::string> floatText(double value, int style);
+// A float in the words of an error: six decimals.
+[[nodiscard]] std::string floatMessageText(double value);
 
-// An amount in style 0 (two decimals), 1 (the same with a comma every three digits) or 2 and 126 (four decimals).
-// Nothing for another style.
-[[nodiscard]] std::optional<std::string> moneyText(const Decimal& value, int style);
+// A float in style 0 (six digits at most), 1 (eight, with exponent), 2 and 126 (sixteen, with exponent) or 3
+// (seventeen, with exponent); exponents have three digits. Any other style is 0.
+[[nodiscard]] std::string floatText(double value, int style);
+
+// An amount in style 0 (two decimals), 1 (the same with a comma every three digits) or 2 and 126 (four decimals). Any
+// other style is 0.
+[[nodiscard]] std::string moneyText(const Decimal& value, int style);
 
 }  // namespace tolvane::tsql

@@ -24,11 +24,11 @@ std::int64_t fitted(std::int64_t value, const Type& type) {
 std::int64_t integerOperation(Operator operation, std::int64_t left, std::int64_t right, const Type& type) {
   const bool divides = operation == Operator::Divide || operation == Operator::Modulo;
   if (divides && right == 0) throw SqlError(Message::DivideByZero);
-  // The one quotient that does not fit; its remainder is 0, but the processor faults on both.
+  // The one quotient that does not fit counts for the remainder, too.
   if (divides && right == -1) {
-    if (operation == Operator::Modulo) return 0;
     if (left == INT64_MIN) overflow(type);
-    return fitted(-left, type);
+    const std::int64_t quotient = fitted(-left, type);
+    return operation == Operator::Modulo ? 0 : quotient;
   }
   std::int64_t result = 0;
   bool tooGreat = false;

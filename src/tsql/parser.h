@@ -58,6 +58,9 @@ class Parser {
   tree::StatementPtr raiseError();
   tree::StatementPtr transaction(tree::StatementKind kind);
   tree::StatementPtr selectStatement();
+  [[nodiscard]] bool isFirstStatement() const;
+  tree::StatementPtr procedureCall(bool execute);
+  bool procedureArgument();
   tree::StatementPtr insert();
   tree::StatementPtr update();
   tree::StatementPtr remove();
@@ -72,7 +75,7 @@ class Parser {
   void fromAndWhere(tree::StatementNode& statement);
   void top(tree::StatementNode& statement);
   void definitionItem(tree::StatementNode& statement);
-  tree::ColumnDefinition columnDefinition();
+  tree::ColumnDefinition columnDefinition(int ordinal);
   bool constraint(tree::Constraint& result);
   void foreignKey(tree::Constraint& result);
   std::vector<tree::KeyColumn> keyColumns();
@@ -134,6 +137,7 @@ class Parser {
   std::vector<int>& structural_;
   int at_ = 0;
   int depth_ = 0;
+  int typeOrdinal_ = 0;  // of the column or variable whose type is read, 0 for others
 };
 
 // Whether T-SQL reserves the word, so that it names nothing without brackets. Letter case does not matter.

@@ -55,6 +55,12 @@ Type Parser::type() {
                                          "geometry", "hierarchyid", "table", "cursor"}) {
       if (sameName(known, written)) throw notSupported(batch_, first, "the type");
     }
+    if (typeOrdinal_ > 0) {
+      throw SqlError(2715, 16,
+                     "Column, parameter, or variable #" + std::to_string(typeOrdinal_) + ": Cannot find data type " +
+                         written + ".")
+          .at(line);
+    }
     throw SqlError(243, 16, "Type " + written + " is not a defined system type.").at(line);
   }
   Type type = *found;
@@ -96,7 +102,9 @@ Type Parser::type() {
     if (scale > precision) {
       throw SqlError(192, 15, "The scale must be less than or equal to the precision.").at(lineOf(batch_, first));
     }
-    type = Type::decimal(precision, scale);
+    type.length = 0;
+    type.precision = static_cast<std::uint8_t>(precision);
+    type.scale = static_cast<std::uint8_t>(scale);
   } else if (type.kind == TypeKind::Float) {
     const int bits = structuralInteger();
     if (bits < 1 || bits > 53) fail();
@@ -153,16 +161,22 @@ void Parser::definitionItem(tree::StatementNode& statement) {
     }
     statement.constraints.push_back(std::move(found));
   } else {
-    statement.definitions.push_back(columnDefinition());
+    statement.definitions.push_back(columnDefinition(static_cast<int>(statement.definitions.size()) + 1));
   }
 }
 
-tree::ColumnDefinition Parser::columnDefinition() {
+tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
   tree::ColumnDefinition column;
   column.token = at_;
   column.name = name();
   if (isWord("AS")) refuse("a computed column");
+  if (isOperator(",") || isOperator(")")) {
+    throw SqlError(173, 15, "The definition for column '" + column.name + "' must include a data type.")
+        .at(lineOf(batch_, column.token));
+  }
+  typeOrdinal_ = ordinal;
   column.type = type();
+  typeOrdinal_ = 0;
   if (column.type.length == 0 && typeRow(column.type.kind).takesLength) column.type.length = 1;
   if (column.type.kind == TypeKind::Timestamp) refuse("timestamp");
   for (;;) {

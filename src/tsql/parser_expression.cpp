@@ -195,7 +195,8 @@ ExpressionPtr Parser::unary() {
   auto result = make(ExpressionKind::Unary);
   result->name = here();
   ++at_;
-  result->arguments.push_back(unary());
+  // A sign binds as an addition does, so what is multiplied behind it belongs to it; a complement binds tightest.
+  result->arguments.push_back(result->name == "~" ? unary() : term());
   return result;
 }
 
@@ -246,6 +247,7 @@ ExpressionPtr Parser::wordExpression() {
     ++at_;
     return result;
   }
+  if (isWord("IDENTITY") && isOperator(1, "(")) refuse("IDENTITY() in a query");
   if (isWord("CASE")) return caseExpression();
   if (isWord("CAST") && isOperator(1, "(")) return castExpression();
   if (isWord("CONVERT")) return convertExpression();

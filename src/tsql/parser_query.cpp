@@ -154,6 +154,14 @@ SelectItem Parser::selectItem() {
       return item;
     }
   }
+  // 'alias' = expression
+  if (token().kind == TokenKind::Literal && isOperator(1, "=") &&
+      batch_.literals[static_cast<std::size_t>(token().literal)].type.isText()) {
+    item.alias = optionalAlias();
+    ++at_;
+    item.expression = expression();
+    return item;
+  }
   if (token().kind == TokenKind::Variable && isOperator(1, "=") && !here().starts_with("@@")) {
     item.variable = here();
     at_ += 2;

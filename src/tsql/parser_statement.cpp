@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <span>
+
 #include "tsql/parser.h"
 
 namespace tolvane::tsql {
@@ -21,7 +24,15 @@ StatementPtr Parser::statement() {
   auto result = simpleStatement();
   result->token = first;
   result->endToken = at_;
+  const bool ended = isOperator(";");
   while (takeOperator(";")) {
+  }
+  if (!ended && isWord("WITH")) {
+    throw SqlError(319, 15,
+                   "Incorrect syntax near the keyword 'with'. If this statement is a common table expression, an "
+                   "xmlnamespaces clause or a change tracking context clause, the previous statement must be "
+                   "terminated with a semicolon.")
+        .at(lineOf(batch_, at_));
   }
   return result;
 }
@@ -51,13 +62,56 @@ StatementPtr Parser::simpleStatement() {
     return result;
   }
   if (takeWord("RETURN")) return makeStatement(StatementKind::Return);
-  static constexpr std::string_view known[] = {
-      "EXEC",  "EXECUTE", "MERGE",  "GRANT",   "REVOKE", "DENY", "USE",        "GOTO", "WAITFOR",   "OPEN",
-      "FETCH", "CLOSE",   "BACKUP", "RESTORE", "DBCC",   "KILL", "CHECKPOINT", "SAVE", "DEALLOCATE"};
+  const bool execute = isWord("EXEC") || isWord("EXECUTE");
+  if (execute || (isName() && isFirstStatement())) return procedureCall(execute);
+  static constexpr std::string_view known[] = {"MERGE",   "GRANT", "REVOKE",     "DENY",  "USE",       "GOTO",
+                                               "WAITFOR", "OPEN",  "FETCH",      "CLOSE", "BACKUP",    "RESTORE",
+                                               "DBCC",    "KILL",  "CHECKPOINT", "SAVE",  "DEALLOCATE"};
   for (const auto word : known) {
     if (isWord(word)) refuse("the statement");
   }
   fail();
+}
+
+bool Parser::isFirstStatement() const {
+  const auto before = std::span(batch_.tokens).first(static_cast<std::size_t>(at_));
+  return std::ranges::all_of(before, [&](const Token& token) { return text(token) == ";"; });
+}
+
+// [EXEC[UTE] [@result =]] name [[@parameter =] value [OUTPUT]], ...: there are no procedures here but those that SQL
+// Server brings along, which are refused.
+StatementPtr Parser::procedureCall(bool execute) {
+  auto result = makeStatement(StatementKind::Call);
+  if (execute) {
+    const int word = at_++;
+    if (token().kind == TokenKind::Variable && isOperator(1, "=")) at_ += 2;
+    if (!isName()) throw notSupported(batch_, word, "the statement");
+  }
+  const int first = at_;
+  const auto procedure = tableName();
+  if (procedure.name.starts_with("sp_") || procedure.name.starts_with("xp_")) {
+    throw notSupported(batch_, first, "the procedure");
+  }
+  result->name = (procedure.schema.empty() ? "" : procedure.schema + ".") + procedure.name;
+  while (procedureArgument()) {
+    if (!takeOperator(",")) break;
+  }
+  return result;
+}
+
+bool Parser::procedureArgument() {
+  if (token().kind == TokenKind::Variable && isOperator(1, "=")) at_ += 2;
+  const bool sign = isOperator("-");
+  if (sign) ++at_;
+  const bool value = token().kind == TokenKind::Literal || token().kind == TokenKind::Variable || isName() ||
+                     isWord("NULL") || isWord("DEFAULT");
+  if (!value) {
+    if (sign) fail();
+    return false;
+  }
+  ++at_;
+  if (!takeWord("OUTPUT")) takeWord("OUT");
+  return true;
 }
 
 StatementPtr Parser::selectStatement() {
@@ -250,8 +304,10 @@ StatementPtr Parser::declare() {
     declaration.name = here();
     ++at_;
     takeWord("AS");
+    typeOrdinal_ = static_cast<int>(result->declarations.size()) + 1;
     if (isWord("TABLE") || isWord("CURSOR")) refuse("a variable of that kind");
     declaration.type = type();
+    typeOrdinal_ = 0;
     if (typeRow(declaration.type.kind).takesLength && declaration.type.length == 0) declaration.type.length = 1;
     if (declaration.type.isLongText() || declaration.type.kind == TypeKind::Image) {
       throw SqlError(2739, 16, "The text, ntext, and image data types are invalid for local variables.")

@@ -86,6 +86,7 @@ struct ExecuteStep {
   int counted = 0;            // which statement's changed rows are @@ROWCOUNT; -1: not counted
   bool setsIdentity = false;  // the table has an identity column: @@IDENTITY becomes the last row number inserted
   bool checksKeys = false;    // foreign keys may fail: error 547
+  bool truncates = false;     // refused where foreign keys refer to the table
   bool oneRow = false;        // one statement that adds one row: SQLite itself makes it whole or not at all
 };
 
@@ -95,6 +96,7 @@ struct DdlStep {
   // Of a unique index, for the message when the rows that are there do not allow it.
   std::string table;
   std::string index;
+  std::vector<std::string> dropped;  // tables that go; refused where foreign keys refer to one of them
 };
 
 // Goes to step `target` unless the query's only value is 1.
@@ -177,7 +179,7 @@ struct Variable {
 struct Program {
   std::vector<Step> steps;
   std::vector<Variable> variables;
-  std::vector<int> structuralLiterals;  // literals whose value the program depends on, ascending
+  std::vector<int> structuralLiterals;  // literals whose value or width the program depends on, for structuralKey()
   std::vector<std::string> tablesRead;  // the catalogue's spelling, each once, deferred statements left out
   std::vector<std::string> tablesWritten;
   int placeholders = 0;      // number of "?" in the text

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tsql/parser.h"
+#include "tsql/semi_join.h"
 #include "tsql/writer.h"
 
 namespace tolvane::tsql {
@@ -53,6 +54,9 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
       for (std::size_t i = 0; i < inner.outputs.size(); ++i) {
         const Output& output = inner.outputs[i];
         const std::string& name = table.columns.empty() ? output.name : table.columns[i];
+        if (std::ranges::any_of(text->columns, [&](const SourceColumn& other) { return sameName(other.name, name); })) {
+          fail(table.token, 8156, "The column '" + name + "' was specified multiple times for '" + table.name + "'.");
+        }
         if (name.empty()) {
           fail(table.token, 8155,
                "No column name was specified for column " + std::to_string(i + 1) + " of '" + table.name + "'.");
@@ -68,7 +72,7 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   if (subquery && !query.order.empty() && !(query.body->select && query.body->select->top)) {
     fail(query.token, 1033,
          "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
-         "expressions, unless TOP or FOR XML is also specified.");
+         "expressions, unless TOP, OFFSET or FOR XML is also specified.");
   }
   Scope& scope = *result.scope;
   if (result.body->ties && query.order.empty()) {
@@ -98,10 +102,10 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   if (body.operation == SetOperator::None) {
     if (!body.select->values.empty()) return bindValues(*body.select, parent);
     // ORDER BY may use the scope of a single SELECT; the branches of a set operation have one each.
-    if (&body == query.body.get()) return bindSelect(*body.select, scope);
+    if (&body == query.body.get()) return bindSelect(*body.select, scope, query.order.empty());
     Scope own;
     own.parent = parent;
-    auto result = bindSelect(*body.select, own);
+    auto result = bindSelect(*body.select, own, query.order.empty());
     if (result->percent || result->ties) {
       refuse(body.select->top->token, "TOP ... PERCENT or WITH TIES in one of several joined queries");
     }
@@ -124,13 +128,21 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   return result;
 }
 
-std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope) {
+std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope, bool unordered) {
   auto body = std::make_unique<BoundBody>();
   body->distinct = select.distinct;
   std::string text;
-  if (!select.from.empty()) text = " FROM " + from(select.from, scope);
+  const auto semiJoin = unordered ? boundSemiJoin(select, scope) : std::nullopt;
+  if (semiJoin) {
+    text = semiJoin->from;
+    body->where = semiJoin->where;
+  } else if (!select.from.empty()) {
+    text = " FROM " + from(select.from, scope);
+  }
   scope.insideGroupKey = 1;  // columns in WHERE need no group
-  if (select.where) text += " WHERE " + condition(*select.where, &scope);
+  if (select.where && !semiJoin) body->where = condition(*select.where, &scope);
+  body->from = text;
+  if (!body->where.empty()) text += " WHERE " + body->where;
   bindGroups(select, scope, text);
   scope.insideGroupKey = 0;
   scope.aggregatesAllowed = true;
@@ -155,7 +167,7 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   body->singleRow = scope.aggregated && scope.groupKeys == nullptr;
   if (select.from.empty() && !select.where && !grouped) body->singleRow = true;
-  if (!select.distinct && !select.percent && !select.ties && !grouped && scope.sources.size() == 1 &&
+  if (!select.distinct && !select.percent && !select.ties && !grouped && !semiJoin && scope.sources.size() == 1 &&
       scope.sources[0].table != nullptr && !scope.sources[0].table->view) {
     body->updatable = scope.sources[0].table;
     body->rowAlias = scope.sources[0].sqlAlias;
@@ -173,11 +185,41 @@ std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope&
   return body;
 }
 
+// FROM and WHERE with EXISTS in the place of a derived table that only chooses among the rows of the others. Only
+// integers are compared so: there, equal values are the same value.
+std::optional<Writer::BoundSemiJoin> Writer::boundSemiJoin(const tree::Select& select, Scope& scope) {
+  const auto found = findSemiJoin(select);
+  if (!found) return std::nullopt;
+  const BoundQuery query = bind(*select.from[found->reference]->query, scope.parent, true);
+  const Typed& inner = query.outputs[0].value;
+  const BoundBody& body = *query.body;
+  if (!inner.type.isInteger()) return std::nullopt;
+  BoundSemiJoin result;
+  result.from = " FROM " + from(select.from, scope, found->reference);
+  scope.insideGroupKey = 1;
+  const Typed value = expression(*found->value, &scope);
+  if (!value.type.isInteger()) {
+    scope.sources.clear();
+    return std::nullopt;
+  }
+  if (select.where.get() != found->equality) {
+    for (const auto& each : select.where->arguments) {
+      if (each.get() != found->equality) result.where += "(" + condition(*each, &scope) + ") AND ";
+    }
+  }
+  const std::string rows = body.from + " WHERE " + (body.where.empty() ? "" : "(" + body.where + ") AND ");
+  result.where += "EXISTS (SELECT 1" + rows + inner.sql + "=" + value.sql + ")";
+  return result;
+}
+
 std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope* parent) {
   auto body = std::make_unique<BoundBody>();
   for (const auto& row : select.values) {
     std::vector<Typed> values;
-    for (const auto& value : row) values.push_back(expression(*value, parent));
+    for (const auto& value : row) {
+      values.push_back(expression(*value, parent));
+      measure(values.back());
+    }
     if (!body->rows.empty() && values.size() != body->rows[0].size()) {
       fail(select.token, 10709, "The number of columns for each row in a table value constructor must be the same.");
     }
@@ -190,15 +232,18 @@ std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope*
 void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& text) {
   if (select.groupBy.empty()) return;
   scope.groupKeys = &select.groupBy;
+  scope.clause = Scope::Clause::GroupBy;
   for (std::size_t i = 0; i < select.groupBy.size(); ++i) {
     const auto& key = *select.groupBy[i];
     const Typed value = expression(key, &scope);
     comparable(value.type, key.token);
+    if (value.subquery) failInGroupKey(key.token);
     if (value.literal >= 0 || value.parameter >= 0) {
       fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     }
     text += (i == 0 ? " GROUP BY " : ",") + compared(value.sql, value.type);
   }
+  scope.clause = Scope::Clause::Select;
 }
 
 void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body) {
@@ -209,6 +254,7 @@ void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body
     }
     Output output;
     output.value = expression(*item.expression, &scope);
+    measure(output.value);
     if (output.value.column != nullptr) {
       output.name = output.value.column->name;
       output.table = output.value.column->table;
@@ -239,7 +285,7 @@ void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& b
       const bool grouped = scope.groupKeys != nullptr && std::ranges::any_of(*scope.groupKeys, [&](const auto& key) {
                              return key->kind == tree::ExpressionKind::Column && sameName(key->name, column.name);
                            });
-      if (!grouped) scope.setUngrouped(source.name + "." + column.name);
+      if (!grouped) scope.setUngrouped(source.objectName + "." + column.name);
       body.outputs.push_back(std::move(output));
     }
   }
@@ -255,16 +301,22 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
   if (!select.top) return {};
   Typed value = expression(*select.top, scope.parent);
   if (value.column != nullptr || value.subquery) refuse(select.top->token, "TOP of an expression");
-  if (select.percent) return convert(std::move(value), Type::of(TypeKind::Float)).sql;
-  if (!value.type.isInteger() && value.type.kind != TypeKind::Null) {
-    if (!value.type.isNumber()) {
-      fail(select.top->token, 1060,
-           "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
-    }
-    value = convert(std::move(value), Type::of(TypeKind::BigInt));
+  return rowCount(std::move(value), select.percent, select.top->token);
+}
+
+// What TOP gives, for a LIMIT. A number that no literal gives is looked at when the statement runs.
+std::string Writer::rowCount(Typed value, bool percent, int token) {
+  if (percent) {
+    if (value.type.kind == TypeKind::Null) fail(token, Message::InvalidTop);
+    return "ts_top(" + convert(std::move(value), Type::of(TypeKind::Float)).sql + ",100)";
   }
-  // SQLite reads a negative limit as none.
-  return value.literal >= 0 ? value.sql : "max(0," + value.sql + ")";
+  const bool constant = value.literal >= 0 || value.digitsOf >= 0;
+  const bool wide = constant && value.type.kind == TypeKind::Decimal && value.type.scale == 0;
+  if (!value.type.isInteger() && !wide) {
+    fail(token, 1060, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
+  }
+  if (value.literal >= 0 && value.type.isInteger()) return value.sql;
+  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + ",-1)";
 }
 
 // --- the columns of set operations
@@ -273,10 +325,10 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
 std::vector<Output> Writer::unify(BoundBody& body) {
   if (body.operation == SetOperator::None) {
     std::vector<Output> outputs = body.outputs;
-    for (std::size_t row = 1; row < body.rows.size(); ++row) {
-      for (std::size_t i = 0; i < outputs.size(); ++i) {
-        outputs[i].value.type = commonType(outputs[i].value.type, body.rows[row][i].type);
-      }
+    for (std::size_t i = 0; body.rows.size() > 1 && i < outputs.size(); ++i) {
+      std::vector<const Typed*> values;
+      for (const auto& row : body.rows) values.push_back(&row[i]);
+      outputs[i].value.type = commonTypeOf(values);
     }
     return outputs;
   }
@@ -284,7 +336,11 @@ std::vector<Output> Writer::unify(BoundBody& body) {
   const std::vector<Output> right = unify(*body.right);
   for (std::size_t i = 0; i < outputs.size(); ++i) {
     Output& output = outputs[i];
-    output.value.type = commonType(output.value.type, right[i].value.type);
+    const Type type = commonTypeOf({&output.value, &right[i].value});
+    // What several branches give is no literal any more.
+    output.value.literal = -1;
+    output.value.digitsOf = -1;
+    output.value.type = type;
     if (output.table != right[i].table || output.column != right[i].column) {
       output.table.clear();
       output.column.clear();

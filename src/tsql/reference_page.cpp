@@ -183,8 +183,6 @@ std::string referencePage() {
   page +=
       "\n## Where the answer differs from SQL Server\n\n"
       "- An identity column is an `int` when the catalogue is asked, whatever integer type it was declared with.\n"
-      "- The width of a text literal that is a result column by itself is told as that of the widest varchar or "
-      "nvarchar.\n"
       "- Variables exist in the whole batch, also before their DECLARE.\n";
   return page;
 }

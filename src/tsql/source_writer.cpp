@@ -31,7 +31,7 @@ const Table* Writer::findTable(const std::string& schema, const std::string& nam
     fail(token, Message::InvalidObject, {schema + "." + name});
   }
   const Table* table = catalogue_.find(name);
-  if (table == nullptr) throw UnknownTable{name, token};
+  if (table == nullptr) throw UnknownTable{schema.empty() ? name : schema + "." + name, token};
   return table;
 }
 
@@ -40,9 +40,10 @@ void Writer::readTable(const Table& table) {
   if (std::ranges::find(tables, table.name) == tables.end()) tables.push_back(table.name);
 }
 
-std::string Writer::from(const std::vector<tree::TableReferencePtr>& references, Scope& scope) {
+std::string Writer::from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut) {
   std::string text;
   for (const auto& reference : references) {
+    if (leftOut != none && reference == references[leftOut]) continue;
     if (!text.empty()) text += ',';
     // Joins bind tighter than the comma.
     const bool brackets = !text.empty() && reference->kind == TableReference::Kind::Join;
@@ -98,6 +99,7 @@ bool Writer::addTable(const TableReference& reference, Scope& scope, std::string
   readTable(*table);
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   source.table = table;
   for (const Column& column : table->columns) {
@@ -115,6 +117,7 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
       if (!sameName((*table)->name, reference.name)) continue;
       Source source;
       source.name = reference.alias.empty() ? reference.name : reference.alias;
+      source.objectName = source.name;
       source.sqlAlias = nextAlias();
       source.columns = (*table)->columns;
       for (std::size_t i = 0; i < source.columns.size(); ++i) {
@@ -133,6 +136,7 @@ bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::
   if (table == nullptr) return false;
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   for (const SystemColumn& column : table->columns) {
     source.columns.push_back(
@@ -147,6 +151,7 @@ std::string Writer::derived(const TableReference& reference, Scope& scope) {
   const BoundQuery query = bind(*reference.query, scope.parent, true);
   Source source;
   source.name = reference.alias;
+  source.objectName = reference.alias;
   source.sqlAlias = nextAlias();
   const auto& names = reference.columnAliases;
   if (!names.empty() && names.size() != query.outputs.size()) {

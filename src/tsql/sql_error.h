@@ -37,6 +37,9 @@ enum class Message {
   InvalidOperand,          // 8117: type, operator
   MultipartNotBound,       // 4104: name
   OrderByPosition,         // 108: number
+  InvalidTop,              // 1014
+  NegativeTop,             // 127
+  TopPercent,              // 1031
   ProcedureNotFound,       // 2812: procedure
   ObjectExists,            // 2714: object
   CannotDrop,              // 3701: action, kind, object
@@ -52,6 +55,7 @@ enum class Message {
   MoneySyntax,               // 235
   SmallMoneySyntax,          // 293
   MoneyTextSpace,            // 234: type, type
+  MoneyIntegerSpace,         // 237: type, type
   DateSyntax,                // 241
   DateRange,                 // 242: type, type
   SmallDateSyntax,           // 295

@@ -5,6 +5,7 @@
 #include "tsql/convert.h"
 #include "tsql/convert_binary.h"
 #include "tsql/function_groups.h"
+#include "tsql/sql_error.h"
 
 namespace tolvane::tsql {
 namespace {
@@ -43,6 +44,17 @@ Result version(Call& call) {
   return call.session.version();
 }
 
+// The number of rows, or of percents, that TOP gives, and the greatest one there may be, -1 for any.
+Result top(Call& call) {
+  if (anyNull(call)) throw SqlError(Message::InvalidTop);
+  const Datum& number = call.args[0];
+  const double greatest = approximateNumber(call.args[1]);
+  const double given = approximateNumber(number);
+  if (greatest >= 0 && (given < 0 || given > greatest)) throw SqlError(Message::TopPercent);
+  if (given < 0) throw SqlError(Message::NegativeTop);
+  return Result(number);
+}
+
 constexpr std::array functions{
     Function{"ts_newid", 0, 0, false, newid},
     Function{"ts_object_id", 1, 2, false, objectId},
@@ -50,6 +62,7 @@ constexpr std::array functions{
     Function{"ts_db_name", 0, 0, true, databaseName},
     Function{"ts_user_name", 0, 0, true, userName},
     Function{"ts_version", 0, 0, true, version},
+    Function{"ts_top", 2, 2, true, top},
 };
 
 }  // namespace

@@ -10,23 +10,23 @@ const Type number = Type::of(TypeKind::Int);
 const Type small = Type::of(TypeKind::SmallInt);
 const Type tiny = Type::of(TypeKind::TinyInt);
 
-// The number of an object is that of its row in SQLite's catalogue, moved out of the way of the numbers SQL Server
-// keeps for itself. Tables whose names begin with sqlite_ or __ are the engine's own.
+// The number of an object comes from that of its row in SQLite's catalogue, out of the way of the numbers SQL Server
+// keeps for itself; OBJECT_ID gives the same. Tables whose names begin with sqlite_ or __ are the engine's own.
 constexpr std::string_view objects =
-    "SELECT s.name AS name,s.rowid+1000000 AS id,CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS xtype,"
+    "SELECT s.name AS name,1977058079-s.rowid AS id,CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS xtype,"
     "CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS type,1 AS uid,0 AS parent_obj,"
-    "'2000-01-01 00:00:00.000' AS crdate,s.rowid+1000000 AS object_id,"
+    "'2000-01-01 00:00:00.000' AS crdate,1977058079-s.rowid AS object_id,"
     "CASE s.type WHEN 'table' THEN 'USER_TABLE' ELSE 'VIEW' END AS type_desc "
     "FROM sqlite_schema s WHERE s.type IN ('table','view') AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
     "AND s.name NOT LIKE '\\_\\_%' ESCAPE '\\'";
 
 constexpr std::string_view columns =
-    "SELECT c.name AS name,s.rowid+1000000 AS id,ts_declared_type(c.type,'xtype') AS xtype,"
+    "SELECT c.name AS name,1977058079-s.rowid AS id,ts_declared_type(c.type,'xtype') AS xtype,"
     "ts_declared_type(c.type,'length') AS length,ts_declared_type(c.type,'xtype') AS xusertype,c.cid+1 AS colid,"
     "c.cid+1 AS colorder,CASE WHEN c.\"notnull\" OR c.pk THEN 0 ELSE 1 END AS isnullable,"
     "ts_declared_type(c.type,'xprec') AS xprec,ts_declared_type(c.type,'xscale') AS xscale,"
     "ts_declared_type(c.type,'xprec') AS prec,ts_declared_type(c.type,'xscale') AS scale,"
-    "s.rowid+1000000 AS object_id,c.cid+1 AS column_id,s.name AS tablename,"
+    "1977058079-s.rowid AS object_id,c.cid+1 AS column_id,s.name AS tablename,"
     "ts_declared_type(c.type,'name') AS typename,c.dflt_value AS defaulttext "
     "FROM sqlite_schema s,pragma_table_info(s.name) c "
     "WHERE s.type IN ('table','view') AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' AND s.name NOT LIKE '\\_\\_%' "

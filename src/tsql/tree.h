@@ -209,6 +209,7 @@ enum class StatementKind {
   Rollback,
   Option,
   IdentityInsert,
+  Call,  // of a procedure; there are none
 };
 
 struct Declaration {

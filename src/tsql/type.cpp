@@ -108,7 +108,7 @@ Type Type::unpack(std::int64_t packed) {
 }
 
 std::string_view Type::baseName() const {
-  return typeRow(kind).name;
+  return kind == TypeKind::Decimal && numeric ? "numeric" : typeRow(kind).name;
 }
 
 std::string Type::name() const {
@@ -123,7 +123,7 @@ std::string Type::name() const {
 
 std::string Type::declared() const {
   if (kind == TypeKind::Decimal) {
-    return "decimal text(" + std::to_string(precision) + "," + std::to_string(scale) + ")";
+    return std::string(baseName()) + " text(" + std::to_string(precision) + "," + std::to_string(scale) + ")";
   }
   if (isMoney()) return std::string(baseName()) + " text";
   // SQLite takes numbers only between the brackets of a type.
@@ -156,7 +156,9 @@ std::optional<Type> Type::fromDeclared(std::string_view declaredType) {
   if (!type || count == 0) return type;
   if (type->kind == TypeKind::Decimal) {
     if (first < 1 || first > 38 || second > first) return std::nullopt;
-    return Type::decimal(first, count == 2 ? second : 0);
+    type->precision = static_cast<std::uint8_t>(first);
+    type->scale = static_cast<std::uint8_t>(count == 2 ? second : 0);
+    return type;
   }
   if (type->kind == TypeKind::Float) return Type::of(first <= 24 ? TypeKind::Real : TypeKind::Float);
   if (!typeRow(type->kind).takesLength || count != 1) return std::nullopt;
@@ -181,7 +183,7 @@ std::optional<Type> typeNamed(std::string_view name) {
       {"integer", Type::of(TypeKind::Int)},
       {"dec", Type::decimal(18, 0)},
       {"decimal", Type::decimal(18, 0)},
-      {"numeric", Type::decimal(18, 0)},
+      {"numeric", Type::numericOf(18, 0)},
       {"sysname", Type::text(TypeKind::NVarChar, 128).orNull(false)},
       {"double precision", Type::of(TypeKind::Float)},
       {"character", Type::text(TypeKind::Char, 1)},

@@ -49,13 +49,23 @@ struct Type {
   std::uint8_t precision = 0;
   std::uint8_t scale = 0;
   bool nullable = true;
+  bool numeric = false;  // a decimal that messages and catalogues call by its other name
 
-  bool operator==(const Type&) const = default;
+  bool operator==(const Type& other) const {
+    return kind == other.kind && length == other.length && precision == other.precision && scale == other.scale &&
+           nullable == other.nullable;
+  }
 
-  static constexpr Type of(TypeKind kind) { return {kind, 0, 0, 0, true}; }
-  static constexpr Type text(TypeKind kind, std::int32_t length) { return {kind, length, 0, 0, true}; }
+  static constexpr Type of(TypeKind kind) { return {kind, 0, 0, 0, true, false}; }
+  static constexpr Type text(TypeKind kind, std::int32_t length) { return {kind, length, 0, 0, true, false}; }
   static constexpr Type decimal(int precision, int scale) {
-    return {TypeKind::Decimal, 0, static_cast<std::uint8_t>(precision), static_cast<std::uint8_t>(scale), true};
+    return {TypeKind::Decimal, 0, static_cast<std::uint8_t>(precision), static_cast<std::uint8_t>(scale), true, false};
+  }
+  // As literals and what is computed with them are named.
+  static constexpr Type numericOf(int precision, int scale) {
+    Type type = decimal(precision, scale);
+    type.numeric = true;
+    return type;
   }
   constexpr Type orNull(bool canBeNull = true) const {
     Type copy = *this;
@@ -95,6 +105,8 @@ struct Type {
   std::string name() const;
   // The name alone, without length: `nvarchar`, `decimal`.
   std::string_view baseName() const;
+  // The same in messages about operands: `NULL` for the bare word.
+  std::string_view messageName() const { return kind == TypeKind::Null ? std::string_view("NULL") : baseName(); }
 
   // The column type that a table in SQLite is declared with; fromDeclared() reads it back. Equal to name() except that
   // decimals and money get text affinity: `decimal text(18,4)`, `money text`; a length of max is written `nvarchar

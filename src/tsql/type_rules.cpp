@@ -91,6 +91,7 @@ Type commonType(const Type& a, const Type& b) {
     const int scale = std::max(left.scale, right.scale);
     const int whole = std::max(left.precision - left.scale, right.precision - right.scale);
     result = Type::decimal(std::min(38, whole + scale), std::min(scale, 38 - std::min(whole, 38)));
+    result.numeric = left.numeric || right.numeric;
   } else if (typeRow(result.kind).takesLength && typeRow(a.kind).takesLength && typeRow(b.kind).takesLength) {
     result.length = a.length == maxLength || b.length == maxLength ? maxLength : std::max(a.length, b.length);
     if (result.kind == TypeKind::NChar && (a.kind != TypeKind::NChar || b.kind != TypeKind::NChar) &&
@@ -108,6 +109,7 @@ Type decimalResult(char op, const Type& a, const Type& b) {
   const int s1 = a.scale;
   const int p2 = b.precision;
   const int s2 = b.scale;
+  const int whole = std::max(p1 - s1, p2 - s2);
   int precision = 0;
   int scale = 0;
   switch (op) {
@@ -125,20 +127,18 @@ Type decimalResult(char op, const Type& a, const Type& b) {
       break;
     default:
       scale = std::max(s1, s2);
-      precision = std::max(p1 - s1, p2 - s2) + scale + 1;
+      precision = whole + scale + 1;
       break;
   }
   if (precision > 38) {
-    const int whole = precision - scale;
+    // A sum gives up its carry digit first, then digits of the fraction, all of them if need be; a product or quotient
+    // keeps six.
+    const bool sum = op == '+' || op == '-';
+    scale = sum ? std::min(scale, 38 - whole) : std::max(std::min(scale, 6), scale - (precision - 38));
     precision = 38;
-    if (op == '*' || op == '/') {
-      // Whole digits come first, but six digits of the fraction are kept.
-      scale = whole < 32 ? std::min(scale, 38 - whole) : std::min(scale, 6);
-    } else {
-      scale = std::max(0, std::min(scale, 38 - whole));
-    }
   }
   Type result = Type::decimal(precision, scale);
+  result.numeric = a.numeric || b.numeric;
   result.nullable = a.nullable || b.nullable;
   return result;
 }

@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,7 +28,8 @@ struct SourceColumn {
 
 // One entry of a FROM list.
 struct Source {
-  std::string name;  // what qualifies its columns: alias or table name
+  std::string name;        // what qualifies its columns: alias or table name
+  std::string objectName;  // the same in messages about groups: the table as written, whatever its alias
   std::string sqlAlias;
   const Table* table = nullptr;
   std::vector<SourceColumn> columns;
@@ -44,7 +46,7 @@ struct Scope {
   int insideAggregate = 0;
   int insideGroupKey = 0;
   const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
-  enum class Clause { Select, Having, OrderBy };
+  enum class Clause { Select, GroupBy, Having, OrderBy };
   Clause clause = Clause::Select;       // which one is being written
   std::string ungrouped;                // the first column that stands neither in an aggregate nor in a group key ...
   Clause ungroupedIn = Clause::Select;  // ... and where it stands
@@ -65,6 +67,7 @@ struct Typed {
   Type type;
   int literal = -1;                      // it is just this literal
   int parameter = -1;                    // it is just this parameter of the statement being written
+  int digitsOf = -1;                     // it is just this literal with a minus before it
   bool subquery = false;                 // a sub-query is part of it
   const SourceColumn* column = nullptr;  // it is just this column
 };
@@ -88,6 +91,8 @@ struct BoundBody {
   bool distinct = false;
   std::vector<Output> outputs;
   std::string tail;   // FROM ... HAVING ...
+  std::string from;   // its beginning: " FROM ..." ...
+  std::string where;  // ... and the condition behind it
   std::string limit;  // TOP: a number of rows, or of percents
   bool percent = false;
   bool ties = false;
@@ -161,7 +166,9 @@ class Writer {
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
   // `aliases`: output columns are named c1, c2, ...; `extra` is put after the columns of a single SELECT.
   std::string render(const BoundQuery& query, bool aliases, std::string_view extra = {}, bool withoutLong = false);
-  std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope);
+  static constexpr std::size_t none = static_cast<std::size_t>(-1);
+  // All of the list but one, if so wished.
+  std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut = none);
   bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
@@ -169,6 +176,8 @@ class Writer {
   // All columns of a query's tables for its rows, in its order; what the query selects is left to be evaluated for each
   // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
   Query bindRows(const tree::Query& query, Scope& scope);
+
+  std::string rowCount(Typed value, bool percent, int token);  // of a TOP, for a LIMIT
 
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() {
@@ -186,6 +195,9 @@ class Writer {
   [[noreturn]] void fail(int token, Message message, std::initializer_list<std::string_view> inserts = {}) const;
   [[noreturn]] void fail(int token, int number, std::string message) const;
   [[noreturn]] void refuse(int token, std::string_view what) const;
+  // The type of a text literal becomes as wide as the text.
+  void measure(Typed& value);
+  std::string written(int token) const;  // a word as it stands in the batch
   int variableSlot(const std::string& name, int token) const;
   std::string nextAlias() { return "t" + std::to_string(++aliases_); }
   const ShapedBatch& batch() const { return batch_; }
@@ -212,6 +224,12 @@ class Writer {
   std::string argument(const tree::Expression& call, std::size_t index, int code, Scope* scope, Typed& value);
   std::string compare(std::string_view op, Typed left, Typed right, int token);
   void comparable(const Type& type, int token) const;
+  [[noreturn]] void invalidArgument(const tree::Expression& call, std::size_t index, const Type& type) const;
+  void narrow(const tree::Expression& call, const std::vector<Typed>& values, Type& type);
+  void refuseNegativeLength(const tree::Expression& call);
+  std::string fullName(const Table& table) const;
+  Type commonTypeOf(const std::vector<const Typed*>& values);
+  Type numericLiteral(int literal) const;
   std::string inQuery(const tree::Expression& expression, Scope* scope);
   std::string quantified(const tree::Expression& expression, Scope* scope);
   std::string like(const tree::Expression& expression, Scope* scope);
@@ -220,13 +238,19 @@ class Writer {
 
   std::unique_ptr<BoundBody> bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
                                       Scope* parent);
-  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope);
+  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope, bool unordered);
+  struct BoundSemiJoin {
+    std::string from;
+    std::string where;
+  };
+  std::optional<BoundSemiJoin> boundSemiJoin(const tree::Select& select, Scope& scope);
   std::unique_ptr<BoundBody> bindValues(const tree::Select& select, Scope* parent);
   void bindItems(const tree::Select& select, Scope& scope, BoundBody& body);
   void expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& body);
   void bindGroups(const tree::Select& select, Scope& scope, std::string& text);
   void bindOrder(const tree::Query& query, BoundQuery& bound);
   std::string limitOf(const tree::Select& select, Scope& scope);
+  [[noreturn]] void failInGroupKey(int token) const;
   std::vector<Output> unify(BoundBody& body);
   void convertOutputs(BoundBody& body, const std::vector<Output>& outputs);
   std::string renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,

@@ -85,7 +85,8 @@ TEST_P(DataAccessContract, ServerErrorsHaveAdosNumbers) {
   TOLVANE_ASKS_FOR(speaksTransactSql);
   addThree();
   const ServerError errors[] = {
-      {"selec 1", oledb::errorsInCommand, 102, "Incorrect syntax near 'selec'."},
+      {"selec 1", oledb::errorsInCommand, 2812, "Could not find stored procedure 'selec'."},
+      {"select * form People", oledb::errorsInCommand, 102, "Incorrect syntax near 'form'."},
       {"select * from Nowhere", oledb::noTable, 208, "Invalid object name 'Nowhere'."},
       {"drop table Nowhere", oledb::noTable, 3701,
        "Cannot drop the table 'Nowhere', because it does not exist or you do not have permission."},

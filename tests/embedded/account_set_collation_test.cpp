@@ -72,6 +72,20 @@ TEST(AccountSetCollationTest, NamesSortByPinyin) {
   EXPECT_THAT(names, ::testing::ElementsAre("adam", "Zoe", "陈六", "李四", "王五", "张三"));
 }
 
+TEST(AccountSetCollationTest, SortingMakesNoKeysOnceTheTableIsThere) {
+  std::vector<std::string> names;
+  for (int i = 0; i < 5000; ++i) {
+    const int character = 0x4E00 + i * 7919 % 20000;
+    names.push_back({static_cast<char>(0xE0 | (character >> 12)), static_cast<char>(0x80 | ((character >> 6) & 0x3F)),
+                     static_cast<char>(0x80 | (character & 0x3F))});
+  }
+  for (int i = 1; i < 1000; ++i) (void)compare(names[0], names[static_cast<std::size_t>(i)]);
+  const auto before = sortKeysMade();
+  EXPECT_GT(before, 20'000U);
+  std::sort(names.begin(), names.end(), [](const auto& a, const auto& b) { return compare(a, b) < 0; });
+  EXPECT_EQ(sortKeysMade(), before);
+}
+
 TEST(AccountSetCollationTest, EqualCharactersFoldToOne) {
   const auto& collation = accountSetCollation();
   EXPECT_EQ(collation.fold(U'A'), U'a');

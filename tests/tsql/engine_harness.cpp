@@ -54,8 +54,8 @@ class HarnessSession final : public Session {
   std::string version() const override { return "Test server"; }
   std::optional<std::int64_t> objectId(std::string_view name, std::string_view) const override {
     sqlite3_stmt* statement = nullptr;
-    sqlite3_prepare_v2(database_, "SELECT rowid+1000000 FROM sqlite_schema WHERE lower(name)=lower(?1)", -1, &statement,
-                       nullptr);
+    sqlite3_prepare_v2(database_, "SELECT 1977058079-rowid FROM sqlite_schema WHERE lower(name)=lower(?1)", -1,
+                       &statement, nullptr);
     sqlite3_bind_text(statement, 1, name.data(), static_cast<int>(name.size()), SQLITE_TRANSIENT);
     std::optional<std::int64_t> id;
     if (sqlite3_step(statement) == SQLITE_ROW) id = sqlite3_column_int64(statement, 0);

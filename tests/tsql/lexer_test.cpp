@@ -61,5 +61,11 @@ TEST(StructuralKey, TellsValuesApartThatTheProgramDependsOn) {
   EXPECT_NE(structuralKey(first, {0}), structuralKey(second, {0}));
 }
 
+TEST(StructuralKey, TellsWidthsApartWhereOnlyTheyCount) {
+  const ShapedBatch first = shape("select 'ab'");
+  EXPECT_EQ(structuralKey(first, {widthOf(0)}), structuralKey(shape("select 'xy'"), {widthOf(0)}));
+  EXPECT_NE(structuralKey(first, {widthOf(0)}), structuralKey(shape("select 'abc'"), {widthOf(0)}));
+}
+
 }  // namespace
 }  // namespace tolvane::tsql::testing

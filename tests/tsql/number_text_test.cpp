@@ -59,7 +59,7 @@ TEST(NumberText, FloatsAreWrittenInTheirStyle) {
   EXPECT_EQ(floatText(0.1, 2), "1.000000000000000e-001");
   EXPECT_EQ(floatText(0.1, 3), "1.0000000000000001e-001");
   EXPECT_EQ(floatText(1e300, 0), "1e+300");
-  EXPECT_FALSE(floatText(1, 4));
+  EXPECT_EQ(floatText(1.5, 4), "1.5");
 }
 
 TEST(NumberText, AmountsAreWrittenInTheirStyle) {
@@ -69,7 +69,7 @@ TEST(NumberText, AmountsAreWrittenInTheirStyle) {
   EXPECT_EQ(moneyText(amount, 2), "-1234567.8950");
   EXPECT_EQ(moneyText(amount, 126), "-1234567.8950");
   EXPECT_EQ(moneyText(Decimal::parse("-123.4000").value(), 1), "-123.40");
-  EXPECT_FALSE(moneyText(amount, 3));
+  EXPECT_EQ(moneyText(amount, 3), "-1234567.90");
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ const std::vector<CallRow>& operatorRows() {
       {"ts_div", {INT64_MIN, -1, bigint}, "8115 Arithmetic overflow error converting expression to data type bigint."},
       {"ts_mod", {-7, 3, integer}, "-1"},
       {"ts_mod", {7, -3, integer}, "1"},
-      {"ts_mod", {INT64_MIN, -1, bigint}, "0"},
+      {"ts_mod", {INT64_MIN, -1, bigint}, "8115 Arithmetic overflow error converting expression to data type bigint."},
       {"ts_mod", {7, 0, integer}, "8134 Divide by zero error encountered."},
       {"ts_mod", {"-7.5", "2", decimal(5, 1)}, "'-1.5'"},
       {"ts_neg", {5, integer}, "-5"},

@@ -16,6 +16,11 @@ const std::vector<CallRow>& systemRows() {
       {"ts_db_name", {}, "'Accounts'"},
       {"ts_user_name", {}, "'dbo'"},
       {"ts_version", {}, "'Version'"},
+      {"ts_top", {3, -1}, "3"},
+      {"ts_top", {-1, -1}, "127 A TOP N or FETCH rowcount value may not be negative."},
+      {"ts_top", {Datum(), -1}, "1014 A TOP or FETCH clause contains an invalid value."},
+      {"ts_top", {12.5, 100}, "12.5"},
+      {"ts_top", {100.5, 100}, "1031 Percent values must be between 0 and 100."},
   };
   return rows;
 }

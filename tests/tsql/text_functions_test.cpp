@@ -20,7 +20,7 @@ const std::vector<CallRow>& textRows() {
       {"ts_datalength", {7, packed(TypeKind::Int)}, "4"},
       {"ts_datalength", {1.5, packed(TypeKind::Float)}, "8"},
       {"ts_datalength", {"12.3400", packed(TypeKind::Money)}, "8"},
-      {"ts_datalength", {"123456789.1", decimal(18, 1)}, "9"},
+      {"ts_datalength", {"123456789.1", decimal(18, 1)}, "5"},
       {"ts_datalength", {"1.5", decimal(18, 1)}, "5"},
       {"ts_datalength", {"2012-03-15 00:00:00.000", packed(TypeKind::DateTime)}, "8"},
       {"ts_datalength", {bytes, packed(Type::text(TypeKind::VarBinary, 10))}, "3"},
