@@ -104,6 +104,18 @@ TEST_F(FieldObjectsTest, RefuseValuesThatAreNotOfTheirType) {
             "800A0D5D");
 }
 
+TEST_F(FieldObjectsTest, ADocumentHasOneDimension) {
+  const std::vector<Value> content(4, Value(std::uint8_t{1}));
+  EXPECT_EQ(errorOf([&] {
+              field("FData").put(L"Value", Array{ValueType::byte, {{0, 2}, {0, 2}}, content});
+            }).substr(0, 8),
+            "800A0D5D");
+  EXPECT_EQ(errorOf([&] {
+              field("FData").get(L"AppendChunk", Array{ValueType::byte, {{0, 2}, {0, 2}}, content});
+            }).substr(0, 20),
+            "800A0BB9 ADODB.Field");
+}
+
 TEST_F(FieldObjectsTest, KeepADocumentThatTheCallerFrees) {
   {
     automation::Variant document = automation::Variant::of(bytes({1, 2, 3}));

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 #include "standalone_com/try_table.h"
 
 namespace tolvane::standalone_com {
@@ -186,6 +189,52 @@ TEST_F(RecordsetObjectTest, ArgumentsOfWrongTypesAreErrors) {
   const Client open = opened();
   EXPECT_EQ(errorOf([&] { (void)open.object(L"Fields", 1, 2); }).substr(0, 8), "800A01C2");
   EXPECT_EQ(errorOf([&] { (void)open.object(L"Fields", connection()); }).substr(0, 8), "800A000D");
+}
+
+/// What no caller should pass, and some do.
+std::vector<VARIANT> impossibleArguments() {
+  const std::vector<int> types{// references to nothing
+                               VT_BYREF | VT_VARIANT, VT_BYREF | VT_BSTR, VT_BYREF | VT_I4, VT_BYREF | VT_DISPATCH,
+                               VT_BYREF | VT_UNKNOWN, VT_BYREF | VT_DECIMAL, VT_BYREF | VT_ARRAY | VT_UI1,
+                               // arrays that are none, and types that automation's languages do not have
+                               VT_ARRAY | VT_UI1, VT_ARRAY | VT_VARIANT, VT_RECORD, VT_ARRAY | VT_RECORD, VT_FILETIME,
+                               99};
+  std::vector<VARIANT> all;
+  for (const int type : types) {
+    VARIANT content{};
+    content.vt = static_cast<VARTYPE>(type);
+    all.push_back(content);
+  }
+  return all;
+}
+
+TEST_F(RecordsetObjectTest, ImpossibleArgumentsAreErrors) {
+  const Client closed = Client::create("Recordset");
+  const Client open = opened();
+  for (VARIANT argument : impossibleArguments()) {
+    for (const auto& [set, member, flags] :
+         {std::tuple(closed, 1022, DISPATCH_METHOD), std::tuple(open, 1030, DISPATCH_PROPERTYPUT),
+          std::tuple(open, 1001, DISPATCH_PROPERTYPUTREF), std::tuple(open, 1016, DISPATCH_METHOD),
+          std::tuple(open, 0, DISPATCH_PROPERTYGET)}) {
+      DISPPARAMS parameters{&argument, nullptr, 1, 0};
+      EXPECT_TRUE(FAILED(set.dispatch()->Invoke(member, IID_NULL, 0, static_cast<WORD>(flags), &parameters, nullptr,
+                                                nullptr, nullptr)))
+          << argument.vt << " " << member;
+    }
+  }
+}
+
+TEST_F(RecordsetObjectTest, CallsWithoutWhatTheyNeedAreRefused) {
+  const Client client = opened();
+  IDispatch& set = *client.dispatch();
+  DISPPARAMS none{};
+  EXPECT_EQ(set.Invoke(0, IID_NULL, 0, DISPATCH_PROPERTYGET, nullptr, nullptr, nullptr, nullptr), E_POINTER);
+  EXPECT_EQ(set.Invoke(0, IID_IDispatch, 0, DISPATCH_PROPERTYGET, &none, nullptr, nullptr, nullptr),
+            DISP_E_UNKNOWNINTERFACE);
+  EXPECT_TRUE(FAILED(set.Invoke(4711, IID_NULL, 0, DISPATCH_PROPERTYGET, &none, nullptr, nullptr, nullptr)));
+  EXPECT_TRUE(FAILED(set.Invoke(1030, IID_NULL, 0, DISPATCH_PROPERTYPUT, &none, nullptr, nullptr, nullptr)));
+  EXPECT_EQ(set.GetIDsOfNames(IID_NULL, nullptr, 1, 0, nullptr), E_POINTER);
+  EXPECT_EQ(set.QueryInterface(IID_IUnknown, nullptr), E_POINTER);
 }
 
 }  // namespace
