@@ -607,8 +607,8 @@ Typed Writer::conditional(std::vector<std::pair<std::string, Typed>> branches, T
     result.sql += " WHEN " + when + " THEN " + convert(std::move(value), type, When::Late).sql;
   }
   result.subquery = result.subquery || otherwise.subquery;
-  const bool none = otherwise.type.kind == TypeKind::Null;
-  result.sql += none ? " END" : " ELSE " + convert(std::move(otherwise), type, When::Late).sql + " END";
+  const bool noOther = otherwise.type.kind == TypeKind::Null;
+  result.sql += noOther ? " END" : " ELSE " + convert(std::move(otherwise), type, When::Late).sql + " END";
   result.sql = "(" + result.sql + ")";
   return result;
 }
