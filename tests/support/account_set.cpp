@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,8 +24,6 @@ namespace tolvane::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* serverVariable = "TOLVANE_TEST_DSN";
 
 std::string fileText(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -49,25 +46,6 @@ void runScript(Connection& connection, const std::string& script) {
 
 std::string shippedScript() {
   return fileText(fs::path(TOLVANE_SOURCE_DIR) / "schema" / "accountset.sql");
-}
-
-/// A server's data source, leading to another database.
-std::string withDatabase(const char* server, const std::string& database) {
-  std::string text = "Database=" + database;
-  const auto name = DataSourceName::parse(server);
-  for (const auto& [key, value] : name.pairs()) {
-    if (sameName(key, "Database") || sameName(key, "UserID") || sameName(key, "Language")) continue;
-    text += ";" + key + "={";
-    for (const char c : value) text += c == '}' ? std::string("}}") : std::string(1, c);
-    text += "}";
-  }
-  return text;
-}
-
-void dropDatabase(const char* server, const std::string& database) {
-  // A connection that is kept for the database would keep it from being dropped.
-  odbc::OdbcEngine::closeIdle();
-  odbc::OdbcEngine().open(DataSourceName::parse(server))->execute("Drop Database [" + database + "]");
 }
 
 fs::path temporaryName(std::string_view what) {
@@ -147,11 +125,10 @@ struct AccountSet::Parts {
 };
 
 AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std::make_unique<Parts>()) {
-  if (const char* server = std::getenv(serverVariable)) {
-    path_ = fs::path(path_).stem().string();
-    base_ = withDatabase(server, path_);
-    standalone::connect(parts_->engines, DataSourceName::parse(server))
-        ->execute("Create Database [" + path_ + "] Collate Chinese_PRC_CI_AS");
+  if (ServerDatabase::isNamed()) {
+    server_ = std::make_unique<ServerDatabase>();
+    path_ = server_->name();
+    base_ = server_->dsn();
     runScript(*connection(), shippedScript());
     return;
   }
@@ -161,17 +138,8 @@ AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std
 }
 
 AccountSet::~AccountSet() {
-  const char* server = std::getenv(serverVariable);
   parts_.reset();
-  if (server) {
-    try {
-      dropDatabase(server, path_);
-    } catch (const AutomationError& error) {
-      ADD_FAILURE() << "the test's database is left behind: " << error.description();
-    }
-  } else {
-    removeFile(path_);
-  }
+  if (!server_) removeFile(path_);
 }
 
 std::shared_ptr<Connection> AccountSet::connection() const {

@@ -15,6 +15,7 @@
 #include "platform/data_access.h"
 #include "platform/error.h"
 #include "platform/platform.h"
+#include "support/server_database.h"
 
 namespace tolvane::test {
 
@@ -67,6 +68,7 @@ class AccountSet {
   std::string base_;  // the data source without the caller
   std::int32_t userID_ = 1;
   std::string language_ = "chs";
+  std::unique_ptr<ServerDatabase> server_;  // where one is named; let go of after the connections to it
   std::unique_ptr<Parts> parts_;
 };
 
