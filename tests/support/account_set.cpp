@@ -118,9 +118,13 @@ std::string bagText(const PropertyBag& bag) {
 
 }  // namespace
 
+standalone::Engines engines() {
+  return {{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()},
+          {"odbc", std::make_shared<odbc::OdbcEngine>()}};
+}
+
 struct AccountSet::Parts {
-  standalone::Engines engines{{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()},
-                              {"odbc", std::make_shared<odbc::OdbcEngine>()}};
+  standalone::Engines engines = test::engines();
   standalone::StandalonePlatform platform{{engines, fs::path(TOLVANE_SOURCE_DIR) / "resources"}};
 };
 

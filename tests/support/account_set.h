@@ -15,9 +15,13 @@
 #include "platform/data_access.h"
 #include "platform/error.h"
 #include "platform/platform.h"
+#include "standalone/data_sources.h"
 #include "support/server_database.h"
 
 namespace tolvane::test {
+
+/// The engines that an account set of the tests may be on.
+[[nodiscard]] standalone::Engines engines();
 
 /// Arguments by name; the data-source name is filled in.
 using Named = std::vector<std::pair<std::string, Value>>;
