@@ -136,7 +136,8 @@ Condition originalValues(RowSet& set, std::size_t row) {
 // The key of a row of a set that does not hold it: the same rows are read again with it. The row is the one at the same
 // place, if it is still as it was; servers give rows of one statement in one order as long as nobody changes them.
 std::optional<Condition> hiddenKey(Session& session, RowSet& set, const Source& source, std::size_t row) {
-  const auto& names = session.keyOf(set.shape.table);
+  // A copy: what is known of tables may be forgotten when the statement is sent once more.
+  const auto names = session.keyOf(set.shape.table);
   if (names.empty() || source.allColumns) return std::nullopt;
   std::string list;
   std::vector<std::size_t> compared;

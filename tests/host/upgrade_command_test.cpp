@@ -5,7 +5,6 @@
 
 #include <sstream>
 
-#include "embedded/embedded_engine.h"
 #include "host/usage_error.h"
 #include "support/older_layout.h"
 
@@ -23,8 +22,7 @@ struct UpgradeCommand : testing::Test {
 
   int upgrade(UpgradeOptions options = {}) {
     if (!options.dsn) options.dsn = set.dsn();
-    const Environment environment{
-        {{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()}}, {}, out, err};
+    const Environment environment{test::engines(), {}, out, err};
     out.str("");
     return runUpgradeCommand(environment, options);
   }

@@ -1,6 +1,5 @@
 // The shared data-access tests through ODBC: on SQLite's and PostgreSQL's drivers, and on the server that
 // TOLVANE_TEST_DSN names.
-#include <cstdlib>
 #include <regex>
 
 #include "contract/connection_contract.h"
@@ -8,6 +7,7 @@
 #include "odbc/odbc_engine.h"
 #include "odbc/postgresql_server.h"
 #include "odbc/sqlite_file.h"
+#include "support/server_database.h"
 
 namespace tolvane::contract {
 namespace {
@@ -74,34 +74,22 @@ class PostgreSqlContractEngine final : public ContractEngine {
   }
 };
 
-/// A server that speaks TDS, as TOLVANE_TEST_DSN names it; the tests' tables are made in its database and dropped.
+/// A database of its own on a server that speaks TDS, as TOLVANE_TEST_DSN names it.
 class ServerContractEngine final : public ContractEngine {
  public:
-  ServerContractEngine() { clear(); }
-  ~ServerContractEngine() override {
-    try {
-      clear();
-    } catch (const AutomationError& error) {
-      ADD_FAILURE() << error.description();
-    }
+  ServerContractEngine() {
+    const auto error = errorOf([&] { connect()->execute("select * from Nowhere"); });
+    isSqlServer_ = error.description() == "Invalid object name 'Nowhere'.";
   }
   std::shared_ptr<EngineConnection> connect() override {
-    return odbc::OdbcEngine().open(DataSourceName::parse(std::getenv("TOLVANE_TEST_DSN")));
+    return odbc::OdbcEngine().open(DataSourceName::parse(database_.dsn()));
   }
   [[nodiscard]] Deviations deviations() const override {
     return {.errorsAreSqlServers = isSqlServer_, .errorsEndTransactions = true};
   }
 
  private:
-  void clear() {
-    const auto connection = connect();
-    const auto error = errorOf([&] { connection->execute("select * from Nowhere"); });
-    isSqlServer_ = error.description() == "Invalid object name 'Nowhere'.";
-    for (const char* table : {"People", "Other"}) {
-      connection->execute("if object_id('" + std::string(table) + "') is not null drop table " + table);
-    }
-  }
-
+  test::ServerDatabase database_;
   bool isSqlServer_ = true;
 };
 
@@ -120,7 +108,7 @@ std::vector<ContractParameter> postgreSqlIfThere() {
 }
 
 std::vector<ContractParameter> serverIfNamed() {
-  if (!std::getenv("TOLVANE_TEST_DSN")) return {};
+  if (!test::ServerDatabase::isNamed()) return {};
   return {{"Server", make<ServerContractEngine>}};
 }
 
@@ -131,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Server, DataAccessContract, ::testing::ValuesIn(serverI
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DataAccessContract);
 
 TEST(ContractTest, RunsOnTheServerThatIsNamed) {
-  if (!std::getenv("TOLVANE_TEST_DSN")) GTEST_SKIP() << "TOLVANE_TEST_DSN names no server to run the suite on";
+  if (!test::ServerDatabase::isNamed()) GTEST_SKIP() << "TOLVANE_TEST_DSN names no server to run the suite on";
   EXPECT_TRUE(ServerContractEngine().connect());
 }
 

@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <memory>
 #include <string>
 
 #include "odbc/odbc_engine.h"
+#include "support/server_database.h"
 
 namespace tolvane::odbc {
 namespace {
@@ -37,14 +39,10 @@ std::size_t memoryFor(Work&& work) {
 class DocumentMemory : public ::testing::Test {
  protected:
   void SetUp() override {
-    const char* server = std::getenv("TOLVANE_TEST_DSN");
-    if (!server) GTEST_SKIP() << "TOLVANE_TEST_DSN names no server in a process of its own";
-    connection_ = OdbcEngine().open(DataSourceName::parse(server));
-    connection_->execute("if object_id('Documents') is not null drop table Documents");
+    if (!test::ServerDatabase::isNamed()) GTEST_SKIP() << "TOLVANE_TEST_DSN names no server in a process of its own";
+    database_ = std::make_unique<test::ServerDatabase>();
+    connection_ = OdbcEngine().open(DataSourceName::parse(database_->dsn()));
     connection_->execute("create table Documents (Id int identity(1,1) not null primary key, Content image null)");
-  }
-  void TearDown() override {
-    if (connection_) connection_->execute("drop table Documents");
   }
   void write() {
     const auto rows = connection_->newRecordset();
@@ -57,6 +55,7 @@ class DocumentMemory : public ::testing::Test {
     }
     rows->update();
   }
+  std::unique_ptr<test::ServerDatabase> database_;
   std::shared_ptr<EngineConnection> connection_;
 };
 

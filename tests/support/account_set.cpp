@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -28,8 +27,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* serverVariable = "TOLVANE_TEST_DSN";
-
 std::string fileText(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -51,25 +48,6 @@ void runScript(Connection& connection, const std::string& script) {
 
 std::string shippedScript() {
   return fileText(fs::path(TOLVANE_SOURCE_DIR) / "schema" / "accountset.sql");
-}
-
-/// A server's data source, leading to another database.
-std::string withDatabase(const char* server, const std::string& database) {
-  std::string text = "Database=" + database;
-  const auto name = DataSourceName::parse(server);
-  for (const auto& [key, value] : name.pairs()) {
-    if (sameName(key, "Database") || sameName(key, "UserID") || sameName(key, "Language")) continue;
-    text += ";" + key + "={";
-    for (const char c : value) text += c == '}' ? std::string("}}") : std::string(1, c);
-    text += "}";
-  }
-  return text;
-}
-
-void dropDatabase(const char* server, const std::string& database) {
-  // A connection that is kept for the database would keep it from being dropped.
-  odbc::OdbcEngine::closeIdle();
-  odbc::OdbcEngine().open(DataSourceName::parse(server))->execute("Drop Database [" + database + "]");
 }
 
 fs::path temporaryName(std::string_view what) {
@@ -145,7 +123,9 @@ std::string bagText(const PropertyBag& bag) {
   return text;
 }
 
-standalone::Engines allEngines() {
+}  // namespace
+
+standalone::Engines engines() {
   standalone::Engines engines{{standalone::defaultEngine, std::make_shared<embedded::EmbeddedEngine>()}};
 #ifdef TOLVANE_WITH_ODBC
   engines.emplace("odbc", std::make_shared<odbc::OdbcEngine>());
@@ -153,19 +133,16 @@ standalone::Engines allEngines() {
   return engines;
 }
 
-}  // namespace
-
 struct AccountSet::Parts {
-  standalone::Engines engines = allEngines();
+  standalone::Engines engines = test::engines();
   standalone::StandalonePlatform platform{{engines, fs::path(TOLVANE_SOURCE_DIR) / "resources"}};
 };
 
 AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std::make_unique<Parts>()) {
-  if (const char* server = std::getenv(serverVariable)) {
-    path_ = fs::path(path_).stem().string();
-    base_ = withDatabase(server, path_);
-    standalone::connect(parts_->engines, DataSourceName::parse(server))
-        ->execute("Create Database [" + path_ + "] Collate Chinese_PRC_CI_AS");
+  if (ServerDatabase::isNamed()) {
+    server_ = std::make_unique<ServerDatabase>();
+    path_ = server_->name();
+    base_ = server_->dsn();
     runScript(*connection(), shippedScript());
     return;
   }
@@ -175,18 +152,10 @@ AccountSet::AccountSet() : path_(temporaryName("accounts").string()), parts_(std
 }
 
 AccountSet::~AccountSet() {
-  const char* server = std::getenv(serverVariable);
   parts_.reset();
-  if (server) {
-    try {
-      dropDatabase(server, path_);
-    } catch (const AutomationError& error) {
-      ADD_FAILURE() << "the test's database is left behind: " << error.description();
-    }
-  } else {
-    embedded::EmbeddedEngine::closeUnused();
-    removeFile(path_);
-  }
+  if (server_) return;
+  embedded::EmbeddedEngine::closeUnused();
+  removeFile(path_);
 }
 
 std::shared_ptr<Connection> AccountSet::connection() const {

@@ -15,8 +15,13 @@
 #include "platform/data_access.h"
 #include "platform/error.h"
 #include "platform/platform.h"
+#include "standalone/data_sources.h"
+#include "support/server_database.h"
 
 namespace tolvane::test {
+
+/// The engines that an account set of the tests may be on.
+[[nodiscard]] standalone::Engines engines();
 
 /// Arguments by name; the data-source name is filled in.
 using Named = std::vector<std::pair<std::string, Value>>;
@@ -67,6 +72,7 @@ class AccountSet {
   std::string base_;  // the data source without the caller
   std::int32_t userID_ = 1;
   std::string language_ = "chs";
+  std::unique_ptr<ServerDatabase> server_;  // where one is named; let go of after the connections to it
   std::unique_ptr<Parts> parts_;
 };
 

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "embedded/cell.h"
 #include "tds_server/wire_bytes.h"
@@ -24,9 +23,5 @@ void putColumn(Buffer& to, const WireColumn& column);
 
 /// Puts a value of a column of that type.
 void putValue(Buffer& to, const tsql::Type& type, const embedded::Cell& cell);
-
-/// UTF-8 from and to the code page of narrow texts; what it has not becomes "?".
-[[nodiscard]] std::string toCodePage(std::string_view text);
-[[nodiscard]] std::string fromCodePage(std::string_view text);
 
 }  // namespace tolvane::tds
