@@ -138,6 +138,10 @@ void BatchCompiler::insert(const StatementNode& node) {
 // of the FROM list, a table of that list, or a table beside it.
 BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& scope) {
   Target result;
+  const auto isTarget = [&](const tree::CommonTable& table) { return sameName(table.name, node.table.name); };
+  if (node.table.schema.empty() && std::ranges::any_of(node.with, isTarget)) {
+    throw notSupported(batch_, node.table.token, "changing a common table expression");
+  }
   if (!node.hasFrom) {
     const Table& table = changedTable(node.table);
     tree::TableReference reference;

@@ -71,6 +71,7 @@ class Parser {
   tree::StatementPtr alter();
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
+  void options(tree::Query& query);
   std::vector<tree::Assignment> assignments();
   void fromAndWhere(tree::StatementNode& statement);
   void top(tree::StatementNode& statement);
@@ -86,6 +87,7 @@ class Parser {
   // Queries (parser_query.cpp).
   tree::QueryPtr query();
   std::vector<tree::CommonTable> commonTables();
+  void page(tree::Query& query);
   std::unique_ptr<tree::QueryBody> setOperation();
   std::unique_ptr<tree::QueryBody> intersection();
   std::unique_ptr<tree::QueryBody> queryTerm();

@@ -92,9 +92,6 @@ void Writer::addSource(Source source, int token, Scope& scope) {
 bool Writer::addTable(const TableReference& reference, Scope& scope, std::string& text) {
   if (reference.schema.empty() && addCommonTable(reference, scope, text)) return true;
   if (addSystemTable(reference, scope, text)) return true;
-  if (reference.schema.empty() && !defining_.empty() && sameName(defining_.back(), reference.name)) {
-    refuse(reference.token, "a common table expression that refers to itself");
-  }
   const Table* table = findTable(reference.schema, reference.name, reference.token);
   readTable(*table);
   Source source;
@@ -123,7 +120,13 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
       for (std::size_t i = 0; i < source.columns.size(); ++i) {
         source.columns[i].sql = source.sqlAlias + ".c" + std::to_string(i + 1);
       }
-      text += "(" + (*table)->sql + ") AS " + source.sqlAlias;
+      if ((*table)->recursion.empty()) {
+        text += "(" + (*table)->sql + ") AS " + source.sqlAlias;
+      } else {
+        text += (*table)->recursion + " AS " + source.sqlAlias;
+        ++(*table)->uses;
+        (*table)->usedAs = source.sqlAlias;
+      }
       addSource(std::move(source), reference.token, scope);
       return true;
     }

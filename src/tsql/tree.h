@@ -134,6 +134,9 @@ struct Query {
   std::vector<CommonTable> with;
   std::unique_ptr<QueryBody> body;
   std::vector<OrderItem> order;
+  ExpressionPtr offset;
+  ExpressionPtr fetch;
+  int maxRecursion = 100;
   int token = 0;
 };
 
@@ -221,10 +224,11 @@ struct Declaration {
 
 struct StatementNode {
   StatementKind kind = StatementKind::Block;
-  int token = 0;     // first
-  int endToken = 0;  // one past the last
-  QueryPtr query;    // SELECT; the source of an INSERT
-  TableName table;   // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
+  int token = 0;                  // first
+  int endToken = 0;               // one past the last
+  std::vector<CommonTable> with;  // before an INSERT, UPDATE or DELETE
+  QueryPtr query;                 // SELECT; the source of an INSERT
+  TableName table;                // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
   std::vector<std::string> columns;
   std::vector<Assignment> assignments;
   std::vector<TableReferencePtr> from;
