@@ -8,6 +8,7 @@ namespace tolvane::tsql {
 using tree::StatementNode;
 
 const Table& BatchCompiler::changedTable(const tree::TableName& name) const {
+  writer_.checkDatabase(name.database, name.schema, name.name, name.token);
   return *writer_.findTable(name.schema, name.name, name.token);
 }
 
@@ -118,6 +119,11 @@ void BatchCompiler::insert(const StatementNode& node) {
     text += ")";
     const auto& select = node.query->body->select;
     if (select && !select->values.empty()) {
+      const auto asWide = [&](const auto& row) { return row.size() == select->values[0].size(); };
+      if (!std::ranges::all_of(select->values, asWide)) {
+        writer_.fail(select->token, 10709,
+                     "The number of columns for each row in a table value constructor must be the same.");
+      }
       for (const auto& row : select->values) checkCount(node, table, row.size(), columns.size());
       text += insertValues(*select, table, columns);
       step.oneRow = select->values.size() == 1;

@@ -139,6 +139,7 @@ class Parser {
   std::vector<int>& structural_;
   int at_ = 0;
   int depth_ = 0;
+  std::string typedColumn_;
   int typeOrdinal_ = 0;  // of the column or variable whose type is read, 0 for others
 };
 

@@ -331,6 +331,7 @@ TableReferencePtr Parser::tablePrimary() {
       !isWord(1, "READPAST") && !isWord(1, "PAGLOCK") && !isWord(1, "XLOCK") && !isWord(1, "INDEX")) {
     refuse("a function as a table");
   }
+  result->database = table.database;
   result->schema = table.schema;
   result->name = table.name;
   tableHints();

@@ -76,6 +76,7 @@ struct TableReference {
   enum class Kind { Named, Derived, Join };
   Kind kind = Kind::Named;
   int token = 0;
+  std::string database;
   std::string schema;  // as written: "dbo", "INFORMATION_SCHEMA" or empty
   std::string name;
   std::string alias;
@@ -149,6 +150,7 @@ struct Assignment {
 };
 
 struct TableName {
+  std::string database;
   std::string schema;
   std::string name;
   int token = 0;

@@ -29,6 +29,7 @@ struct SourceColumn {
 // One entry of a FROM list.
 struct Source {
   std::string name;        // what qualifies its columns: alias or table name
+  bool renamed = false;    // it has an alias
   std::string objectName;  // the same in messages about groups: the table as written, whatever its alias
   std::string sqlAlias;
   const Table* table = nullptr;
@@ -179,6 +180,7 @@ class Writer {
   // All of the list but one, if so wished.
   std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut = none);
   bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+  void checkDatabase(const std::string& database, const std::string& schema, const std::string& name, int token) const;
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
   Query finishQuery(const BoundQuery& query);
