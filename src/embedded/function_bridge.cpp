@@ -120,6 +120,20 @@ void finishAggregate(sqlite3_context* context) {
   });
 }
 
+// The answer so far, while a window grows.
+void showAggregate(sqlite3_context* context) {
+  guarded(context, [&] {
+    auto* state = static_cast<StatePointer*>(sqlite3_aggregate_context(context, 0));
+    if (!state || !*state) return giveResult(context, entryOf(context).aggregate->create()->finish());
+    giveResult(context, (*state)->finish());
+  });
+}
+
+// Rows leave a window of ROWS or RANGE only, which the compiler refuses.
+void leaveAggregate(sqlite3_context* context, int, sqlite3_value**) {
+  sqlite3_result_error(context, "a row left a window", -1);
+}
+
 std::string_view view(int size, const void* text) {
   return {static_cast<const char*>(text), static_cast<std::size_t>(size)};
 }
@@ -155,9 +169,9 @@ FunctionBridge::FunctionBridge(Database& database, tsql::Session& session) : dat
   }
   for (const auto& aggregate : registry.aggregates) {
     auto& entry = entries_.emplace_back(Entry{this, nullptr, &aggregate});
-    check(database, sqlite3_create_function_v2(db, std::string(aggregate.name).c_str(), aggregate.args,
-                                               SQLITE_UTF8 | SQLITE_INNOCUOUS, &entry, nullptr, stepAggregate,
-                                               finishAggregate, nullptr));
+    check(database, sqlite3_create_window_function(db, std::string(aggregate.name).c_str(), aggregate.args,
+                                                   SQLITE_UTF8 | SQLITE_INNOCUOUS, &entry, stepAggregate,
+                                                   finishAggregate, showAggregate, leaveAggregate, nullptr));
   }
   check(database, sqlite3_create_collation_v2(db, "TSQL", SQLITE_UTF8, nullptr, compareTexts, nullptr));
   check(database, sqlite3_create_collation_v2(db, "TSQL_GUID", SQLITE_UTF8, nullptr, compareIdentifiers, nullptr));

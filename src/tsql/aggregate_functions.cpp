@@ -21,7 +21,7 @@ class Single : public AggregateState {
     found_ = true;
     value_ = Result(call.args[0]);
   }
-  Result finish() override { return std::move(value_); }
+  Result finish() override { return value_; }
 
  private:
   bool found_ = false;
@@ -126,8 +126,7 @@ class Average : public Total {
   }
 };
 
-// Variance by running mean and sum of squared differences, which keeps its digits where sums of squares lose them
-// (Welford, Technometrics 4, 1962).
+// Variance by the sums of the values and of their squares, as SQL Server has it to the last digit.
 class Spread : public AggregateState {
  public:
   Spread(bool ofPopulation, bool root) : ofPopulation_(ofPopulation), root_(root) {}
@@ -136,15 +135,14 @@ class Spread : public AggregateState {
     if (call.args[0].isNull()) return;
     const double value = approximateNumber(call.args[0]);
     count_ += 1;
-    const double difference = value - mean_;
-    mean_ += difference / count_;
-    squares_ += difference * (value - mean_);
+    sum_ += value;
+    squares_ += value * value;
   }
 
   Result finish() override {
     const double divisor = ofPopulation_ ? count_ : count_ - 1;
     if (divisor < 1) return {};
-    const double variance = squares_ / divisor;
+    const double variance = std::max(0.0, (squares_ - sum_ * sum_ / count_) / divisor);
     const double result = root_ ? std::sqrt(variance) : variance;
     if (!std::isfinite(result)) throw SqlError(Message::ArithmeticOverflow, {"expression", "float"});
     return result;
@@ -154,7 +152,7 @@ class Spread : public AggregateState {
   bool ofPopulation_;
   bool root_;
   double count_ = 0;
-  double mean_ = 0;
+  double sum_ = 0;
   double squares_ = 0;
 };
 

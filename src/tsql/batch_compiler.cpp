@@ -150,6 +150,7 @@ void BatchCompiler::written(const Table& table) {
 
 void BatchCompiler::dispatch(const StatementNode& node) {
   writer_.beginStatement();
+  writer_.defineCommonTables(node.with, tree::Query().maxRecursion);
   switch (node.kind) {
     case StatementKind::Select:
       return select(node);

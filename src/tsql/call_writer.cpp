@@ -293,7 +293,6 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
 }
 
 Typed Writer::aggregate(const Expression& expression, Scope* scope) {
-  const AggregateRow& row = *findAggregateRow(expression.name);
   if (scope != nullptr && scope->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
   if (scope == nullptr || !scope->aggregatesAllowed) {
     fail(expression.token, 147,
@@ -305,6 +304,12 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
          "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
   }
   scope->aggregated = true;
+  return aggregateOf(expression, scope);
+}
+
+// The call itself, of a group or of a window.
+Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
+  const AggregateRow& row = *findAggregateRow(expression.name);
   Typed result;
   const bool counts = row.rule == AggregateRule::Count || row.rule == AggregateRule::CountBig;
   if (expression.star ? !counts : expression.arguments.size() != 1) {
@@ -316,10 +321,11 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
     result.type = count;
     return result;
   }
-  ++scope->insideAggregate;
+  int& inside = expression.over ? scope->insideWindow : scope->insideAggregate;
+  ++inside;
   Typed value = this->expression(*expression.arguments[0], scope);
-  --scope->insideAggregate;
-  if (value.subquery) {
+  --inside;
+  if (value.subquery && !expression.over) {
     fail(expression.token, 130,
          "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
   }
@@ -380,23 +386,41 @@ void Writer::failInGroupKey(int token) const {
        "clause.");
 }
 
-// ROW_NUMBER() and RANK() alone: other functions over a window are refused.
+// Ranks and aggregates; a window is all rows of the partition, or those up to the current one where it is ordered.
 Typed Writer::windowed(const Expression& expression, Scope* scope) {
-  const bool known = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
-  if (!known) refuse(expression.token, "a function with OVER other than ROW_NUMBER and RANK");
+  const bool ranks = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
+  const bool aggregates = findAggregateRow(expression.name) != nullptr;
+  if (!ranks && !aggregates) refuse(expression.token, "OVER behind a function other than ranks and aggregates");
+  if (expression.distinct) {
+    throw SqlError(10759, 15, "Use of DISTINCT is not allowed with the OVER clause.")
+        .at(lineOf(batch_, expression.token));
+  }
+  if (scope != nullptr && (scope->insideWindow > 0 || scope->insideAggregate > 0)) {
+    fail(expression.token, 4109,
+         "Windowed functions cannot be used in the context of another windowed function or aggregate.");
+  }
   if (scope == nullptr || !scope->aggregatesAllowed || scope->clause == Scope::Clause::Having) {
     fail(expression.token, 4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.");
   }
-  if (!expression.arguments.empty()) fail(expression.token, Message::FunctionArgumentCount, {expression.name, "0"});
-  if (expression.order.empty()) {
+  if (ranks && !expression.arguments.empty()) {
+    throw SqlError(4114, 15, "The function '" + written(expression.token) + "' takes exactly 0 argument(s).")
+        .at(lineOf(batch_, expression.token));
+  }
+  if (ranks && expression.order.empty()) {
     fail(expression.token, 4112,
          "The function '" + written(expression.token) + "' must have an OVER clause with ORDER BY.");
   }
   Typed result;
-  result.type = Type::of(TypeKind::BigInt).orNull(false);
-  result.sql = (expression.name == "ROW_NUMBER" ? "row_number() OVER ("
-                : expression.name == "RANK"     ? "rank() OVER ("
-                                                : "dense_rank() OVER (");
+  if (aggregates) {
+    result = aggregateOf(expression, scope);
+  } else {
+    result.type = Type::of(TypeKind::BigInt);
+    result.sql = expression.name == "ROW_NUMBER" ? "row_number()"
+                 : expression.name == "RANK"     ? "rank()"
+                                                 : "dense_rank()";
+  }
+  result.sql += " OVER (";
+  ++scope->insideWindow;
   const auto list = [&](std::string_view word, std::size_t count, const auto& item) {
     for (std::size_t i = 0; i < count; ++i) {
       result.sql += i == 0 ? std::string(word) : ",";
@@ -418,6 +442,7 @@ Typed Writer::windowed(const Expression& expression, Scope* scope) {
            "expressions.");
     result.sql += value.sql + collation(value.type) + (expression.order[i].descending ? " DESC" : "");
   });
+  --scope->insideWindow;
   result.sql += ")";
   return result;
 }

@@ -8,6 +8,7 @@ namespace tolvane::tsql {
 using tree::StatementNode;
 
 const Table& BatchCompiler::changedTable(const tree::TableName& name) const {
+  writer_.checkDatabase(name.database, name.schema, name.name, name.token);
   return *writer_.findTable(name.schema, name.name, name.token);
 }
 
@@ -118,6 +119,11 @@ void BatchCompiler::insert(const StatementNode& node) {
     text += ")";
     const auto& select = node.query->body->select;
     if (select && !select->values.empty()) {
+      const auto asWide = [&](const auto& row) { return row.size() == select->values[0].size(); };
+      if (!std::ranges::all_of(select->values, asWide)) {
+        writer_.fail(select->token, 10709,
+                     "The number of columns for each row in a table value constructor must be the same.");
+      }
       for (const auto& row : select->values) checkCount(node, table, row.size(), columns.size());
       text += insertValues(*select, table, columns);
       step.oneRow = select->values.size() == 1;
@@ -138,6 +144,10 @@ void BatchCompiler::insert(const StatementNode& node) {
 // of the FROM list, a table of that list, or a table beside it.
 BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& scope) {
   Target result;
+  const auto isTarget = [&](const tree::CommonTable& table) { return sameName(table.name, node.table.name); };
+  if (node.table.schema.empty() && std::ranges::any_of(node.with, isTarget)) {
+    throw notSupported(batch_, node.table.token, "changing a common table expression");
+  }
   if (!node.hasFrom) {
     const Table& table = changedTable(node.table);
     tree::TableReference reference;

@@ -352,6 +352,13 @@ void BatchCompiler::createTable(const StatementNode& node) {
                          "'. Only one identity column per table is allowed.");
       }
       const bool whole = column.type.isInteger() && column.type.kind != TypeKind::Bit;
+      const bool mayBe = whole || (column.type.kind == TypeKind::Decimal && column.type.scale == 0);
+      if (!mayBe) {
+        writer_.fail(definition.token, 2749,
+                     "Identity column '" + column.name +
+                         "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale of "
+                         "0, unencrypted, and constrained to be nonnullable.");
+      }
       if (!whole || definition.increment != 1) {
         throw notSupported(batch_, definition.token, "an identity column that is no integer or grows by other than 1");
       }

@@ -71,6 +71,7 @@ class Parser {
   tree::StatementPtr alter();
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
+  void options(tree::Query& query);
   std::vector<tree::Assignment> assignments();
   void fromAndWhere(tree::StatementNode& statement);
   void top(tree::StatementNode& statement);
@@ -86,6 +87,7 @@ class Parser {
   // Queries (parser_query.cpp).
   tree::QueryPtr query();
   std::vector<tree::CommonTable> commonTables();
+  void page(tree::Query& query);
   std::unique_ptr<tree::QueryBody> setOperation();
   std::unique_ptr<tree::QueryBody> intersection();
   std::unique_ptr<tree::QueryBody> queryTerm();
@@ -137,6 +139,7 @@ class Parser {
   std::vector<int>& structural_;
   int at_ = 0;
   int depth_ = 0;
+  std::string typedColumn_;
   int typeOrdinal_ = 0;  // of the column or variable whose type is read, 0 for others
 };
 

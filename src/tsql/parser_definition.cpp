@@ -23,6 +23,7 @@ tree::TableName Parser::tableName() {
   if (token().kind == TokenKind::Variable) refuse("a table variable");
   result.name = name();
   while (takeOperator(".")) {
+    if (!result.schema.empty()) result.database = std::move(result.schema);
     result.schema = std::move(result.name);
     result.name.clear();
     if (isOperator(".")) continue;
@@ -64,6 +65,7 @@ Type Parser::type() {
     throw SqlError(243, 16, "Type " + written + " is not a defined system type.").at(line);
   }
   Type type = *found;
+  const std::string column = typeOrdinal_ > 0 ? typedColumn_ : std::string();
   if (!isOperator("(")) {
     // Without a length: one character, but for CAST and CONVERT, which the caller adjusts by the length 0.
     if (typeRow(type.kind).takesLength && !sameName(written, "sysname")) type.length = 0;
@@ -71,6 +73,18 @@ Type Parser::type() {
   }
   ++at_;
   const auto tooWide = [&](int limit) {
+    if (type.kind == TypeKind::Decimal && typeOrdinal_ > 0) {
+      throw SqlError(2750, 16,
+                     "Column or parameter #" + std::to_string(typeOrdinal_) + ": Specified column precision " +
+                         std::to_string(type.length) + " is greater than the maximum precision of 38.")
+          .at(lineOf(batch_, first));
+    }
+    if (!column.empty()) {
+      throw SqlError(131, 15,
+                     "The size (" + std::to_string(type.length) + ") given to the column '" + column +
+                         "' exceeds the maximum allowed for any data type (8000).")
+          .at(lineOf(batch_, first));
+    }
     throw SqlError(131, 15,
                    "The size (" + std::to_string(type.length) + ") given to the type '" + written +
                        "' exceeds the maximum allowed (" + std::to_string(limit) + ").")
@@ -99,6 +113,12 @@ Type Parser::type() {
       throw SqlError(
           1001, 15,
           "Line " + std::to_string(lineOf(batch_, first)) + ": Length or precision specification 0 is invalid.");
+    if (scale > precision && !column.empty()) {
+      throw SqlError(183, 15,
+                     "The scale (" + std::to_string(scale) + ") for column '" + column +
+                         "' must be within the range 0 to " + std::to_string(precision) + ".")
+          .at(lineOf(batch_, first));
+    }
     if (scale > precision) {
       throw SqlError(192, 15, "The scale must be less than or equal to the precision.").at(lineOf(batch_, first));
     }
@@ -175,8 +195,10 @@ tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
         .at(lineOf(batch_, column.token));
   }
   typeOrdinal_ = ordinal;
+  typedColumn_ = column.name;
   column.type = type();
   typeOrdinal_ = 0;
+  typedColumn_.clear();
   if (column.type.length == 0 && typeRow(column.type.kind).takesLength) column.type.length = 1;
   if (column.type.kind == TypeKind::Timestamp) refuse("timestamp");
   for (;;) {

@@ -23,6 +23,7 @@ tree::QueryPtr Parser::query() {
   result->with = commonTables();
   result->body = setOperation();
   if (isWord("ORDER")) result->order = orderBy();
+  if (!result->order.empty() && takeWord("OFFSET")) page(*result);
   if (isWord("FOR")) refuse("FOR");
   if (isWord("COMPUTE")) refuse("COMPUTE");
   return result;
@@ -216,8 +217,20 @@ std::vector<tree::OrderItem> Parser::orderBy() {
     if (!item.descending) takeWord("ASC");
     result.push_back(std::move(item));
   } while (takeOperator(","));
-  if (isWord("OFFSET")) refuse("OFFSET");
   return result;
+}
+
+void Parser::page(tree::Query& query) {
+  const auto rows = [this] {
+    if (!takeWord("ROWS")) expectWord("ROW");
+  };
+  query.offset = expression();
+  rows();
+  if (!takeWord("FETCH")) return;
+  if (!takeWord("NEXT")) expectWord("FIRST");
+  query.fetch = expression();
+  rows();
+  expectWord("ONLY");
 }
 
 std::vector<TableReferencePtr> Parser::tableReferences() {
@@ -318,6 +331,7 @@ TableReferencePtr Parser::tablePrimary() {
       !isWord(1, "READPAST") && !isWord(1, "PAGLOCK") && !isWord(1, "XLOCK") && !isWord(1, "INDEX")) {
     refuse("a function as a table");
   }
+  result->database = table.database;
   result->schema = table.schema;
   result->name = table.name;
   tableHints();

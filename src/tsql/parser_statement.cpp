@@ -117,17 +117,29 @@ bool Parser::procedureArgument() {
 StatementPtr Parser::selectStatement() {
   auto result = makeStatement(StatementKind::Select);
   result->query = query();
-  if (isWord("OPTION") && isOperator(1, "(")) refuse("OPTION");
+  options(*result->query);
   return result;
 }
 
+// OPTION (MAXRECURSION n): the one hint that means something.
+void Parser::options(tree::Query& query) {
+  if (!isWord("OPTION") || !isOperator(1, "(")) return;
+  if (!isWord(2, "MAXRECURSION")) refuse("OPTION");
+  at_ += 3;
+  query.maxRecursion = structuralInteger();
+  expectOperator(")");
+}
+
 StatementPtr Parser::withQuery() {
-  // Common table expressions may stand before a SELECT only.
-  auto result = makeStatement(StatementKind::Select);
   const int first = at_;
   auto with = commonTables();
-  if (!beginsQuery(0)) refuse("a common table expression in another statement than SELECT");
-  result->query = query();
+  if (isWord("INSERT") || isWord("UPDATE") || isWord("DELETE")) {
+    auto result = isWord("INSERT") ? insert() : isWord("UPDATE") ? update() : remove();
+    result->with = std::move(with);
+    return result;
+  }
+  if (!beginsQuery(0)) fail();
+  auto result = selectStatement();
   result->query->token = first;
   result->query->with = std::move(with);
   return result;

@@ -35,41 +35,11 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   result.scope = std::make_unique<Scope>();
   result.scope->parent = parent;
   const std::size_t known = commonTables_.size();
-  if (!query.with.empty()) {
-    commonTables_.emplace_back();
-    for (const auto& table : query.with) {
-      defining_.push_back(table.name);
-      const BoundQuery inner = bind(*table.query, nullptr, true);
-      defining_.pop_back();
-      auto text = std::make_unique<CommonTableText>();
-      text->name = table.name;
-      text->sql = render(inner, true);
-      if (!table.columns.empty() && table.columns.size() != inner.outputs.size()) {
-        fail(table.token, table.columns.size() > inner.outputs.size() ? 8158 : 8159,
-             "'" + table.name + "' has " +
-                 (table.columns.size() > inner.outputs.size()
-                      ? "more columns than were specified in the column list."
-                      : "fewer columns than were specified in the column list."));
-      }
-      for (std::size_t i = 0; i < inner.outputs.size(); ++i) {
-        const Output& output = inner.outputs[i];
-        const std::string& name = table.columns.empty() ? output.name : table.columns[i];
-        if (std::ranges::any_of(text->columns, [&](const SourceColumn& other) { return sameName(other.name, name); })) {
-          fail(table.token, 8156, "The column '" + name + "' was specified multiple times for '" + table.name + "'.");
-        }
-        if (name.empty()) {
-          fail(table.token, 8155,
-               "No column name was specified for column " + std::to_string(i + 1) + " of '" + table.name + "'.");
-        }
-        text->columns.push_back({name, output.value.type, {}, output.table, output.column, output.identity});
-      }
-      commonTables_.back().push_back(std::move(text));
-    }
-  }
+  defineCommonTables(query.with, query.maxRecursion);
   result.body = bindBody(*query.body, query, *result.scope, parent);
   result.outputs = unify(*result.body);
   convertOutputs(*result.body, result.outputs);
-  if (subquery && !query.order.empty() && !(query.body->select && query.body->select->top)) {
+  if (subquery && !query.order.empty() && !query.offset && !(query.body->select && query.body->select->top)) {
     fail(query.token, 1033,
          "The ORDER BY clause is invalid in views, inline functions, derived tables, subqueries, and common table "
          "expressions, unless TOP, OFFSET or FOR XML is also specified.");
@@ -81,6 +51,7 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   }
   scope.clause = Scope::Clause::OrderBy;
   bindOrder(query, result);
+  bindOffset(query, result);
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   if (grouped && !scope.ungrouped.empty()) {
     fail(query.token,
@@ -436,6 +407,29 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
   }
 }
 
+// OFFSET ... ROWS FETCH NEXT ... ROWS ONLY
+void Writer::bindOffset(const tree::Query& query, BoundQuery& bound) {
+  if (!query.offset) return;
+  if (bound.body->operation == SetOperator::None && query.body->select && query.body->select->top) {
+    fail(query.token, 10741, "A TOP can not be used in the same query or sub-query as a OFFSET.");
+  }
+  Typed offset = expression(*query.offset, bound.scope->parent);
+  if (offset.digitsOf >= 0) {
+    fail(query.token, 10742, "The offset specified in a OFFSET clause may not be negative.");
+  }
+  std::string fetch = "-1";
+  if (query.fetch) {
+    Typed count = expression(*query.fetch, bound.scope->parent);
+    if (count.literal >= 0) structural(count.literal);
+    const bool none = count.literal >= 0 && batch_.literals[static_cast<std::size_t>(count.literal)].integer == 0;
+    if (none || count.digitsOf >= 0) {
+      fail(query.token, 10744, "The number of rows provided for a FETCH clause must be greater then zero.");
+    }
+    fetch = rowCount(std::move(count), false, query.fetch->token);
+  }
+  bound.page = " LIMIT " + fetch + " OFFSET " + rowCount(std::move(offset), false, query.offset->token);
+}
+
 // --- text
 
 std::string Writer::render(const BoundQuery& query, bool aliases, std::string_view extra, bool withoutLong) {
@@ -470,7 +464,7 @@ std::string Writer::renderBody(const BoundBody& body, const BoundQuery& query, b
   if (body.percent || body.ties) return renderPart(body, query, aliases);
   for (std::size_t i = 0; i < query.order.size(); ++i) text += (i == 0 ? " ORDER BY " : ",") + query.order[i].text();
   if (!body.limit.empty()) text += " LIMIT " + body.limit;
-  return text;
+  return text + query.page;
 }
 
 // TOP of percents and with ties: the rows with their rank in the order, or their number, in the count of all.

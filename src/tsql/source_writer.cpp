@@ -35,6 +35,13 @@ const Table* Writer::findTable(const std::string& schema, const std::string& nam
   return table;
 }
 
+// There are no other databases; tables whose names begin with '#' are in one of their own.
+void Writer::checkDatabase(const std::string& database, const std::string& schema, const std::string& name,
+                           int token) const {
+  if (database.empty() || options_.database.empty() || sameName(database, options_.database)) return;
+  if (!name.starts_with("#")) fail(token, Message::InvalidObject, {database + "." + schema + "." + name});
+}
+
 void Writer::readTable(const Table& table) {
   auto& tables = program_.tablesRead;
   if (std::ranges::find(tables, table.name) == tables.end()) tables.push_back(table.name);
@@ -84,7 +91,18 @@ std::string Writer::joinText(const TableReference& reference, Scope& scope, std:
 void Writer::addSource(Source source, int token, Scope& scope) {
   for (const Source& other : scope.sources) {
     if (!sameName(other.name, source.name)) continue;
-    fail(token, 1011, "The correlation name '" + source.name + "' is specified multiple times in a FROM clause.");
+    if (source.renamed && other.renamed) {
+      fail(token, 1011, "The correlation name '" + source.name + "' is specified multiple times in a FROM clause.");
+    }
+    if (!source.renamed && !other.renamed) {
+      fail(token, 1013,
+           "The objects \"" + source.objectName + "\" and \"" + other.objectName +
+               "\" in the FROM clause have the same exposed names. Use correlation names to distinguish them.");
+    }
+    const Source& alias = source.renamed ? source : other;
+    const Source& table = source.renamed ? other : source;
+    fail(token, 1012,
+         "The correlation name '" + alias.name + "' has the same exposed name as table '" + table.objectName + "'.");
   }
   scope.sources.push_back(std::move(source));
 }
@@ -92,13 +110,12 @@ void Writer::addSource(Source source, int token, Scope& scope) {
 bool Writer::addTable(const TableReference& reference, Scope& scope, std::string& text) {
   if (reference.schema.empty() && addCommonTable(reference, scope, text)) return true;
   if (addSystemTable(reference, scope, text)) return true;
-  if (reference.schema.empty() && !defining_.empty() && sameName(defining_.back(), reference.name)) {
-    refuse(reference.token, "a common table expression that refers to itself");
-  }
+  checkDatabase(reference.database, reference.schema, reference.name, reference.token);
   const Table* table = findTable(reference.schema, reference.name, reference.token);
   readTable(*table);
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.renamed = !reference.alias.empty();
   source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   source.table = table;
@@ -117,13 +134,20 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
       if (!sameName((*table)->name, reference.name)) continue;
       Source source;
       source.name = reference.alias.empty() ? reference.name : reference.alias;
+      source.renamed = !reference.alias.empty();
       source.objectName = source.name;
       source.sqlAlias = nextAlias();
       source.columns = (*table)->columns;
       for (std::size_t i = 0; i < source.columns.size(); ++i) {
         source.columns[i].sql = source.sqlAlias + ".c" + std::to_string(i + 1);
       }
-      text += "(" + (*table)->sql + ") AS " + source.sqlAlias;
+      if ((*table)->recursion.empty()) {
+        text += "(" + (*table)->sql + ") AS " + source.sqlAlias;
+      } else {
+        text += (*table)->recursion + " AS " + source.sqlAlias;
+        ++(*table)->uses;
+        (*table)->usedAs = source.sqlAlias;
+      }
       addSource(std::move(source), reference.token, scope);
       return true;
     }
@@ -136,6 +160,7 @@ bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::
   if (table == nullptr) return false;
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
+  source.renamed = !reference.alias.empty();
   source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   for (const SystemColumn& column : table->columns) {
@@ -151,6 +176,7 @@ std::string Writer::derived(const TableReference& reference, Scope& scope) {
   const BoundQuery query = bind(*reference.query, scope.parent, true);
   Source source;
   source.name = reference.alias;
+  source.renamed = true;
   source.objectName = reference.alias;
   source.sqlAlias = nextAlias();
   const auto& names = reference.columnAliases;

@@ -55,6 +55,18 @@ Result top(Call& call) {
   return Result(number);
 }
 
+// The step of a recursion, and how many there may be, 0 for any number.
+Result depth(Call& call) {
+  const std::int64_t step = wholeNumber(call.args[0]);
+  const std::int64_t most = wholeNumber(call.args[1]);
+  if (most > 0 && step > most) {
+    throw SqlError(530, 16,
+                   "The statement terminated. The maximum recursion " + std::to_string(most) +
+                       " has been exhausted before statement completion.");
+  }
+  return step;
+}
+
 constexpr std::array functions{
     Function{"ts_newid", 0, 0, false, newid},
     Function{"ts_object_id", 1, 2, false, objectId},
@@ -63,6 +75,7 @@ constexpr std::array functions{
     Function{"ts_user_name", 0, 0, true, userName},
     Function{"ts_version", 0, 0, true, version},
     Function{"ts_top", 2, 2, true, top},
+    Function{"ts_depth", 2, 2, true, depth},
 };
 
 }  // namespace

@@ -76,6 +76,7 @@ struct TableReference {
   enum class Kind { Named, Derived, Join };
   Kind kind = Kind::Named;
   int token = 0;
+  std::string database;
   std::string schema;  // as written: "dbo", "INFORMATION_SCHEMA" or empty
   std::string name;
   std::string alias;
@@ -134,6 +135,9 @@ struct Query {
   std::vector<CommonTable> with;
   std::unique_ptr<QueryBody> body;
   std::vector<OrderItem> order;
+  ExpressionPtr offset;
+  ExpressionPtr fetch;
+  int maxRecursion = 100;
   int token = 0;
 };
 
@@ -146,6 +150,7 @@ struct Assignment {
 };
 
 struct TableName {
+  std::string database;
   std::string schema;
   std::string name;
   int token = 0;
@@ -221,10 +226,11 @@ struct Declaration {
 
 struct StatementNode {
   StatementKind kind = StatementKind::Block;
-  int token = 0;     // first
-  int endToken = 0;  // one past the last
-  QueryPtr query;    // SELECT; the source of an INSERT
-  TableName table;   // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
+  int token = 0;                  // first
+  int endToken = 0;               // one past the last
+  std::vector<CommonTable> with;  // before an INSERT, UPDATE or DELETE
+  QueryPtr query;                 // SELECT; the source of an INSERT
+  TableName table;                // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
   std::vector<std::string> columns;
   std::vector<Assignment> assignments;
   std::vector<TableReferencePtr> from;

@@ -29,6 +29,7 @@ struct SourceColumn {
 // One entry of a FROM list.
 struct Source {
   std::string name;        // what qualifies its columns: alias or table name
+  bool renamed = false;    // it has an alias
   std::string objectName;  // the same in messages about groups: the table as written, whatever its alias
   std::string sqlAlias;
   const Table* table = nullptr;
@@ -45,6 +46,7 @@ struct Scope {
   bool aggregated = false;
   int insideAggregate = 0;
   int insideGroupKey = 0;
+  int insideWindow = 0;
   const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
   enum class Clause { Select, GroupBy, Having, OrderBy };
   Clause clause = Clause::Select;       // which one is being written
@@ -113,6 +115,7 @@ struct OrderKey {
 struct BoundQuery {
   std::unique_ptr<BoundBody> body;
   std::vector<OrderKey> order;
+  std::string page;             // OFFSET and FETCH
   std::vector<Output> outputs;  // with the types that all branches are converted to
   std::unique_ptr<Scope> scope;
 };
@@ -122,6 +125,10 @@ struct CommonTableText {
   std::string name;
   std::string sql;
   std::vector<SourceColumn> columns;  // `sql` is c1, c2, ...
+  // While its recursive part is written: its name in SQLite, how often it was read, and as what.
+  std::string recursion;
+  int uses = 0;
+  std::string usedAs;
 };
 
 // A table of the statement does not exist: the statement is left for later.
@@ -162,6 +169,9 @@ class Writer {
   static std::string collation(const Type& type);                         // " COLLATE ..." or empty
   static std::string compared(const std::string& sql, const Type& type);  // a value as it is compared and sorted
 
+  // For the queries that are bound until the next statement, or until the query that they belong to is.
+  void defineCommonTables(const std::vector<tree::CommonTable>& tables, int maxRecursion);
+
   // Queries (query_writer.cpp).
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
   // `aliases`: output columns are named c1, c2, ...; `extra` is put after the columns of a single SELECT.
@@ -170,6 +180,7 @@ class Writer {
   // All of the list but one, if so wished.
   std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut = none);
   bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+  void checkDatabase(const std::string& database, const std::string& schema, const std::string& name, int token) const;
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
   Query finishQuery(const BoundQuery& query);
@@ -184,7 +195,6 @@ class Writer {
     parameters_.clear();
     // A statement that was left in the middle, because a table is missing, leaves its own behind.
     commonTables_.clear();
-    defining_.clear();
   }
   Statement finish(std::string_view text) const;
   std::string addParameter(const Parameter& parameter);
@@ -217,6 +227,7 @@ class Writer {
   Typed call(const tree::Expression& expression, Scope* scope);
   Typed writtenOut(const tree::Expression& expression, Scope* scope);
   Typed aggregate(const tree::Expression& expression, Scope* scope);
+  Typed aggregateOf(const tree::Expression& expression, Scope* scope);
   Typed windowed(const tree::Expression& expression, Scope* scope);
   Typed scalarSubquery(const tree::Expression& expression, Scope* scope);
   Typed conditional(std::vector<std::pair<std::string, Typed>> branches, Typed otherwise);
@@ -248,6 +259,10 @@ class Writer {
   void bindItems(const tree::Select& select, Scope& scope, BoundBody& body);
   void expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& body);
   void bindGroups(const tree::Select& select, Scope& scope, std::string& text);
+  void defineRecursive(const tree::CommonTable& table, int maxRecursion);
+  void checkRecursivePart(const tree::CommonTable& table, const tree::QueryBody& body) const;
+  void nameColumns(const tree::CommonTable& table, const std::vector<Output>& outputs, CommonTableText& text) const;
+  void bindOffset(const tree::Query& query, BoundQuery& bound);
   void bindOrder(const tree::Query& query, BoundQuery& bound);
   std::string limitOf(const tree::Select& select, Scope& scope);
   [[noreturn]] void failInGroupKey(int token) const;
@@ -270,7 +285,6 @@ class Writer {
   const CompileOptions& options_;
   std::vector<Parameter> parameters_;
   std::vector<std::vector<std::unique_ptr<CommonTableText>>> commonTables_;
-  std::vector<std::string> defining_;  // the common table expressions that are being written
   int aliases_ = 0;
   bool inline_ = false;
 };

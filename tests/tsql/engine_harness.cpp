@@ -167,6 +167,20 @@ void finishAggregate(sqlite3_context* context) {
   }
 }
 
+void showAggregate(sqlite3_context* context) {
+  auto& registered = *static_cast<Registered*>(sqlite3_user_data(context));
+  auto** slot = static_cast<AggregateState**>(sqlite3_aggregate_context(context, 0));
+  try {
+    give(context, slot != nullptr && *slot != nullptr ? (*slot)->finish() : registered.aggregate->create()->finish());
+  } catch (const SqlError& error) {
+    raise(context, *registered.shared, error);
+  }
+}
+
+void leaveAggregate(sqlite3_context* context, int, sqlite3_value**) {
+  sqlite3_result_error(context, "a row left a window", -1);
+}
+
 int compareTexts(void* shared, int leftSize, const void* left, int rightSize, const void* right) {
   return static_cast<Shared*>(shared)->collation.compare(
       {static_cast<const char*>(left), static_cast<std::size_t>(leftSize)},
@@ -547,8 +561,9 @@ EngineHarness::EngineHarness() : state_(std::make_unique<State>()) {
   }
   for (const Aggregate& aggregate : registry().aggregates) {
     state_->registered.push_back(std::make_unique<Registered>(Registered{nullptr, &aggregate, &state_->shared}));
-    sqlite3_create_function_v2(state_->database, std::string(aggregate.name).c_str(), aggregate.args, SQLITE_UTF8,
-                               state_->registered.back().get(), nullptr, stepAggregate, finishAggregate, nullptr);
+    sqlite3_create_window_function(state_->database, std::string(aggregate.name).c_str(), aggregate.args, SQLITE_UTF8,
+                                   state_->registered.back().get(), stepAggregate, finishAggregate, showAggregate,
+                                   leaveAggregate, nullptr);
   }
   sqlite3_create_collation_v2(state_->database, "TSQL", SQLITE_UTF8, &state_->shared, compareTexts, nullptr);
   sqlite3_create_collation_v2(state_->database, "TSQL_GUID", SQLITE_UTF8, nullptr, compareIdentifiers, nullptr);
