@@ -210,6 +210,15 @@ SAFEARRAY* giveArray(Value&& value, VARTYPE elementType) {
   return giveElements(*array, elementType == VT_EMPTY ? elementTypeOf(content) : elementType);
 }
 
+SAFEARRAY* arrayBehind(const Bytes& bytes) {
+  SAFEARRAY* array = nullptr;
+  if (const auto* owned = std::get_deleter<OwnedAutomationArray>(bytes.owner())) array = owned->array;
+  if (const auto* borrowed = std::get_deleter<BorrowedArray>(bytes.owner())) array = borrowed->array;
+  if (!array) return nullptr;
+  const SAFEARRAYBOUND& bound = array->rgsabound[0];
+  return bound.cElements == bytes.size() && bound.lLbound == bytes.lower() ? array : nullptr;
+}
+
 VARTYPE elementTypeOf(const Value& value) {
   if (value.get<Bytes>()) return VT_UI1;
   const Array* array = value.array();

@@ -18,6 +18,9 @@ namespace tolvane::automation {
 /// are no arrays, and for elements that do not convert. Null for an array without dimensions.
 [[nodiscard]] SAFEARRAY* giveArray(Value&& value, VARTYPE elementType = VT_EMPTY);
 
+/// The automation array that the bytes lie in, all of it and under the same lower bound; null where there is none.
+[[nodiscard]] SAFEARRAY* arrayBehind(const Bytes& bytes);
+
 /// The element type that giveArray() gives when none is asked for.
 [[nodiscard]] VARTYPE elementTypeOf(const Value& value);
 

@@ -252,8 +252,10 @@ Value ownCopy(Value value) {
 
 Variant& Variant::operator=(Variant&& other) noexcept {
   if (this != &other) {
-    VariantClear(&content_);
-    content_ = other.detach();
+    clear();
+    content_ = other.content_;
+    lent_ = other.lent_;
+    other.forget();
   }
   return *this;
 }
@@ -281,6 +283,17 @@ Variant::Variant(IDispatch* object) noexcept : content_(ofType(VT_DISPATCH)) {
 Variant Variant::of(Value&& value) {
   Variant result;
   result.content_ = give(std::move(value));
+  return result;
+}
+
+Variant Variant::lent(const Value& value) {
+  const auto* bytes = value.get<Bytes>();
+  SAFEARRAY* array = bytes ? arrayBehind(*bytes) : nullptr;
+  if (!array) return of(Value(value));
+  Variant result;
+  result.content_.vt = VT_ARRAY | VT_UI1;
+  result.content_.parray = array;
+  result.lent_ = true;
   return result;
 }
 
@@ -317,7 +330,7 @@ Variant Variant::reference(VARIANT* content) noexcept {
 }
 
 VARIANT* Variant::receive() noexcept {
-  VariantClear(&content_);
+  clear();
   return &content_;
 }
 

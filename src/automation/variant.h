@@ -14,9 +14,9 @@ namespace tolvane::automation {
 class Variant {
  public:
   Variant() noexcept { VariantInit(&content_); }
-  Variant(Variant&& other) noexcept : content_(other.detach()) {}
+  Variant(Variant&& other) noexcept : content_(other.content_), lent_(other.lent_) { other.forget(); }
   Variant& operator=(Variant&& other) noexcept;
-  ~Variant() { VariantClear(&content_); }
+  ~Variant() { clear(); }
 
   Variant(bool value) noexcept;                                          // NOLINT(google-explicit-constructor)
   Variant(std::int16_t value) noexcept;                                  // NOLINT
@@ -31,6 +31,9 @@ class Variant {
   Variant(const ComPtr<T>& object) noexcept : Variant(static_cast<IDispatch*>(object.get())) {}  // NOLINT
   /// The value's content; Bytes that nobody else holds give their array away.
   [[nodiscard]] static Variant of(Value&& value);
+  /// The same for an argument that is only looked at during a call: Bytes that lie in an automation array are shown
+  /// there, not copied. The value outlives the variant.
+  [[nodiscard]] static Variant lent(const Value& value);
   /// The mark of an argument that is not given.
   [[nodiscard]] static Variant missing() noexcept;
   /// References to what the caller keeps, for arguments that go by reference.
@@ -42,7 +45,7 @@ class Variant {
   [[nodiscard]] const VARIANT& get() const noexcept { return content_; }
   /// Where a function puts its result; what was held before is let go.
   [[nodiscard]] VARIANT* receive() noexcept;
-  /// Gives the content away.
+  /// Gives the content away. Not for what was lent.
   [[nodiscard]] VARIANT detach() noexcept;
   /// Converts in place, by automation's own rules for the invariant language; error 13 or 6 when it cannot be done.
   void changeType(VARTYPE type);
@@ -53,7 +56,17 @@ class Variant {
   [[nodiscard]] ComPtr<IDispatch> object() const;
 
  private:
+  void clear() noexcept {
+    if (!lent_) VariantClear(&content_);
+    forget();
+  }
+  void forget() noexcept {
+    VariantInit(&content_);
+    lent_ = false;
+  }
+
   VARIANT content_;
+  bool lent_ = false;
 };
 
 /// What a caller's variant holds, references followed. Byte arrays are shown, not copied, and stay locked while the

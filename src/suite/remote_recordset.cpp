@@ -94,11 +94,11 @@ void RemoteRecordset::addNew() {
 }
 
 void RemoteRecordset::setValue(std::string_view name, const Value& value) {
-  field(name).put(ado_->field.value, Variant::of(Value(value)));
+  field(name).put(ado_->field.value, Variant::lent(value));
 }
 
 void RemoteRecordset::appendChunk(std::string_view name, const Value& chunk) {
-  field(name).call(ado_->field.appendChunk, Variant::of(Value(chunk)));
+  field(name).call(ado_->field.appendChunk, Variant::lent(chunk));
 }
 
 void RemoteRecordset::update() {

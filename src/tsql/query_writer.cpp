@@ -421,8 +421,8 @@ void Writer::bindOffset(const tree::Query& query, BoundQuery& bound) {
   if (query.fetch) {
     Typed count = expression(*query.fetch, bound.scope->parent);
     if (count.literal >= 0) structural(count.literal);
-    const bool none = count.literal >= 0 && batch_.literals[static_cast<std::size_t>(count.literal)].integer == 0;
-    if (none || count.digitsOf >= 0) {
+    const bool isZero = count.literal >= 0 && batch_.literals[static_cast<std::size_t>(count.literal)].integer == 0;
+    if (isZero || count.digitsOf >= 0) {
       fail(query.token, 10744, "The number of rows provided for a FETCH clause must be greater then zero.");
     }
     fetch = rowCount(std::move(count), false, query.fetch->token);
