@@ -296,7 +296,11 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       }
     }
     if (found != nullptr) {
-      if (at->insideAggregate == 0 && at->insideGroupKey == 0) {
+      // A sub-query may use what the query around it groups by.
+      const bool grouped = at->groupKeys != nullptr && std::ranges::any_of(*at->groupKeys, [&](const auto& key) {
+                             return sameExpression(*key, expression);
+                           });
+      if (!grouped && at->insideAggregate == 0 && at->insideGroupKey == 0) {
         at->setUngrouped((owner->objectName.empty() ? "" : owner->objectName + ".") + found->name);
       }
       Typed result;
