@@ -11,9 +11,9 @@
 namespace tolvane::host {
 
 struct UpgradeOptions {
-  std::optional<std::string> dsn;
+  std::optional<std::string> dsn = std::nullopt;
   /// Identifiers of the old groups to convert; all that are left when there is none.
-  std::vector<std::int32_t> groups;
+  std::vector<std::int32_t> groups = {};
   /// The number of the currency that all converted statements are in.
   std::string currency = "RMB";
   /// Draw a bar on `err` in place of plain lines.
