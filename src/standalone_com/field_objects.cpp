@@ -149,10 +149,12 @@ Variant FieldObject::chunk(std::int32_t size) {
   if (size < 0) raiseAdo(AdoError::invalidArgument, fieldSource);
   const auto wanted = static_cast<std::size_t>(size);
   const Value content = rows().value(index_);
+  if (stop_ != recordset_->stop()) given_ = 0;
+  stop_ = recordset_->stop();
   if (const auto* bytes = content.get<Bytes>()) {
     if (given_ >= bytes->size()) return Variant::of(Null{});
-    const auto view = bytes->view();
-    return Variant::of(Bytes(nextPart(std::vector<std::uint8_t>(view.begin(), view.end()), wanted, given_)));
+    const auto part = nextPart(bytes->view(), wanted, given_);
+    return Variant::of(Bytes(std::vector<std::uint8_t>(part.begin(), part.end())));
   }
   if (content.isNull()) return Variant::of(Null{});
   const std::wstring text = automation::wide(toText(content));

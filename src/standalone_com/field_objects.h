@@ -43,6 +43,7 @@ class FieldObject : public automation::DispatchObject {
   std::size_t index_;
   unsigned opening_;
   std::size_t given_ = 0;  // by GetChunk, in bytes or UTF-16 units
+  unsigned stop_ = 0;      // where that was
 };
 
 }  // namespace tolvane::standalone_com

@@ -76,6 +76,22 @@ std::vector<Value> listOf(const Value& value) {
   return array ? array->elements : std::vector<Value>{value};
 }
 
+/// Members that the set may come to another row by, or to other content of the same.
+bool mayLeaveRow(DISPID member) {
+  switch (member) {
+    case moveFirst:
+    case moveNext:
+    case moveLast:
+    case addNew:
+    case updateMember:
+    case cancelUpdate:
+    case filterMember:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 Recordset& RecordsetObject::rows() const {
@@ -235,6 +251,7 @@ Members RecordsetObject::members() const {
 }
 
 Variant RecordsetObject::call(DISPID member, const MemberCall& call) {
+  if (mayLeaveRow(member)) ++stop_;
   switch (member) {
     case fieldsMember:
       return fields(call);

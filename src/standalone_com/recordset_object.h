@@ -29,6 +29,8 @@ class RecordsetObject : public automation::DispatchObject {
   [[nodiscard]] Recordset& rows() const;
   /// Another one after each Close: tells fields that outlived their columns.
   [[nodiscard]] unsigned opening() const { return opening_; }
+  /// Another one whenever the set may have come to another row: ends what GetChunk had begun.
+  [[nodiscard]] unsigned stop() const { return stop_; }
   /// The position of a field, from a name or a position; error 3265 when there is none.
   [[nodiscard]] std::size_t fieldIndex(const Value& nameOrPosition) const;
   void setField(std::size_t index, const Value& value) const;
@@ -63,6 +65,7 @@ class RecordsetObject : public automation::DispatchObject {
   CursorType cursorType_ = CursorType::forwardOnly;
   LockType lockType_ = LockType::readOnly;
   unsigned opening_ = 0;
+  unsigned stop_ = 0;
 };
 
 }  // namespace tolvane::standalone_com

@@ -146,6 +146,15 @@ TEST_F(FieldObjectsTest, DocumentsAreWrittenAndReadInPieces) {
   EXPECT_EQ(data.get(L"GetChunk", 3), Value(Null{}));
 }
 
+TEST_F(FieldObjectsTest, AMoveBeginsReadingInPiecesAnew) {
+  set_.put(L"Fields", "FData", Value(bytes({1, 2, 3})));
+  set_.get(L"Update");
+  const Client data = field("FData");
+  EXPECT_EQ(data.get(L"GetChunk", 2), Value(bytes({1, 2})));
+  set_.get(L"MoveFirst");
+  EXPECT_EQ(data.get(L"GetChunk", 2), Value(bytes({1, 2})));
+}
+
 TEST_F(FieldObjectsTest, LongTextsAreReadInPieces) {
   set_.put(L"Fields", "FNote", "资产负债");
   set_.get(L"Update");
