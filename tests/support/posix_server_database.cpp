@@ -41,6 +41,16 @@ void onServer(const std::string& sql) {
   odbc::OdbcEngine().open(DataSourceName::parse(namedServer()))->execute(sql);
 }
 
+// Some servers have one collation for all their databases and refuse the word.
+void makeDatabase(const std::string& name) {
+  const std::string create = "Create Database [" + name + "]";
+  try {
+    onServer(create + " Collate Chinese_PRC_CI_AS");
+  } catch (const AutomationError&) {
+    onServer(create);
+  }
+}
+
 }  // namespace
 
 bool ServerDatabase::isNamed() {
@@ -51,7 +61,7 @@ ServerDatabase::ServerDatabase() {
   static int count = 0;
   name_ = "tolvane-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
   dsn_ = withDatabase(DataSourceName::parse(namedServer()), name_);
-  onServer("Create Database [" + name_ + "] Collate Chinese_PRC_CI_AS");
+  makeDatabase(name_);
 }
 
 ServerDatabase::~ServerDatabase() {
