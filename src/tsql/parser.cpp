@@ -144,6 +144,11 @@ bool Parser::isName() const {
   return token().kind == TokenKind::QuotedName || (token().kind == TokenKind::Word && !isReserved(here()));
 }
 
+// SQLite's texts end with that character, wherever they stand.
+void Parser::refuseNul(std::string_view name) const {
+  if (name.find('\0') != std::string_view::npos) refuse("a name with the character 0");
+}
+
 std::string Parser::name() {
   if (!isName()) fail();
   if (token().kind == TokenKind::QuotedName && token().end - token().begin == 2) {
@@ -154,6 +159,7 @@ std::string Parser::name() {
         .at(lineOf(batch_, at_));
   }
   std::string result = nameOf(batch_, token());
+  refuseNul(result);
   if (result.size() > 128 * 4)
     throw SqlError(
         103, 15, "The identifier that starts with '" + result.substr(0, 128) + "' is too long. Maximum length is 128.");

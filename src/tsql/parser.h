@@ -38,6 +38,7 @@ class Parser {
   void expectOperator(std::string_view symbol);
   [[noreturn]] void fail() const;
   [[noreturn]] void refuse(std::string_view what) const;
+  void refuseNul(std::string_view name) const;
   bool isName() const;
   std::string name();
   std::string anyName();

@@ -184,6 +184,7 @@ std::string Parser::optionalAlias() {
       if (as) fail();
       return {};
     }
+    refuseNul(literal.text);
     structural_.push_back(index);
     ++at_;
     return std::string(literal.text);

@@ -43,6 +43,16 @@ std::vector<std::string> statements() {
   return all;
 }
 
+TEST(BatchRun, ANameWithTheCharacterZeroNeverReachesSqlite) {
+  using namespace std::string_literals;
+  fuzz::FuzzedAccountSet set;
+  for (const auto& batch : {"create table [a\0b] (id int)"s, "select 1 as 'a\0b' into #t"s, "select 1 as [a\0b]"s,
+                            "select 'a\0b' = 1"s, "select 1 as \"a\0b\""s}) {
+    const auto found = set.run(batch);
+    EXPECT_FALSE(found) << *found;
+  }
+}
+
 TEST(BatchRun, MutatedStatementsAreAnsweredOrRefusedButNeverReachSqliteWrong) {
   fuzz::FuzzedAccountSet set;
   std::minstd_rand random(20120315);
