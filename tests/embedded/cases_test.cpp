@@ -5,43 +5,11 @@
 #include <vector>
 
 #include "account_set.h"
+#include "support/case_file.h"
 #include "tsql/datetime.h"
 
 namespace tolvane::embedded {
 namespace {
-
-struct Block {
-  int line = 0;
-  std::string statement;
-  std::string expected;
-};
-
-std::vector<Block> blocksOf(const std::filesystem::path& file) {
-  std::ifstream input(file);
-  std::vector<Block> blocks;
-  Block block;
-  bool answer = false;
-  std::string text;
-  const auto finish = [&] {
-    if (!block.statement.empty()) blocks.push_back(block);
-    block = Block();
-    answer = false;
-  };
-  for (int number = 1; std::getline(input, text); ++number) {
-    if (text == "====") {
-      finish();
-    } else if (text == "----") {
-      answer = true;
-    } else if (answer) {
-      block.expected += text + "\n";
-    } else if (!text.starts_with("#") || !block.statement.empty()) {
-      if (block.statement.empty()) block.line = number;
-      block.statement += text + "\n";
-    }
-  }
-  finish();
-  return blocks;
-}
 
 std::string dateText(Date date) {
   const double day = date.days < 0 ? std::trunc(date.days) : std::floor(date.days);
@@ -100,9 +68,9 @@ std::vector<std::string> files() {
 class CasesTest : public AccountSetTest, public ::testing::WithParamInterface<std::string> {};
 
 TEST_P(CasesTest, AnswerAsWritten) {
-  const auto blocks = blocksOf(folder() / (GetParam() + ".test"));
+  const auto blocks = test::casesOf(folder() / (GetParam() + ".test"));
   ASSERT_FALSE(blocks.empty());
-  for (const Block& block : blocks) {
+  for (const test::Case& block : blocks) {
     EXPECT_EQ(answerTo(*connection_, block.statement), block.expected) << GetParam() << ":" << block.line << "\n"
                                                                        << block.statement;
   }

@@ -5,47 +5,13 @@
 #include <fstream>
 #include <sstream>
 
+#include "support/case_file.h"
 #include "tsql/engine_harness.h"
 #include "tsql/script.h"
 
-// The files of tests/tsql/cases: blocks of a statement, a line of four hyphens and what it answers, separated by lines
-// of four equals signs. Lines that begin with '#' before a statement are comment. All blocks of a file run on one
-// database.
+// The files of tests/tsql/cases. All blocks of a file run on one database.
 namespace tolvane::tsql::testing {
 namespace {
-
-struct Block {
-  int line = 0;
-  std::string statement;
-  std::string expected;
-};
-
-std::vector<Block> blocksOf(const std::filesystem::path& file) {
-  std::ifstream input(file);
-  std::vector<Block> blocks;
-  Block block;
-  bool answer = false;
-  std::string text;
-  const auto finish = [&] {
-    if (!block.statement.empty()) blocks.push_back(block);
-    block = Block();
-    answer = false;
-  };
-  for (int number = 1; std::getline(input, text); ++number) {
-    if (text == "====") {
-      finish();
-    } else if (text == "----") {
-      answer = true;
-    } else if (answer) {
-      block.expected += text + "\n";
-    } else if (!text.starts_with("#") || !block.statement.empty()) {
-      if (block.statement.empty()) block.line = number;
-      block.statement += text + "\n";
-    }
-  }
-  finish();
-  return blocks;
-}
 
 std::string answerTo(EngineHarness& engine, const std::string& statement) {
   if (!statement.starts_with("run ")) return engine.run(statement);
@@ -62,9 +28,9 @@ class Cases : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(Cases, AnswerAsWritten) {
   EngineHarness engine;
-  const auto blocks = blocksOf(std::filesystem::path(TOLVANE_SOURCE_DIR) / "tests/tsql/cases" / GetParam());
+  const auto blocks = test::casesOf(std::filesystem::path(TOLVANE_SOURCE_DIR) / "tests/tsql/cases" / GetParam());
   ASSERT_FALSE(blocks.empty());
-  for (const Block& block : blocks) {
+  for (const test::Case& block : blocks) {
     EXPECT_EQ(answerTo(engine, block.statement), block.expected) << GetParam() << ":" << block.line << "\n"
                                                                  << block.statement;
   }
