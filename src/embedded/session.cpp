@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <utility>
 
@@ -198,6 +200,19 @@ tsql::DateTime Session::now() const {
   return *now_;
 }
 
+// Zones are whole minutes from each other, so the clock is read once for both times.
+tsql::DateTime Session::utcNow() const {
+  using namespace std::chrono;
+  const tsql::DateTime local = now();
+  constexpr std::int64_t minutesPerDay = 24 * 60;
+  const std::int64_t daysTo1970 = tsql::daysOf({1970, 1, 1});
+  const std::int64_t world = duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+  const std::int64_t here = ((local.days - daysTo1970) * minutesPerDay * 60000) +
+                            std::int64_t{local.ticks} * 1000 / tsql::DateTime::ticksPerSecond;
+  const auto offset = static_cast<std::int64_t>(std::llround(static_cast<double>(world - here) / 60000));
+  return tsql::carried(local.days, local.ticks + offset * tsql::DateTime::ticksPerMinute).value_or(local);
+}
+
 std::string Session::databaseName() const {
   return database_.databaseName();
 }
@@ -216,6 +231,10 @@ std::optional<std::int64_t> Session::objectId(std::string_view name, std::string
     if (!tsql::sameName(wanted, kind)) return std::nullopt;
   }
   return catalogue_.objectId(table->name);
+}
+
+const tsql::Table* Session::tableNamed(std::string_view name) const {
+  return catalogue_.find(lastPart(name));
 }
 
 std::array<std::byte, 16> Session::uniqueBytes() {

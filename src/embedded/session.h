@@ -135,6 +135,7 @@ class Session final : public tsql::Session {
 
   // tsql::Session
   [[nodiscard]] tsql::DateTime now() const override;
+  [[nodiscard]] tsql::DateTime utcNow() const override;
   [[nodiscard]] std::int64_t rowCount() const override { return rowCount_; }
   [[nodiscard]] std::int32_t lastError() const override { return lastError_; }
   [[nodiscard]] std::int32_t transactionCount() const override { return depth_; }
@@ -147,6 +148,7 @@ class Session final : public tsql::Session {
   [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const override {
     return catalogue_.objectName(id);
   }
+  [[nodiscard]] const tsql::Table* tableNamed(std::string_view name) const override;
   [[nodiscard]] tsql::RandomState& random() override { return random_; }
   [[nodiscard]] std::array<std::byte, 16> uniqueBytes() override;
 

@@ -24,12 +24,23 @@ Type variable(const Type& text) {
   return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar, text.length);
 }
 
-// Numbers below int are int to the functions of mathematics; text and null are float.
+// Numbers below int are int to the functions of mathematics; bit, text and null are float.
 Type numberType(const Type& type) {
+  if (type.kind == TypeKind::Bit) return Type::of(TypeKind::Float);
   if (type.kind == TypeKind::Real) return Type::of(TypeKind::Float);
   if (type.kind == TypeKind::SmallMoney) return Type::of(TypeKind::Money);
   if (type.isInteger() && type.kind < TypeKind::Int) return Type::of(TypeKind::Int);
   return type.isNumber() ? type : Type::of(TypeKind::Float);
+}
+
+constexpr int digitsOfAngle = 18;
+
+// A decimal with all the digits that there may be, and this many of them behind the point; any other type as it is.
+Type widened(const Type& type, int scale) {
+  if (type.kind != TypeKind::Decimal) return type;
+  Type result = Type::decimal(38, scale);
+  result.numeric = type.numeric;
+  return result;
 }
 
 Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
@@ -70,24 +81,57 @@ Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
                                        : variable(values[0].type);
     case ResultRule::FirstNumber:
       return numberType(values[0].type);
-    case ResultRule::FirstRounded: {
-      const Type type = numberType(values[0].type);
-      if (type.kind != TypeKind::Decimal) return type;
-      Type whole = Type::decimal(std::max<int>(type.precision, 1), 0);
-      whole.numeric = type.numeric;
-      return whole;
-    }
+    case ResultRule::FirstWidened:
+      return widened(numberType(values[0].type), values[0].type.scale);
+    case ResultRule::FirstRounded:
+      return widened(numberType(values[0].type), 0);
+    case ResultRule::FirstAngle:
+      return widened(numberType(values[0].type), std::max<int>(values[0].type.scale, digitsOfAngle));
     case ResultRule::FirstScaled:
       return numberType(values[0].type);
     case ResultRule::DateOfArgument:
       return values[2].type.isDate() ? values[2].type : Type::of(TypeKind::DateTime);
+    case ResultRule::Date:
+      return Type::of(TypeKind::Date);
+    case ResultRule::SmallDateTime:
+      return Type::of(TypeKind::SmallDateTime);
+    case ResultRule::Numeric:
+      return Type::numericOf(38, 0);
+    case ResultRule::SmallInt:
+      return Type::of(TypeKind::SmallInt);
   }
   return {};
 }
 
+std::string lowered(std::string_view name) {
+  std::string result(name);
+  std::ranges::transform(result, result.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return result;
+}
+
 }  // namespace
 
+namespace {
+
+Argument argumentRule(const FunctionRow& row, std::size_t index) {
+  std::size_t last = std::size(row.arguments) - 1;
+  while (last > 0 && row.arguments[last] == Argument::None) --last;
+  return row.arguments[std::min(index, last)];
+}
+
+}  // namespace
+
+// There are no functions of users; those of the schema sys are SQL Server's.
+void Writer::failOfUnknownFunction(const Expression& call) const {
+  if (sameName(call.qualifier, "sys") || call.name.starts_with("fn_")) refuse(call.token, "the function");
+  fail(call.token, 4121,
+       "Cannot find either column \"" + call.qualifier + "\" or the user-defined function or aggregate \"" +
+           call.qualifier + "." + call.name + "\", or the name is ambiguous.");
+}
+
 Typed Writer::call(const Expression& expression, Scope* scope) {
+  if (!expression.qualifier.empty()) failOfUnknownFunction(expression);
   if (expression.over) return windowed(expression, scope);
   if (findAggregateRow(expression.name) != nullptr) return aggregate(expression, scope);
   const FunctionRow* row = findFunctionRow(expression.name);
@@ -97,9 +141,7 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
   }
   const auto count = static_cast<int>(expression.arguments.size());
   if (count < row->minArguments || count > row->maxArguments || expression.star || expression.distinct) {
-    std::string name(row->name);
-    std::ranges::transform(name, name.begin(),
-                           [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const std::string name = lowered(row->name);
     if (row->minArguments != row->maxArguments) {
       fail(expression.token, Message::FunctionArgumentRange,
            {name, std::to_string(row->minArguments), std::to_string(row->maxArguments)});
@@ -116,7 +158,7 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
   for (std::size_t i = 0; i < expression.arguments.size(); ++i) {
     Typed value;
     if (i > 0) text += ',';
-    text += argument(expression, i, static_cast<int>(row->arguments[i]), scope, value);
+    text += argument(expression, i, static_cast<int>(argumentRule(*row, i)), scope, value);
     nullable = nullable || value.type.nullable;
     result.subquery = result.subquery || value.subquery;
     values.push_back(std::move(value));
@@ -132,9 +174,7 @@ Typed Writer::call(const Expression& expression, Scope* scope) {
 }
 
 void Writer::invalidArgument(const Expression& call, std::size_t index, const Type& type) const {
-  std::string name = call.name;
-  std::ranges::transform(name, name.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  const std::string name = lowered(call.name);
   fail(call.token, 8116,
        "Argument data type " + std::string(type.messageName()) + " is invalid for argument " +
            std::to_string(index + 1) + " of " + name + " function.");
@@ -178,6 +218,10 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     const auto part = argument.kind == ExpressionKind::Column && argument.qualifier.empty()
                           ? findDatePart(argument.name)
                           : std::nullopt;
+    if (!part && argument.kind == ExpressionKind::Column &&
+        (sameName(argument.name, "tzoffset") || sameName(argument.name, "tz"))) {
+      refuse(argument.token, "the part of a date");
+    }
     if (!part) {
       std::string name = call.name;
       std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
@@ -222,6 +266,14 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
         value = convert(std::move(value), Type::of(TypeKind::DateTime));
       }
       break;
+    case Argument::Date:
+      if (type.isNumber() || type.isBinary() || type.kind == TypeKind::UniqueIdentifier) {
+        invalidArgument(call, index, type);
+      }
+      value = convert(std::move(value), Type::of(TypeKind::Date));
+      break;
+    case Argument::Refused:
+      refuse(argument.token, "this argument");
     case Argument::TextOrBytes:
       if (!type.isText() && !type.isBinary() && type.kind != TypeKind::Null) invalidArgument(call, index, type);
       if (type.kind == TypeKind::Null) value = convert(std::move(value), Type::text(TypeKind::VarChar, 1));
@@ -260,6 +312,9 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
     result.sql = "ifnull(" + values[0].sql + "," + other + ")";
     return result;
   }
+  if (expression.name == "CONCAT" || expression.name == "CONCAT_WS") return joined(expression, std::move(values));
+  if (expression.name == "CHOOSE") return chosen(expression, std::move(values));
+  if (expression.name == "GREATEST" || expression.name == "LEAST") return extreme(expression, std::move(values));
   if (expression.name == "NULLIF") {
     if (values[0].type.kind == TypeKind::Null) {
       fail(expression.token, 4151,

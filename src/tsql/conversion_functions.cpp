@@ -1,6 +1,7 @@
 // Conversion, assignment and LIKE: the functions that the compiler writes on its own account.
 #include <algorithm>
 #include <array>
+#include <compare>
 #include <limits>
 #include <optional>
 
@@ -9,6 +10,7 @@
 #include "tsql/like.h"
 #include "tsql/sql_error.h"
 #include "tsql/unicode.h"
+#include "tsql/unique_identifier_order.h"
 
 namespace tolvane::tsql {
 namespace {
@@ -23,6 +25,57 @@ Result convertCall(Call& call) {
   }
   return convert(call.args[0], Type::unpack(call.args[1].integer()), Type::unpack(call.args[2].integer()), style,
                  call.collation);
+}
+
+// The same, where a value that does not convert gives null. A style that there is not, here or at all, is an error all
+// the same.
+Result tryConvertCall(Call& call) {
+  constexpr int invalidStyle = 281;
+  constexpr int notSupported = 40517;
+  try {
+    return convertCall(call);
+  } catch (const SqlError& error) {
+    if (error.number() == invalidStyle || error.number() == notSupported) throw;
+    return {};
+  }
+}
+
+std::strong_ordering ordered(int order) {
+  return order <=> 0;
+}
+
+// How two values of a type compare, of which none is null.
+std::strong_ordering compareValues(const Datum& left, const Datum& right, const Type& type,
+                                   const Collation& collation) {
+  if (type.isInteger()) return wholeNumber(left) <=> wholeNumber(right);
+  if (type.isExactText()) return exactNumber(left).compare(exactNumber(right));
+  if (type.isFloat()) {
+    const double a = approximateNumber(left);
+    const double b = approximateNumber(right);
+    return ordered(a < b ? -1 : a > b ? 1 : 0);
+  }
+  if (left.kind() == Kind::Blob && right.kind() == Kind::Blob) {
+    const BytesView a = left.blob();
+    const BytesView b = right.blob();
+    return std::lexicographical_compare_three_way(a.begin(), a.end(), b.begin(), b.end());
+  }
+  if (type.kind == TypeKind::UniqueIdentifier) return ordered(compareUniqueIdentifiers(left.text(), right.text()));
+  if (type.isText()) return ordered(collation.compare(left.text(), right.text()));
+  return left.text() <=> right.text();
+}
+
+// packed type, values: nulls do not count.
+template <bool greatest>
+Result extreme(Call& call) {
+  const Type type = Type::unpack(call.args[0].integer());
+  const Datum* found = nullptr;
+  for (const Datum& value : call.args.subspan(1)) {
+    if (value.isNull()) continue;
+    const bool better = found == nullptr || (greatest ? compareValues(value, *found, type, call.collation) > 0
+                                                      : compareValues(value, *found, type, call.collation) < 0);
+    if (better) found = &value;
+  }
+  return found == nullptr ? Result() : Result(*found);
 }
 
 // value, packed from, packed to, 'table.column'.
@@ -133,8 +186,13 @@ Result declaredType(Call& call) {
 }
 
 constexpr std::array functions{
-    Function{"ts_convert", 3, 4, true, convertCall},        Function{"ts_bytes", 1, 1, true, bytes},
-    Function{"ts_assign", 4, 5, true, assignCall},          Function{"ts_like", 4, 4, true, like},
+    Function{"ts_try_convert", 3, 4, true, tryConvertCall},
+    Function{"ts_greatest", 2, -1, true, extreme<true>},
+    Function{"ts_least", 2, -1, true, extreme<false>},
+    Function{"ts_convert", 3, 4, true, convertCall},
+    Function{"ts_bytes", 1, 1, true, bytes},
+    Function{"ts_assign", 4, 5, true, assignCall},
+    Function{"ts_like", 4, 4, true, like},
     Function{"ts_declared_type", 2, 2, true, declaredType},
 };
 

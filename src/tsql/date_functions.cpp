@@ -87,6 +87,87 @@ Result now(Call& call) {
   return storedDateTime(call.session.now());
 }
 
+Result utcNow(Call& call) {
+  return storedDateTime(call.session.utcNow());
+}
+
+// date[, months to add, none when they are null].
+Result endOfMonth(Call& call) {
+  if (call.args[0].isNull()) return {};
+  const bool adds = call.args.size() > 1 && !call.args[1].isNull();
+  CalendarDate date = calendarDate(dateTimeOf(call.args[0]).days);
+  date.day = 1;
+  const auto month = dateAdd(DatePart::Month, adds ? wholeNumber(call.args[1]) : 0, {daysOf(date), 0}, dateBounds);
+  if (!month) throw SqlError(Message::DateOverflow, {"date"});
+  date = calendarDate(month->days);
+  date.day = daysInMonth(date.year, date.month);
+  return storedDate(daysOf(date));
+}
+
+// Arguments from a number on as a part of a date or time; nothing for one that is out of its range.
+class Parts {
+ public:
+  explicit Parts(const Call& call) : call_(call) {}
+  int take(std::int64_t least, std::int64_t most) {
+    const std::int64_t value = wholeNumber(call_.args[next_++]);
+    valid_ = valid_ && value >= least && value <= most;
+    return valid_ ? static_cast<int>(value) : static_cast<int>(least);
+  }
+  CalendarDate date(const DateBounds& bounds) {
+    const int year = take(1, 9999);
+    const int month = take(1, 12);
+    const CalendarDate date{year, month, take(1, daysInMonth(year, month))};
+    valid_ = valid_ && bounds.hold(daysOf(date));
+    return date;
+  }
+  void check(std::string_view type) const {
+    if (valid_) return;
+    throw SqlError(
+        289, 16,
+        "Cannot construct data type " + std::string(type) + ", some of the arguments have values which are not valid.");
+  }
+
+ private:
+  const Call& call_;
+  std::size_t next_ = 0;
+  bool valid_ = true;
+};
+
+// year, month, day.
+Result dateFromParts(Call& call) {
+  if (anyNull(call)) return {};
+  Parts parts(call);
+  const CalendarDate date = parts.date(dateBounds);
+  parts.check("date");
+  return storedDate(daysOf(date));
+}
+
+// year, month, day, hour, minute, second, millisecond.
+Result datetimeFromParts(Call& call) {
+  if (anyNull(call)) return {};
+  Parts parts(call);
+  const CalendarDate date = parts.date(dateTimeBounds);
+  const int hour = parts.take(0, 23);
+  const int minute = parts.take(0, 59);
+  const int second = parts.take(0, 59);
+  const TimeOfDay time{hour, minute, second, parts.take(0, 999)};
+  parts.check("datetime");
+  const auto value = carried(daysOf(date), ticksOf(time));
+  if (!value || !dateTimeBounds.hold(value->days)) throw SqlError(Message::DateOverflow, {"datetime"});
+  return storedDateTime(*value);
+}
+
+// year, month, day, hour, minute.
+Result smalldatetimeFromParts(Call& call) {
+  if (anyNull(call)) return {};
+  Parts parts(call);
+  const CalendarDate date = parts.date(smallDateTimeBounds);
+  const int hour = parts.take(0, 23);
+  const TimeOfDay time{hour, parts.take(0, 59), 0, 0};
+  parts.check("smalldatetime");
+  return storedDateTime({daysOf(date), ticksOf(time)});
+}
+
 // part, date.
 Result datepart(Call& call) {
   if (anyNull(call)) return {};
@@ -156,6 +237,11 @@ Result isdate(Call& call) {
 
 constexpr std::array functions{
     Function{"ts_now", 0, 0, true, now},
+    Function{"ts_utc_now", 0, 0, true, utcNow},
+    Function{"ts_eomonth", 1, 2, true, endOfMonth},
+    Function{"ts_date_from_parts", 3, 3, true, dateFromParts},
+    Function{"ts_datetime_from_parts", 7, 7, true, datetimeFromParts},
+    Function{"ts_smalldatetime_from_parts", 5, 5, true, smalldatetimeFromParts},
     Function{"ts_moment", 1, 1, true, moment},
     Function{"ts_datepart", 2, 2, true, datepart},
     Function{"ts_datename", 2, 2, true, datename},

@@ -21,7 +21,7 @@ struct DateStyle {
   DateOrder order;        // when text is converted with this style
 };
 [[nodiscard]] std::span<const DateStyle> dateStyles();
-// Null for a number that is no style, and for those of the Hijri calendar (130, 131).
+// Null for a number that is no style. Those of the Hijri calendar (130, 131) are refused by an SqlError.
 [[nodiscard]] const DateStyle* findDateStyle(int style);
 
 // The value in a style; of a `date`, the date's part alone (empty when the style has none).

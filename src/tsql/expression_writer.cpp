@@ -50,6 +50,49 @@ std::string inlineText(const Literal& value) {
   return result + "'";
 }
 
+// What SQL Server tells of itself by a name with two signs and what never changes here; without a text it is refused.
+struct FixedVariable {
+  std::string_view name;
+  std::string_view sql;
+  Type type;
+};
+
+const FixedVariable* findFixedVariable(std::string_view name) {
+  static const std::array fixed{
+      FixedVariable{"@@DATEFIRST", "CAST(7 AS INTEGER)", Type::of(TypeKind::TinyInt)},
+      FixedVariable{"@@LANGID", "CAST(0 AS INTEGER)", Type::of(TypeKind::SmallInt)},
+      FixedVariable{"@@LANGUAGE", "'us_english'", Type::text(TypeKind::NVarChar, 128)},
+      FixedVariable{"@@LOCK_TIMEOUT", "CAST(-1 AS INTEGER)", Type::of(TypeKind::Int)},
+      FixedVariable{"@@MAX_CONNECTIONS", "CAST(32767 AS INTEGER)", Type::of(TypeKind::Int)},
+      FixedVariable{"@@MAX_PRECISION", "CAST(38 AS INTEGER)", Type::of(TypeKind::TinyInt)},
+      FixedVariable{"@@NESTLEVEL", "CAST(0 AS INTEGER)", Type::of(TypeKind::Int)},
+      FixedVariable{"@@PROCID", "CAST(0 AS INTEGER)", Type::of(TypeKind::Int)},
+      FixedVariable{"@@TEXTSIZE", "CAST(2147483647 AS INTEGER)", Type::of(TypeKind::Int)},
+      FixedVariable{"@@CONNECTIONS", "", {}},
+      FixedVariable{"@@CPU_BUSY", "", {}},
+      FixedVariable{"@@CURSOR_ROWS", "", {}},
+      FixedVariable{"@@DBTS", "", {}},
+      FixedVariable{"@@FETCH_STATUS", "", {}},
+      FixedVariable{"@@IDLE", "", {}},
+      FixedVariable{"@@IO_BUSY", "", {}},
+      FixedVariable{"@@MICROSOFTVERSION", "", {}},
+      FixedVariable{"@@OPTIONS", "", {}},
+      FixedVariable{"@@PACKET_ERRORS", "", {}},
+      FixedVariable{"@@PACK_RECEIVED", "", {}},
+      FixedVariable{"@@PACK_SENT", "", {}},
+      FixedVariable{"@@REMSERVER", "", {}},
+      FixedVariable{"@@SERVERNAME", "", {}},
+      FixedVariable{"@@SERVICENAME", "", {}},
+      FixedVariable{"@@SPID", "", {}},
+      FixedVariable{"@@TIMETICKS", "", {}},
+      FixedVariable{"@@TOTAL_ERRORS", "", {}},
+      FixedVariable{"@@TOTAL_READ", "", {}},
+      FixedVariable{"@@TOTAL_WRITE", "", {}},
+  };
+  const auto row = std::ranges::find_if(fixed, [name](const auto& each) { return sameName(each.name, name); });
+  return row == fixed.end() ? nullptr : &*row;
+}
+
 }  // namespace
 
 void Writer::fail(int token, Message message, std::initializer_list<std::string_view> inserts) const {
@@ -180,7 +223,7 @@ Typed Writer::convert(Typed value, const Type& to, When when) {
   return result;
 }
 
-Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& style) {
+Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& style, bool tries) {
   if (conversionBetween(value.type, to) == Conversion::None) {
     throw SqlError(Message::ExplicitConversion, {value.type.baseName(), to.baseName()});
   }
@@ -188,8 +231,8 @@ Typed Writer::convertExplicitly(Typed value, const Type& to, const std::string& 
   Typed result;
   result.type = to.orNull();
   result.subquery = value.subquery;
-  result.sql =
-      "ts_convert(" + value.sql + "," + std::to_string(from.pack()) + "," + std::to_string(to.pack()) + style + ")";
+  result.sql = (tries ? "ts_try_convert(" : "ts_convert(") + value.sql + "," + std::to_string(from.pack()) + "," +
+               std::to_string(to.pack()) + style + ")";
   return result;
 }
 
@@ -266,9 +309,16 @@ Typed Writer::variable(const Expression& expression) {
     }
     const auto* found =
         std::ranges::find_if(system, [&](const auto& row) { return sameName(row.name, expression.name); });
-    if (found == std::end(system)) fail(expression.token, Message::MustDeclareVariable, {expression.name});
-    parameter = {found->source, 0, found->type, found->type};
-  } else {
+    if (found != std::end(system)) {
+      parameter = {found->source, 0, found->type, found->type};
+    } else if (const FixedVariable* fixed = findFixedVariable(expression.name)) {
+      if (fixed->sql.empty()) refuse(expression.token, "the global variable");
+      result.sql = fixed->sql;
+      result.type = fixed->type.orNull(false);
+      return result;
+    }
+  }
+  if (parameter.from.kind == TypeKind::Null) {
     const int slot = variableSlot(expression.name, expression.token);
     const Type& type = program_.variables[static_cast<std::size_t>(slot)].type;
     parameter = {Parameter::Source::Variable, slot, type, type};
@@ -654,7 +704,7 @@ Typed Writer::cast(const Expression& expression, Scope* scope) {
   if (expression.arguments.size() > 1) {
     style = "," + convert(this->expression(*expression.arguments[1], scope), Type::of(TypeKind::Int)).sql;
   }
-  return convertExplicitly(std::move(value), expression.type, style);
+  return convertExplicitly(std::move(value), expression.type, style, expression.name.starts_with("TRY_"));
 }
 
 Typed Writer::scalarSubquery(const Expression& expression, Scope* scope) {

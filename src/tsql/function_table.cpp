@@ -1,5 +1,6 @@
 #include "tsql/function_table.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tolvane::tsql {
@@ -10,7 +11,7 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 58> functions{{
+constexpr std::array<FunctionRow, 95> functions{{
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
@@ -20,6 +21,11 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"YEAR",        "ts_year",           1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"MONTH",       "ts_month",          1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"DAY",         "ts_day",            1, 1, {DateTime},                            R::Int,             0, no,                false},
+    {"GETUTCDATE",  "ts_utc_now",        0, 0, {},                                    R::DateTime,        0, no,                false},
+    {"EOMONTH",     "ts_eomonth",        1, 2, {Date, Integer},                       R::Date,            0, no,                true},
+    {"DATEFROMPARTS", "ts_date_from_parts", 3, 3, {Integer},                          R::Date,            0, no,                true},
+    {"DATETIMEFROMPARTS", "ts_datetime_from_parts", 7, 7, {Integer},                  R::DateTime,        0, no,                true},
+    {"SMALLDATETIMEFROMPARTS", "ts_smalldatetime_from_parts", 5, 5, {Integer},        R::SmallDateTime,   0, no,                true},
     {"ISDATE",      "ts_isdate",         1, 1, {Text},                                R::Int,             0, no,                false},
     {"LEN",         "ts_len",            1, 1, {Text},                                R::Int,             0, no,                false},
     {"DATALENGTH",  "ts_datalength",     1, 1, {Any},                                 R::Int,             0, Extra::FirstType,  false},
@@ -36,8 +42,15 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"STR",         "ts_str",            1, 3, {Float, Integer, Integer},             R::VarChar,        30, no,                true},
     {"UPPER",       "ts_upper",          1, 1, {Text},                                R::FirstText,       0, no,                false},
     {"LOWER",       "ts_lower",          1, 1, {Text},                                R::FirstText,       0, no,                false},
-    {"LTRIM",       "ts_ltrim",          1, 1, {Text},                                R::FirstText,       0, no,                false},
-    {"RTRIM",       "ts_rtrim",          1, 1, {Text},                                R::FirstText,       0, no,                false},
+    {"LTRIM",       "ts_ltrim",          1, 2, {Text},                                R::FirstText,       0, no,                false},
+    {"RTRIM",       "ts_rtrim",          1, 2, {Text},                                R::FirstText,       0, no,                false},
+    {"TRIM",        "ts_trim",           1, 2, {Text},                                R::FirstText,       0, no,                false},
+    {"TRANSLATE",   "ts_translate",      3, 3, {Text},                                R::FirstText,       0, no,                false},
+    {"SOUNDEX",     "ts_soundex",        1, 1, {Text},                                R::VarChar,         4, no,                false},
+    {"DIFFERENCE",  "ts_difference",     2, 2, {Text},                                R::Int,             0, no,                false},
+    {"PARSENAME",   "ts_parsename",      2, 2, {Unicode, Integer},                    R::NVarChar,      128, no,                true},
+    {"CONCAT",      "",                  2, mostArguments, {Any},                     R::VarChar,         0, no,                false},
+    {"CONCAT_WS",   "",                  3, mostArguments, {Any},                     R::VarChar,         0, no,                false},
     {"ASCII",       "ts_ascii",          1, 1, {Text},                                R::Int,             0, no,                true},
     {"CHAR",        "ts_char",           1, 1, {Integer},                             R::Char,            1, no,                true},
     {"UNICODE",     "ts_unicode",        1, 1, {Unicode},                             R::Int,             0, no,                true},
@@ -46,31 +59,84 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"ISNULL",      "",                  2, 2, {Any, Any},                            R::Int,             0, no,                false},
     {"COALESCE",    "",                  2, 64, {Any, Any},                           R::Int,             0, no,                false},
     {"NULLIF",      "",                  2, 2, {Any, Any},                            R::Int,             0, no,                true},
-    {"ABS",         "ts_abs",            1, 1, {Number},                              R::FirstNumber,     0, Extra::ResultType, false},
+    {"CHOOSE",      "",                  2, mostArguments, {Any},                     R::Int,             0, no,                true},
+    {"GREATEST",    "",                  1, mostArguments, {Any},                     R::Int,             0, no,                false},
+    {"LEAST",       "",                  1, mostArguments, {Any},                     R::Int,             0, no,                false},
+    {"ABS",         "ts_abs",            1, 1, {Number},                              R::FirstWidened,    0, Extra::ResultType, false},
     {"ROUND",       "ts_round",          2, 3, {Number, Integer, Integer},            R::FirstScaled,     0, Extra::ResultType, false},
     {"FLOOR",       "ts_floor",          1, 1, {Number},                              R::FirstRounded,    0, Extra::ResultType, false},
     {"CEILING",     "ts_ceiling",        1, 1, {Number},                              R::FirstRounded,    0, Extra::ResultType, false},
-    {"SIGN",        "ts_sign",           1, 1, {Number},                              R::FirstNumber,     0, Extra::ResultType, false},
-    {"POWER",       "ts_power",          2, 2, {Number, Float},                       R::FirstNumber,     0, Extra::ResultType, false},
+    {"SIGN",        "ts_sign",           1, 1, {Number},                              R::FirstWidened,    0, Extra::ResultType, false},
+    {"POWER",       "ts_power",          2, 2, {Number, Float},                       R::FirstWidened,    0, Extra::ResultType, false},
     {"SQRT",        "ts_sqrt",           1, 1, {Float},                               R::Float,           0, no,                false},
     {"SQUARE",      "ts_square",         1, 1, {Float},                               R::Float,           0, no,                false},
     {"EXP",         "ts_exp",            1, 1, {Float},                               R::Float,           0, no,                false},
-    {"LOG",         "ts_log",            1, 1, {Float},                               R::Float,           0, no,                false},
+    {"SIN",         "ts_sin",            1, 1, {Float},                               R::Float,           0, no,                false},
+    {"COS",         "ts_cos",            1, 1, {Float},                               R::Float,           0, no,                false},
+    {"TAN",         "ts_tan",            1, 1, {Float},                               R::Float,           0, no,                false},
+    {"COT",         "ts_cot",            1, 1, {Float},                               R::Float,           0, no,                false},
+    {"ASIN",        "ts_asin",           1, 1, {Float},                               R::Float,           0, no,                false},
+    {"ACOS",        "ts_acos",           1, 1, {Float},                               R::Float,           0, no,                false},
+    {"ATAN",        "ts_atan",           1, 1, {Float},                               R::Float,           0, no,                false},
+    {"ATN2",        "ts_atn2",           2, 2, {Float},                               R::Float,           0, no,                false},
+    {"DEGREES",     "ts_degrees",        1, 1, {Number},                              R::FirstAngle,      0, Extra::ResultType, false},
+    {"RADIANS",     "ts_radians",        1, 1, {Number},                              R::FirstAngle,      0, Extra::ResultType, false},
+    {"LOG",         "ts_log",            1, 2, {Float},                               R::Float,           0, no,                false},
     {"LOG10",       "ts_log10",          1, 1, {Float},                               R::Float,           0, no,                false},
     {"PI",          "ts_pi",             0, 0, {},                                    R::Float,           0, no,                false},
     {"RAND",        "ts_rand",           0, 1, {Integer},                             R::Float,           0, no,                false},
     {"ISNUMERIC",   "ts_isnumeric",      1, 1, {Any},                                 R::Int,             0, Extra::FirstType,  false},
     {"NEWID",       "ts_newid",          0, 0, {},                                    R::Guid,            0, no,                false},
     {"OBJECT_ID",   "ts_object_id",      1, 2, {Unicode, Unicode},                    R::Int,             0, no,                true},
-    {"DB_NAME",     "ts_db_name",        0, 0, {},                                    R::NVarChar,      128, no,                false},
-    {"USER_NAME",   "ts_user_name",      0, 0, {},                                    R::NVarChar,      128, no,                false},
-    {"SUSER_SNAME", "ts_user_name",      0, 0, {},                                    R::NVarChar,      128, no,                false},
-    {"OBJECT_NAME", "ts_object_name",    1, 1, {Integer},                             R::NVarChar,      128, no,                true},
+    {"DB_ID",       "ts_db_id",          0, 1, {Unicode},                             R::Int,             0, no,                true},
+    {"DB_NAME",     "ts_db_name",        0, 1, {Integer},                             R::NVarChar,      128, no,                false},
+    {"SCHEMA_NAME", "ts_schema_name",    0, 1, {Integer},                             R::NVarChar,      128, no,                true},
+    {"SCHEMA_ID",   "ts_schema_id",      0, 1, {Unicode},                             R::Int,             0, no,                true},
+    {"USER_ID",     "ts_user_id",        0, 1, {Unicode},                             R::Int,             0, no,                true},
+    {"TYPE_NAME",   "ts_type_name",      1, 1, {Integer},                             R::NVarChar,      128, no,                true},
+    {"TYPE_ID",     "ts_type_id",        1, 1, {Unicode},                             R::Int,             0, no,                true},
+    {"COL_LENGTH",  "ts_col_length",     2, 2, {Unicode},                             R::SmallInt,        0, no,                true},
+    {"COL_NAME",    "ts_col_name",       2, 2, {Integer},                             R::NVarChar,      128, no,                true},
+    {"COLUMNPROPERTY", "ts_columnproperty", 3, 3, {Integer, Unicode},                 R::Int,             0, no,                true},
+    {"OBJECTPROPERTY", "ts_objectproperty", 2, 2, {Integer, Unicode},                 R::Int,             0, no,                true},
+    {"IDENT_INCR",  "ts_ident_incr",     1, 1, {Unicode},                             R::Numeric,         0, no,                true},
+    {"USER_NAME",   "ts_user_name",      0, 1, {Integer},                             R::NVarChar,      128, no,                false},
+    {"SUSER_NAME",  "ts_user_name",      0, 1, {Refused},                             R::NVarChar,      128, no,                false},
+    {"SUSER_SNAME", "ts_user_name",      0, 1, {Refused},                             R::NVarChar,      128, no,                false},
+    {"OBJECT_NAME", "ts_object_name",    1, 2, {Integer, Refused},                    R::NVarChar,      128, no,                true},
     {"SCOPE_IDENTITY", "",               0, 0, {},                                    R::Int,             0, no,                true},
     {"ROW_NUMBER",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"RANK",        "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
 }};
+
+constexpr std::array<std::string_view, 145> refused{
+    "APPLOCK_MODE", "APPLOCK_TEST", "APPROX_COUNT_DISTINCT", "APPROX_PERCENTILE_CONT", "APPROX_PERCENTILE_DISC", "APP_NAME",
+    "ASSEMBLYPROPERTY", "ASYMKEYPROPERTY", "ASYMKEY_ID", "BINARY_CHECKSUM", "BIT_COUNT", "CERTENCODED",
+    "CERTPRIVATEKEY", "CERTPROPERTY", "CERT_ID", "CHECKSUM", "CHECKSUM_AGG", "COLLATIONPROPERTY",
+    "COLUMNS_UPDATED", "COMPRESS", "CONNECTIONPROPERTY", "CONTEXT_INFO", "CUME_DIST", "CURRENT_REQUEST_ID",
+    "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID", "DATEDIFF_BIG",
+    "DATETIME2FROMPARTS", "DATETIMEOFFSETFROMPARTS", "DATETRUNC", "DATE_BUCKET", "DECOMPRESS", "DECRYPTBYASYMKEY",
+    "DECRYPTBYCERT", "DECRYPTBYKEY", "DECRYPTBYKEYAUTOASYMKEY", "DECRYPTBYKEYAUTOCERT", "DECRYPTBYPASSPHRASE", "ENCRYPTBYASYMKEY",
+    "ENCRYPTBYCERT", "ENCRYPTBYKEY", "ENCRYPTBYPASSPHRASE", "ERROR_LINE", "ERROR_MESSAGE", "ERROR_NUMBER",
+    "ERROR_PROCEDURE", "ERROR_SEVERITY", "ERROR_STATE", "EVENTDATA", "FILEGROUPPROPERTY", "FILEGROUP_ID",
+    "FILEGROUP_NAME", "FILEPROPERTY", "FILE_ID", "FILE_IDEX", "FILE_NAME", "FIRST_VALUE",
+    "FORMAT", "FORMATMESSAGE", "FULLTEXTCATALOGPROPERTY", "FULLTEXTSERVICEPROPERTY", "GETANSINULL", "GET_BIT",
+    "GET_FILESTREAM_TRANSACTION_CONTEXT", "GROUPING", "GROUPING_ID", "HASHBYTES", "HAS_DBACCESS", "HAS_PERMS_BY_NAME",
+    "HOST_ID", "HOST_NAME", "IDENT_CURRENT", "IDENT_SEED", "INDEXKEY_PROPERTY", "INDEXPROPERTY", "INDEX_COL",
+    "ISJSON", "IS_MEMBER", "IS_ROLEMEMBER", "IS_SRVROLEMEMBER", "JSON_ARRAY", "JSON_MODIFY",
+    "JSON_OBJECT", "JSON_PATH_EXISTS", "JSON_QUERY", "JSON_VALUE", "KEY_GUID", "KEY_ID",
+    "KEY_NAME", "LAG", "LAST_VALUE", "LEAD", "LEFT_SHIFT", "LOGINPROPERTY",
+    "MIN_ACTIVE_ROWVERSION", "NEWSEQUENTIALID", "NTILE", "OBJECTPROPERTYEX", "OBJECT_DEFINITION", "OBJECT_SCHEMA_NAME",
+    "OPENJSON", "ORIGINAL_DB_NAME", "ORIGINAL_LOGIN", "PARSE", "PERCENTILE_CONT", "PERCENTILE_DISC",
+    "PERCENT_RANK", "PERMISSIONS", "PUBLISHINGSERVERNAME", "PWDCOMPARE", "PWDENCRYPT", "RIGHT_SHIFT",
+    "ROWCOUNT_BIG", "SERVERPROPERTY", "SESSIONPROPERTY", "SESSION_CONTEXT", "SET_BIT", "SIGNBYASYMKEY",
+    "SIGNBYCERT", "SQL_VARIANT_PROPERTY", "STATS_DATE", "STRING_AGG", "STRING_ESCAPE", "STRING_SPLIT",
+    "SUSER_ID", "SUSER_SID", "SWITCHOFFSET", "SYMKEYPROPERTY", "SYSDATETIME", "SYSDATETIMEOFFSET",
+    "SYSUTCDATETIME", "TERTIARY_WEIGHTS", "TEXTPTR", "TEXTVALID", "TIMEFROMPARTS", "TODATETIMEOFFSET",
+    "TRIGGER_NESTLEVEL", "TRY_PARSE", "TYPEPROPERTY", "VERIFYSIGNEDBYASYMKEY", "VERIFYSIGNEDBYCERT", "XACT_STATE",
+};
+static_assert(std::ranges::is_sorted(refused));
 
 constexpr std::array<AggregateRow, 10> aggregates{{
     {"COUNT",     "count",     "count",        AggregateRule::Count},
@@ -97,8 +163,12 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 11> emitted{
+constexpr std::array<std::string_view, 15> emitted{
     "ts_convert",        // value, packed from, packed to, style
+    "ts_try_convert",    // the same, where null is what does not convert
+    "ts_greatest",       // packed type, values of that type
+    "ts_least",          // the same
+    "ts_concat_ws",      // separator, texts
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
     "ts_top",            // what TOP gives, the greatest there may be or -1
@@ -128,6 +198,12 @@ std::span<const FunctionRow> functionRows() {
 }
 const FunctionRow* findFunctionRow(std::string_view capitals) {
   return findRow(functions, &FunctionRow::name, capitals);
+}
+std::span<const std::string_view> refusedFunctions() {
+  return refused;
+}
+bool isRefusedFunction(std::string_view capitals) {
+  return std::ranges::binary_search(refused, capitals);
 }
 std::span<const AggregateRow> aggregateRows() {
   return aggregates;

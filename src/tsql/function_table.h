@@ -18,6 +18,8 @@ enum class Argument : std::uint8_t {
   DateTime,     // becomes datetime, but for a date; a text keeps seven digits of the second
   DatePart,     // a word of datePartNames(); handed on as the full name in quotes
   TextOrBytes,  // a binary as it is, anything else as Text
+  Date,         // becomes date; what is neither date nor text is refused as SQL Server does
+  Refused,      // SQL Server takes one here, this engine does not
 };
 
 enum class ResultRule : std::uint8_t {
@@ -35,16 +37,23 @@ enum class ResultRule : std::uint8_t {
   LastTextLong,    // varchar or nvarchar as any text argument, the greatest length
   FirstBytes,      // as FirstText, or varbinary for a binary
   FirstNumber,     // the type of the first argument; small integers become int
+  FirstWidened,    // the same, where a decimal has all digits there may be (ABS, SIGN, POWER)
   FirstRounded,    // the same, where a decimal loses its scale (FLOOR, CEILING)
-  FirstScaled,     // the same, where a decimal keeps its scale and gains a digit (ROUND)
+  FirstScaled,     // the same, where a decimal keeps digits and scale (ROUND)
+  FirstAngle,      // the same, where a decimal has eighteen digits after the point at least (DEGREES, RADIANS)
   DateOfArgument,  // DATEADD: the date type of the third argument, datetime for anything else
+  Date,
+  SmallDateTime,
+  Numeric,  // numeric(38,0)
+  SmallInt,
 };
 
 // Types that the SQLite function gets as further arguments after those of the text.
 enum class Extra : std::uint8_t { Nothing, FirstType, ResultType };
 
 // One scalar function of T-SQL. SQLite gets `runtime(arguments..., extra)`; optional arguments that are left out are
-// left out there too, so with an `extra` the run-time function tells them apart by their number.
+// left out there too, so with an `extra` the run-time function tells them apart by their number. Arguments behind the
+// last one that is described are as that one.
 struct FunctionRow {
   std::string_view name;     // in capitals
   std::string_view runtime;  // empty: the compiler writes it out itself (ISNULL, COALESCE, NULLIF)
@@ -58,6 +67,12 @@ struct FunctionRow {
 };
 std::span<const FunctionRow> functionRows();
 const FunctionRow* findFunctionRow(std::string_view capitals);
+
+constexpr int mostArguments = 254;  // of a function that takes any number
+
+// Functions that SQL Server has and this engine has not, in capitals and in alphabetical order.
+std::span<const std::string_view> refusedFunctions();
+bool isRefusedFunction(std::string_view capitals);
 
 enum class AggregateRule : std::uint8_t { Count, CountBig, Sum, Average, Least, Greatest, Spread };
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "tsql/catalogue.h"
 #include "tsql/collation.h"
 #include "tsql/datetime.h"
 #include "tsql/datum.h"
@@ -31,6 +32,8 @@ class Session {
 
   // The clock of the running statement in local time: the same answer for its whole duration.
   [[nodiscard]] virtual DateTime now() const = 0;
+  // The same moment in the time of the meridian of Greenwich.
+  [[nodiscard]] virtual DateTime utcNow() const = 0;
   // @@ROWCOUNT, @@ERROR, @@TRANCOUNT: of the statement before this one.
   [[nodiscard]] virtual std::int64_t rowCount() const = 0;
   [[nodiscard]] virtual std::int32_t lastError() const = 0;
@@ -46,6 +49,8 @@ class Session {
   [[nodiscard]] virtual std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const = 0;
   // OBJECT_NAME(number): nothing when no object has that number.
   [[nodiscard]] virtual std::optional<std::string> objectName(std::int64_t id) const = 0;
+  // The table that a name means, with or without the names before it; null when there is none.
+  [[nodiscard]] virtual const Table* tableNamed(std::string_view name) const = 0;
   // SET DATEFIRST: 1 is Monday, 7 (as us_english has it) Sunday.
   [[nodiscard]] virtual int dateFirst() const { return 7; }
   // The connection's generator behind RAND; seeded by the session when the connection opens.

@@ -41,6 +41,8 @@ constexpr std::array supported{
     LanguageRow{"`SET IDENTITY_INSERT`, for the rest of the batch", "set identity_insert t on"},
     LanguageRow{"names in brackets and double quotes, with `dbo.` before them", "select [a], \"b\" from dbo.[t]"},
     LanguageRow{"`sysobjects`, `syscolumns`, `systypes`, `sys.objects`, `INFORMATION_SCHEMA.TABLES`, `.COLUMNS`", "select c.name from syscolumns c, sysobjects o where c.id = o.id"},
+    LanguageRow{"`TRY_CAST`, `TRY_CONVERT`, `IIF`, `TRIM(LEADING ... FROM ...)`", "select try_cast(b as int), try_convert(datetime, b, 120), iif(a > 1, b, null), trim(leading 'x' from b) from t"},
+    LanguageRow{"`{d ...}`, `{ts ...}`, `{guid ...}`", "select a from t where d between {d '2020-01-01'} and {ts '2020-12-31 23:59:59'}"},
     LanguageRow{"parameters `?`", "select a from t where b = ?"},
     LanguageRow{"comments of both forms, nested", "select 1 /* a /* b */ c */ -- d"},
 };
@@ -78,6 +80,11 @@ constexpr std::array refused{
     LanguageRow{"`ALTER TABLE ... ALTER COLUMN`, `DROP CONSTRAINT`", "alter table t alter column a bigint"},
     LanguageRow{"a default in `ALTER TABLE ADD` that is no constant", "alter table t add e datetime default getdate()"},
     LanguageRow{"`RAISERROR` with values or `WITH`", "raiserror('%d', 16, 1, 5)"},
+    LanguageRow{"`{fn ...}`, `{t ...}`, `{oj ...}`, `{call ...}`", "select {fn now()}"},
+    LanguageRow{"functions of SQL Server that are not in the list below", "select format(a, 'N') from t"},
+    LanguageRow{"functions of the schema `sys`", "select sys.fn_varbintohexstr(0x01)"},
+    LanguageRow{"the globals of SQL Server but for those that are answered", "select @@spid"},
+    LanguageRow{"the part `tzoffset` of dates", "select datepart(tz, d) from t"},
     LanguageRow{"global temporary tables", "create table ##u (a int)"},
 };
 // clang-format on

@@ -146,7 +146,7 @@ class Lexer {
   }
 
   void operation() {
-    static constexpr std::string_view singles = "+-*/%&|^~=<>!(),.;:";
+    static constexpr std::string_view singles = "+-*/%&|^~=<>!(),.;:{}";
     static constexpr std::array<std::string_view, 16> doubles{
         "<=", ">=", "<>", "!=", "!<", "!>", "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=", "::", "||"};
     const auto begin = here();

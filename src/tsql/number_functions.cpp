@@ -145,11 +145,62 @@ double square(double value) {
 double exponential(double value) {
   return std::exp(value);
 }
+double sine(double value) {
+  return std::sin(value);
+}
+double cosine(double value) {
+  return std::cos(value);
+}
+double tangent(double value) {
+  return std::tan(value);
+}
+double cotangent(double value) {
+  return value == 0 ? std::nan("") : 1 / std::tan(value);
+}
+double arcSine(double value) {
+  return std::asin(value);
+}
+double arcCosine(double value) {
+  return std::acos(value);
+}
+double arcTangent(double value) {
+  return std::atan(value);
+}
 double logarithm(double value) {
   return value > 0 ? std::log(value) : std::nan("");
 }
 double decimalLogarithm(double value) {
   return value > 0 ? std::log10(value) : std::nan("");
+}
+
+// y, x: the angle between the axis and the point (x, y), which the origin has not.
+Result angleOf(Call& call) {
+  if (anyNull(call)) return {};
+  const double y = approximateNumber(call.args[0]);
+  const double x = approximateNumber(call.args[1]);
+  if (y == 0 && x == 0) throw SqlError(Message::InvalidFloat);
+  return floatResult(std::atan2(y, x), Type::of(TypeKind::Float));
+}
+
+// value[, base].
+Result logarithmCall(Call& call) {
+  if (anyNull(call)) return {};
+  const double value = logarithm(approximateNumber(call.args[0]));
+  if (call.args.size() == 1) return floatResult(value, Type::of(TypeKind::Float));
+  const double base = logarithm(approximateNumber(call.args[1]));
+  return floatResult(base == 0 ? std::nan("") : value / base, Type::of(TypeKind::Float));
+}
+
+constexpr double halfTurn = 180;
+
+Result degrees(Call& call) {
+  if (anyNull(call)) return {};
+  return floatResult(approximateNumber(call.args[0]) * halfTurn / std::numbers::pi, resultType(call));
+}
+
+Result radians(Call& call) {
+  if (anyNull(call)) return {};
+  return floatResult(approximateNumber(call.args[0]) * std::numbers::pi / halfTurn, resultType(call));
 }
 
 Result pi(Call&) {
@@ -226,7 +277,17 @@ constexpr std::array functions{
     Function{"ts_sqrt", 1, 1, true, floatFunction<squareRoot>},
     Function{"ts_square", 1, 1, true, floatFunction<square>},
     Function{"ts_exp", 1, 1, true, floatFunction<exponential>},
-    Function{"ts_log", 1, 1, true, floatFunction<logarithm>},
+    Function{"ts_sin", 1, 1, true, floatFunction<sine>},
+    Function{"ts_cos", 1, 1, true, floatFunction<cosine>},
+    Function{"ts_tan", 1, 1, true, floatFunction<tangent>},
+    Function{"ts_cot", 1, 1, true, floatFunction<cotangent>},
+    Function{"ts_asin", 1, 1, true, floatFunction<arcSine>},
+    Function{"ts_acos", 1, 1, true, floatFunction<arcCosine>},
+    Function{"ts_atan", 1, 1, true, floatFunction<arcTangent>},
+    Function{"ts_atn2", 2, 2, true, angleOf},
+    Function{"ts_degrees", 2, 2, true, degrees},
+    Function{"ts_radians", 2, 2, true, radians},
+    Function{"ts_log", 1, 2, true, logarithmCall},
     Function{"ts_log10", 1, 1, true, floatFunction<decimalLogarithm>},
     Function{"ts_pi", 0, 0, true, pi},
     Function{"ts_rand", 0, 1, true, rand},

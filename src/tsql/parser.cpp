@@ -122,6 +122,7 @@ void Parser::expectOperator(std::string_view symbol) {
 }
 
 void Parser::fail() const {
+  if (isOperator("{")) refuse("an escape of ODBC");
   const int line = lineOf(batch_, at_);
   // At the end of the text SQL Server names the last word that it read.
   const int blamed = isEnd() && at_ > 0 ? at_ - 1 : at_;

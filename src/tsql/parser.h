@@ -120,9 +120,13 @@ class Parser {
   tree::ExpressionPtr primary();
   tree::ExpressionPtr wordExpression();
   tree::ExpressionPtr caseExpression();
+  tree::ExpressionPtr immediateIf();
+  tree::ExpressionPtr trimExpression();
+  tree::ExpressionPtr escapedLiteral();
   tree::ExpressionPtr castExpression();
   tree::ExpressionPtr convertExpression();
   tree::ExpressionPtr call(std::string name);
+  void callArguments(tree::Expression& call);
   void window(tree::Expression& call);
   tree::ExpressionPtr columnName();
   tree::ExpressionPtr make(tree::ExpressionKind kind) const;

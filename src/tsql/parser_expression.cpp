@@ -1,3 +1,4 @@
+#include "tsql/function_table.h"
 #include "tsql/parser.h"
 
 namespace tolvane::tsql {
@@ -222,6 +223,7 @@ ExpressionPtr Parser::primary() {
     default:
       break;
   }
+  if (isOperator("{")) return escapedLiteral();
   if (!isOperator("(")) fail();
   if (beginsQuery(1)) {
     auto result = make(ExpressionKind::Subquery);
@@ -249,12 +251,15 @@ ExpressionPtr Parser::wordExpression() {
   }
   if (isWord("IDENTITY") && isOperator(1, "(")) refuse("IDENTITY() in a query");
   if (isWord("CASE")) return caseExpression();
-  if (isWord("CAST") && isOperator(1, "(")) return castExpression();
-  if (isWord("CONVERT")) return convertExpression();
+  if ((isWord("CAST") || isWord("TRY_CAST")) && isOperator(1, "(")) return castExpression();
+  if (isWord("CONVERT") || (isWord("TRY_CONVERT") && isOperator(1, "("))) return convertExpression();
+  if (isWord("IIF") && isOperator(1, "(")) return immediateIf();
+  if (isWord("TRIM") && isOperator(1, "(")) return trimExpression();
   const bool functionWord = isWord("LEFT") || isWord("RIGHT") || isWord("COALESCE") || isWord("NULLIF");
   if (isOperator(1, "(") && (functionWord || !isReserved(here()))) {
     std::string function(here());
     for (char& c : function) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    if (isRefusedFunction(function) && findFunctionRow(function) == nullptr) refuse("the function");
     return call(std::move(function));
   }
   if (isWord("CURRENT_TIMESTAMP") || isWord("CURRENT_USER") || isWord("USER") || isWord("SESSION_USER") ||
@@ -283,9 +288,54 @@ ExpressionPtr Parser::caseExpression() {
   return result;
 }
 
-ExpressionPtr Parser::castExpression() {
+// IIF is the CASE that it stands for.
+ExpressionPtr Parser::immediateIf() {
+  const Depth depth(*this);
+  auto result = make(ExpressionKind::Case);
+  at_ += 2;
+  result->arguments.push_back(requiredCondition());
+  expectOperator(",");
+  result->arguments.push_back(expression());
+  expectOperator(",");
+  result->otherwise = expression();
+  expectOperator(")");
+  return result;
+}
+
+// TRIM(text), TRIM([side] characters FROM text).
+ExpressionPtr Parser::trimExpression() {
+  const Depth depth(*this);
+  auto result = make(ExpressionKind::Call);
+  at_ += 2;
+  const bool sided = (isWord("LEADING") || isWord("TRAILING") || isWord("BOTH")) && !isOperator(1, ")") &&
+                     !isOperator(1, ".") && !isOperator(1, "+");
+  result->name = sided && isWord("LEADING") ? "LTRIM" : sided && isWord("TRAILING") ? "RTRIM" : "TRIM";
+  if (sided) ++at_;
+  result->arguments.push_back(expression());
+  if (sided && !isWord("FROM")) fail();
+  if (takeWord("FROM")) result->arguments.insert(result->arguments.begin(), expression());
+  expectOperator(")");
+  return result;
+}
+
+// {d '...'}, {ts '...'} and {guid '...'}: a literal of a type that has none of its own.
+ExpressionPtr Parser::escapedLiteral() {
+  const bool text =
+      peek(2).kind == TokenKind::Literal && batch_.literals[static_cast<std::size_t>(peek(2).literal)].type.isText();
+  const bool guid = isWord(1, "GUID");
+  if (!text || !isOperator(3, "}") || !(guid || isWord(1, "D") || isWord(1, "TS"))) refuse("this escape of ODBC");
   auto result = make(ExpressionKind::Cast);
   result->name = "CAST";
+  result->type = Type::of(guid ? TypeKind::UniqueIdentifier : TypeKind::DateTime);
+  at_ += 2;
+  result->arguments.push_back(primary());
+  ++at_;
+  return result;
+}
+
+ExpressionPtr Parser::castExpression() {
+  auto result = make(ExpressionKind::Cast);
+  result->name = isWord("CAST") ? "CAST" : "TRY_CAST";
   at_ += 2;
   result->arguments.push_back(expression());
   expectWord("AS");
@@ -297,7 +347,7 @@ ExpressionPtr Parser::castExpression() {
 
 ExpressionPtr Parser::convertExpression() {
   auto result = make(ExpressionKind::Cast);
-  result->name = "CONVERT";
+  result->name = isWord("CONVERT") ? "CONVERT" : "TRY_CONVERT";
   ++at_;
   expectOperator("(");
   result->type = type();
@@ -313,22 +363,26 @@ ExpressionPtr Parser::call(std::string function) {
   auto result = make(ExpressionKind::Call);
   result->name = std::move(function);
   at_ += 2;
+  callArguments(*result);
+  return result;
+}
+
+void Parser::callArguments(Expression& call) {
   if (isOperator("*") && isOperator(1, ")")) {
-    result->star = true;
+    call.star = true;
     ++at_;
   } else if (!isOperator(")")) {
     if (takeWord("DISTINCT")) {
-      result->distinct = true;
+      call.distinct = true;
     } else {
       takeWord("ALL");
     }
     do {
-      result->arguments.push_back(expression());
+      call.arguments.push_back(expression());
     } while (takeOperator(","));
   }
   expectOperator(")");
-  if (isWord("OVER")) window(*result);
-  return result;
+  if (isWord("OVER")) window(call);
 }
 
 void Parser::window(Expression& call) {
@@ -354,6 +408,10 @@ ExpressionPtr Parser::columnName() {
     ++at_;
     result->qualifier = std::move(result->name);
     result->name = anyName();
+  }
+  if (!result->qualifier.empty() && takeOperator("(")) {
+    result->kind = ExpressionKind::Call;
+    callArguments(*result);
   }
   return result;
 }

@@ -309,7 +309,7 @@ StatementPtr Parser::declare() {
   do {
     tree::Declaration declaration;
     declaration.token = at_;
-    if (token().kind != TokenKind::Variable || here().starts_with("@@")) {
+    if (token().kind != TokenKind::Variable) {
       if (isName() && isWord(1, "CURSOR")) refuse("a cursor");
       fail();
     }

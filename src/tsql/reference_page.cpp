@@ -31,13 +31,19 @@ std::string_view nameOf(Argument argument) {
       return "date part";
     case Argument::TextOrBytes:
       return "text or binary";
+    case Argument::Date:
+      return "date";
+    case Argument::Refused:
+      return "";
   }
   return "";
 }
 
 std::string_view nameOf(const FunctionRow& row) {
   if (row.name == "ISNULL" || row.name == "NULLIF") return "as the first argument";
-  if (row.name == "COALESCE") return "the highest type among the arguments";
+  if (row.name == "CONCAT" || row.name == "CONCAT_WS") return "nvarchar if an argument is, else varchar";
+  if (row.name == "COALESCE" || row.name == "CHOOSE" || row.name == "GREATEST" || row.name == "LEAST")
+    return "the highest type among the arguments";
   if (row.name == "SCOPE_IDENTITY") return "decimal(38,0)";
   switch (row.result) {
     case ResultRule::Int:
@@ -66,11 +72,23 @@ std::string_view nameOf(const FunctionRow& row) {
     case ResultRule::FirstBytes:
       return "text or varbinary, as the first argument";
     case ResultRule::FirstNumber:
-    case ResultRule::FirstRounded:
     case ResultRule::FirstScaled:
       return "as the first argument";
+    case ResultRule::FirstWidened:
+    case ResultRule::FirstAngle:
+      return "as the first argument, a decimal with 38 digits";
+    case ResultRule::FirstRounded:
+      return "as the first argument, a decimal as decimal(38,0)";
     case ResultRule::DateOfArgument:
       return "as the date, else datetime";
+    case ResultRule::Date:
+      return "date";
+    case ResultRule::SmallDateTime:
+      return "smalldatetime";
+    case ResultRule::Numeric:
+      return "numeric(38,0)";
+    case ResultRule::SmallInt:
+      return "smallint";
   }
   return "";
 }

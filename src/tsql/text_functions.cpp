@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "tsql/convert.h"
 #include "tsql/convert_text.h"
@@ -186,15 +187,135 @@ Result mapped(Call& call) {
   return result;
 }
 
-Result ltrim(Call& call) {
-  if (anyNull(call)) return {};
-  const std::string_view text = call.args[0].text();
-  return std::string(text.substr(std::min(text.find_first_not_of(' '), text.size())));
+enum class Side { Left, Right, Both };
+
+// What is left of a text without the units at its ends that are among others, as the collation sees them.
+std::string withoutEnds(const Datum& value, const Datum& taken, Side side, const Collation& collation) {
+  const std::u16string text = toUtf16(value.text());
+  const std::u16string folded = foldedUnits(value.text(), collation);
+  const std::u16string units = foldedUnits(taken.text(), collation);
+  std::size_t first = 0;
+  std::size_t end = text.size();
+  const auto goes = [&](std::size_t at) { return units.find(folded[at]) != units.npos; };
+  while (side != Side::Right && first < end && goes(first)) ++first;
+  while (side != Side::Left && end > first && goes(end - 1)) --end;
+  return fromUtf16(std::u16string_view(text).substr(first, end - first));
 }
 
-Result rtrim(Call& call) {
+// text[, the characters that go, the blank without them].
+template <Side side>
+Result trim(Call& call) {
   if (anyNull(call)) return {};
-  return std::string(withoutTrailingBlanks(call.args[0].text()));
+  if (call.args.size() > 1) return withoutEnds(call.args[0], call.args[1], side, call.collation);
+  std::string_view text = call.args[0].text();
+  if (side != Side::Right) text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  return std::string(side == Side::Left ? text : withoutTrailingBlanks(text));
+}
+
+// text, characters, as many others in their places.
+Result translate(Call& call) {
+  if (anyNull(call)) return {};
+  std::u16string text = toUtf16(call.args[0].text());
+  const std::u16string folded = foldedUnits(call.args[0].text(), call.collation);
+  const std::u16string from = foldedUnits(call.args[1].text(), call.collation);
+  const std::u16string to = toUtf16(call.args[2].text());
+  if (from.size() != to.size()) {
+    throw SqlError(9828, 16,
+                   "The second and third arguments of the TRANSLATE built-in function must contain an equal number of "
+                   "characters.");
+  }
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto place = from.find(folded[i]);
+    if (place != from.npos) text[i] = to[place];
+  }
+  return fromUtf16(text);
+}
+
+constexpr std::size_t soundexLength = 4;
+
+// The first letter and the sounds of the next consonants. Equal sounds count once unless a vowel stands between them;
+// what is no letter ends the word.
+std::string soundexOf(std::string_view text) {
+  static constexpr std::string_view sounds = "01230120022455012623010202";  // of A to Z
+  const auto capital = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
+  const auto isLetter = [](char c) { return c >= 'A' && c <= 'Z'; };
+  std::string code;
+  char last = '0';
+  for (const char each : text) {
+    const char letter = capital(each);
+    if (!isLetter(letter) || code.size() == soundexLength) break;
+    const char sound = sounds[static_cast<std::size_t>(letter - 'A')];
+    if (code.empty()) {
+      code += letter;
+    } else if (sound != '0' && sound != last) {
+      code += sound;
+    }
+    if (letter != 'H' && letter != 'W') last = sound;
+  }
+  return code + std::string(soundexLength - code.size(), '0');
+}
+
+Result soundex(Call& call) {
+  if (anyNull(call)) return {};
+  return soundexOf(call.args[0].text());
+}
+
+// How many places of the two codes are alike.
+Result difference(Call& call) {
+  if (anyNull(call)) return {};
+  const std::string left = soundexOf(call.args[0].text());
+  const std::string right = soundexOf(call.args[1].text());
+  int alike = 0;
+  for (std::size_t i = 0; i < soundexLength; ++i) alike += left[i] == right[i] ? 1 : 0;
+  return alike;
+}
+
+// The parts of a name between points, in brackets or quotes or without them; nothing for what is no name.
+std::optional<std::vector<std::string>> nameParts(std::string_view name) {
+  std::vector<std::string> parts(1);
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    if (name[i] == '.') {
+      parts.emplace_back();
+    } else if ((name[i] == '[' || name[i] == '"') && parts.back().empty()) {
+      const char end = name[i] == '[' ? ']' : '"';
+      for (++i;; ++i) {
+        if (i >= name.size()) return std::nullopt;
+        if (name[i] == end && (i + 1 >= name.size() || name[i + 1] != end)) break;
+        if (name[i] == end) ++i;
+        parts.back() += name[i];
+      }
+      if (i + 1 < name.size() && name[i + 1] != '.') return std::nullopt;
+    } else {
+      parts.back() += name[i];
+    }
+  }
+  return parts;
+}
+
+// name, which of its parts, from the right.
+Result parsename(Call& call) {
+  constexpr std::size_t mostParts = 4;
+  constexpr std::int64_t longestName = 128;
+  if (anyNull(call)) return {};
+  const auto parts = nameParts(call.args[0].text());
+  const std::int64_t wanted = wholeNumber(call.args[1]);
+  if (!parts || parts->size() > mostParts || wanted < 1 || std::cmp_greater(wanted, parts->size())) return {};
+  const bool tooLong = std::ranges::any_of(*parts, [](const auto& part) { return unitsOf(part) > longestName; });
+  const std::string& part = (*parts)[parts->size() - static_cast<std::size_t>(wanted)];
+  return tooLong || part.empty() ? Result() : Result(part);
+}
+
+// separator, texts: those that are null are left out.
+Result concatWithSeparator(Call& call) {
+  std::string joined;
+  bool first = true;
+  for (const Datum& text : call.args.subspan(1)) {
+    if (text.isNull()) continue;
+    if (!first && !call.args[0].isNull()) joined += call.args[0].text();
+    joined += text.text();
+    first = false;
+  }
+  return joined;
 }
 
 // The first byte in the code page.
@@ -272,8 +393,14 @@ constexpr std::array functions{
     Function{"ts_space", 1, 1, true, space},
     Function{"ts_upper", 1, 1, true, mapped<&Collation::upper>},
     Function{"ts_lower", 1, 1, true, mapped<&Collation::lower>},
-    Function{"ts_ltrim", 1, 1, true, ltrim},
-    Function{"ts_rtrim", 1, 1, true, rtrim},
+    Function{"ts_ltrim", 1, 2, true, trim<Side::Left>},
+    Function{"ts_rtrim", 1, 2, true, trim<Side::Right>},
+    Function{"ts_trim", 1, 2, true, trim<Side::Both>},
+    Function{"ts_translate", 3, 3, true, translate},
+    Function{"ts_soundex", 1, 1, true, soundex},
+    Function{"ts_difference", 2, 2, true, difference},
+    Function{"ts_parsename", 2, 2, true, parsename},
+    Function{"ts_concat_ws", 2, -1, true, concatWithSeparator},
     Function{"ts_ascii", 1, 1, true, ascii},
     Function{"ts_char", 1, 1, true, character},
     Function{"ts_unicode", 1, 1, true, unicode},

@@ -31,8 +31,8 @@ enum class ExpressionKind {
   Column,       // qualifier, name
   Unary,        // name: - + ~; one argument
   Binary,       // name: the operator; two arguments
-  Call,         // name, arguments; star for COUNT(*); distinct; over
-  Cast,         // arguments[0], type; CONVERT has `style` as arguments[1]
+  Call,         // name, arguments; qualifier of a function that is no built-in one; star for COUNT(*); distinct; over
+  Cast,         // arguments[0], type; CONVERT has `style` as arguments[1]; name: TRY_CAST, TRY_CONVERT too
   Case,         // operand (may be empty), then pairs in arguments, `otherwise`
   Subquery,     // query
   // Conditions.

@@ -159,7 +159,8 @@ class Writer {
   Typed compoundColumn(const std::string& operation, const std::string& column, const tree::Expression& value,
                        Scope* scope, int token);
   Typed convert(Typed value, const Type& to, When when = When::Early);
-  Typed convertExplicitly(Typed value, const Type& to, const std::string& style);
+  // `tries`: what does not convert is null.
+  Typed convertExplicitly(Typed value, const Type& to, const std::string& style, bool tries = false);
   // A value for a column of a table, as an INSERT or UPDATE puts it there.
   // `verb` is for messages, where it is not INSERT.
   std::string assign(const Typed& value, const Table& table, const Column& column, std::string_view verb = {});
@@ -230,6 +231,11 @@ class Writer {
   Typed aggregateOf(const tree::Expression& expression, Scope* scope);
   Typed windowed(const tree::Expression& expression, Scope* scope);
   Typed scalarSubquery(const tree::Expression& expression, Scope* scope);
+  std::vector<Typed> asTexts(const tree::Expression& call, std::vector<Typed> values);
+  Typed joined(const tree::Expression& call, std::vector<Typed> values);
+  Typed chosen(const tree::Expression& call, std::vector<Typed> values);
+  Typed extreme(const tree::Expression& call, std::vector<Typed> values);
+  [[noreturn]] void failOfUnknownFunction(const tree::Expression& call) const;
   Typed conditional(std::vector<std::pair<std::string, Typed>> branches, Typed otherwise);
   Typed decimalOperand(Typed value);
   std::string argument(const tree::Expression& call, std::size_t index, int code, Scope* scope, Typed& value);

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string>
 
+#include "tsql/sql_error.h"
+
 namespace tolvane::tsql {
 namespace {
 
@@ -177,7 +179,7 @@ TEST(DateText, EveryRowOfTheTableOfStylesIsTested) {
     })) << style.style;
   }
   EXPECT_EQ(findDateStyle(15), nullptr);
-  EXPECT_EQ(findDateStyle(130), nullptr);
+  EXPECT_THROW((void)findDateStyle(130), SqlError);
 }
 
 TEST(DateText, EveryStyleWithADateReadsItsOwnForm) {

@@ -44,6 +44,8 @@ class AsciiCollation final : public Collation {
 class HarnessSession final : public Session {
  public:
   DateTime now() const override { return parseStored("2012-03-15 13:02:03.123").value(); }
+  DateTime utcNow() const override { return parseStored("2012-03-15 05:02:03.123").value(); }
+  const Table* tableNamed(std::string_view) const override { return nullptr; }
   std::int64_t rowCount() const override { return rowCount_; }
   std::int32_t lastError() const override { return error_; }
   std::int32_t transactionCount() const override { return transactions_; }
@@ -554,7 +556,8 @@ EngineHarness::EngineHarness() : state_(std::make_unique<State>()) {
   for (const Function& function : registry().functions) {
     state_->registered.push_back(std::make_unique<Registered>(Registered{&function, nullptr, &state_->shared}));
     const int flags = SQLITE_UTF8 | (function.deterministic ? SQLITE_DETERMINISTIC : 0);
-    for (int count = function.minArgs; count <= function.maxArgs; ++count) {
+    const int least = function.maxArgs < 0 ? -1 : function.minArgs;  // -1: SQLite's word for any number
+    for (int count = least; count <= function.maxArgs; ++count) {
       sqlite3_create_function_v2(state_->database, std::string(function.name).c_str(), count, flags,
                                  state_->registered.back().get(), callFunction, nullptr, nullptr, nullptr);
     }

@@ -60,6 +60,14 @@ TEST_F(Tables, ExamplesOfWhatIsRefusedNameTheWord) {
   }
 }
 
+TEST_F(Tables, FunctionsThatAreRefusedAreNamed) {
+  for (const std::string_view name : refusedFunctions()) {
+    if (findFunctionRow(name) != nullptr) continue;
+    const std::string answer = engine_.columns("select " + std::string(name) + "(a) from t");
+    EXPECT_TRUE(answer.starts_with("error 40517: '" + std::string(name) + "' in line 1")) << answer;
+  }
+}
+
 TEST(TablesOfCases, TryEveryFunction) {
   const std::string cases = allCases();
   for (const FunctionRow& row : functionRows()) {

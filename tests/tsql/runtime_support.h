@@ -66,6 +66,16 @@ class PlainCollation : public Collation {
 class FixedSession : public Session {
  public:
   DateTime now() const override { return parseStored("2012-03-15 13:02:03.123").value(); }
+  DateTime utcNow() const override { return parseStored("2012-03-15 05:02:03.123").value(); }
+  const Table* tableNamed(std::string_view name) const override {
+    static const Table table{"T_Rpt",
+                             {{"id", Type::of(TypeKind::Int).orNull(false), true, {}},
+                              {"title", Type::text(TypeKind::NVarChar, 20), false, {}}},
+                             {},
+                             false,
+                             false};
+    return name == table.name ? &table : nullptr;
+  }
   std::int64_t rowCount() const override { return 3; }
   std::int32_t lastError() const override { return 245; }
   std::int32_t transactionCount() const override { return 1; }
