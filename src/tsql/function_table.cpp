@@ -10,7 +10,7 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 58> functions{{
+constexpr std::array<FunctionRow, 65> functions{{
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
@@ -70,6 +70,13 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"ROW_NUMBER",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"RANK",        "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
+    {"ERROR_NUMBER",    "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_MESSAGE",   "",              0, 0, {},                                    R::NVarChar,     4000, no,                true},
+    {"ERROR_SEVERITY",  "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_STATE",     "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_LINE",      "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_PROCEDURE", "",              0, 0, {},                                    R::NVarChar,      128, no,                true},
+    {"XACT_STATE",      "",              0, 0, {},                                    R::Int,             0, no,                false},
 }};
 
 constexpr std::array<AggregateRow, 10> aggregates{{
@@ -97,7 +104,7 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 11> emitted{
+constexpr std::array<std::string_view, 12> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
@@ -108,6 +115,7 @@ constexpr std::array<std::string_view, 11> emitted{
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
+    "ts_format_message",  // message of RAISERROR, letters for the kinds of its values, values
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
 };
 // clang-format on
