@@ -18,6 +18,11 @@ using tsql::Datum;
 using tsql::Result;
 
 constexpr int userError = 50000;
+constexpr int lowestMessageNumber = 13000;
+constexpr int severityToLog = 19;  // and above
+constexpr int fatalSeverity = 20;  // and above
+constexpr int highestSeverity = 25;
+constexpr int highestState = 255;
 constexpr int nullError = 515;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
@@ -74,7 +79,11 @@ class BatchRun {
   }
   BatchRun(const BatchRun&) = delete;
   BatchRun& operator=(const BatchRun&) = delete;
-  ~BatchRun() { session_->giveBackShape(std::move(batch_)); }
+  ~BatchRun() {
+    if (tablesBegun_) session_->tableVariables().end();
+    if (session_->doomed()) session_->rollbackIfAny();
+    session_->giveBackShape(std::move(batch_));
+  }
 
   BatchResult run(FirstRead firstRead);
   BoundQuery compileOnlyQuery();
@@ -85,7 +94,13 @@ class BatchRun {
   void runStep(CompiledProgram& program, std::size_t index);
   void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
   void compileRest(std::shared_ptr<CompiledProgram>& program);
-  void handle(const tsql::SqlError& error);
+  void handle(tsql::SqlError error);
+  [[nodiscard]] bool caughtHere(const tsql::SqlError& error);
+  [[nodiscard]] bool caughtFurtherOut() const;
+  [[nodiscard]] const tsql::SqlError* caughtError() const;
+  void bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter);
+  void beginTableVariables();
+  void finish();
   void loseIdentity(const tsql::StepBody& body);
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
@@ -95,7 +110,12 @@ class BatchRun {
   void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
   void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
   void runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step);
-  void runTransaction(const tsql::TransactionStep& step);
+  void runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const;
+  void runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step);
+  void runTransaction(CompiledProgram& program, std::size_t index, const tsql::TransactionStep& step);
+  void runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step);
+  void refuseDoomed(std::string_view table) const;
+  [[nodiscard]] std::vector<Result> valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query);
   void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
   void runDeferred(CompiledProgram& program, std::size_t index, const tsql::DeferredStep& step);
   void jumpTo(int target);
@@ -120,8 +140,17 @@ class BatchRun {
   std::shared_ptr<CompiledProgram> compiled_;
   // What deferred steps became, by the program that they stand in and their place there.
   std::map<std::pair<const CompiledProgram*, std::size_t>, std::shared_ptr<CompiledProgram>> deferred_;
-  std::shared_ptr<CompiledProgram> owner_;    // of the step that runs
-  int leaving_ = 0;                           // breakOuter or continueOuter on its way out of deferred steps
+  std::shared_ptr<CompiledProgram> owner_;  // of the step that runs
+  int leaving_ = 0;                         // breakOuter, continueOuter or a label on its way out of deferred steps
+  // The programs that run, each inside a step of the one before it, and the places of their steps.
+  struct Frame {
+    const CompiledProgram* program = nullptr;
+    std::size_t index = 0;
+  };
+  std::vector<Frame> frames_;
+  // By the number of the frame and of the handler in it.
+  std::map<std::pair<std::size_t, std::size_t>, tsql::SqlError> caught_;
+  bool notCaught_ = false;  // the error that is on its way comes from compiling, which no handler around it sees
   const std::vector<Result>* row_ = nullptr;  // that AssignStep::forRow is run for
   std::vector<Result> variables_;
   std::optional<tsql::SqlError> firstError_;
@@ -130,6 +159,7 @@ class BatchRun {
   std::size_t settled_ = 0;  // how many of the results have been read to their end
   bool changed_ = false;     // something has run that must not run twice
   bool ended_ = false;
+  bool tablesBegun_ = false;
 };
 
 void BatchRun::compile() {
@@ -147,7 +177,8 @@ void BatchRun::compile() {
     if (catalogue.version() == before) throw;
     compiled_ = session_->programs().find(batch_, catalogue, options_);
   }
-  if (compiled_->program.steps.empty()) {
+  const bool empty = batch_.tokens.size() == 1;  // nothing but the end
+  if (empty) {
     throw AutomationError(oledb::noCommand, std::string(commandSource),
                           "Command text was not set for the command object.");
   }
@@ -159,7 +190,8 @@ void BatchRun::compile() {
 
 bool BatchRun::isSingleQuery() const {
   const auto& steps = compiled_->program.steps;
-  return steps.size() == 1 && std::holds_alternative<tsql::QueryStep>(steps.front().body);
+  return steps.size() == 1 && std::holds_alternative<tsql::QueryStep>(steps.front().body) &&
+         compiled_->program.tableVariables.empty();
 }
 
 BoundQuery BatchRun::boundQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step) {
@@ -188,20 +220,47 @@ BatchResult BatchRun::run(FirstRead firstRead) {
     result_.rowSets.push_back(std::make_shared<RowSet>(session_, std::move(query), sql_, std::move(recompile)));
     return std::move(result_);
   }
+  if (!compiled_->program.tableVariables.empty()) beginTableVariables();
   variables_.resize(compiled_->program.variables.size());
   runSteps(compiled_);
+  finish();
   if (firstError_) throw *firstError_;
   return std::move(result_);
 }
 
+void BatchRun::beginTableVariables() {
+  tablesBegun_ = true;
+  if (session_->tableVariables().begin(compiled_->program.tableVariables)) compile();
+}
+
+void BatchRun::finish() {
+  // The tables of variables are emptied when the batch ends, so their rows are read before.
+  if (tablesBegun_) settleResults();
+  if (!session_->doomed()) return;
+  session_->rollback();
+  if (!firstError_) firstError_ = tsql::SqlError(tsql::Message::UncommittableAtEnd);
+}
+
 void BatchRun::runSteps(std::shared_ptr<CompiledProgram> program) {
-  const auto outer = std::exchange(next_, 0);
+  // What an error leaves, a handler further out finds as it was.
+  struct Running {
+    BatchRun& run;
+    std::size_t outer;
+    explicit Running(BatchRun& batch) : run(batch), outer(std::exchange(batch.next_, 0)) { run.frames_.emplace_back(); }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+    ~Running() {
+      run.frames_.pop_back();
+      run.next_ = outer;
+    }
+  };
+  const Running running(*this);
   while (next_ < program->program.steps.size() && !ended_) {
     const auto index = next_++;
+    frames_.back() = {program.get(), index};
     session_->database().checkDeadline();
     attempt(program, index);
   }
-  next_ = outer;
 }
 
 // The tables have changed since the program was compiled, by this batch or by another connection. Before the batch has
@@ -232,7 +291,8 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
     }
     changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
     const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
-    if (!keepsError) session_->setLastError(0);
+    const auto* raised = std::get_if<tsql::RaiseStep>(&body);
+    if (!keepsError) session_->setLastError(raised && raised->setsError ? userError : 0);
   } catch (const tsql::SqlError& error) {
     if (error.number() == nullError) loseIdentity(body);
     handle(error);
@@ -263,14 +323,73 @@ void BatchRun::loseIdentity(const tsql::StepBody& body) {
   if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
 }
 
-void BatchRun::handle(const tsql::SqlError& error) {
+void BatchRun::handle(tsql::SqlError error) {
+  const auto& frame = frames_.back();
+  if (error.line() == 0) error.at(frame.program->program.steps[frame.index].line);
   session_->setLastError(error.number());
   session_->setRowCount(0);
+  const bool mayBeCaught = !std::exchange(notCaught_, false);
+  if (mayBeCaught && caughtHere(error)) return;
+  if (mayBeCaught && caughtFurtherOut()) throw error;
   if (!firstError_) firstError_ = error;
-  const bool raised = error.number() == userError;
+  const bool raised = error.number() == userError && !error.thrown();
   if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
   ended_ = true;
   if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
+}
+
+// Into the CATCH block of the innermost TRY block around the step, if there is one. Errors that would have ended the
+// batch and undone its transaction leave one that can only be undone.
+bool BatchRun::caughtHere(const tsql::SqlError& error) {
+  const auto& [program, place] = frames_.back();
+  const auto step = static_cast<int>(place);
+  const auto& handlers = program->program.handlers;
+  const auto around = std::find_if(handlers.begin(), handlers.end(), [&](const tsql::Handler& handler) {
+    return handler.tryBegin <= step && step < handler.tryEnd;
+  });
+  if (around == handlers.end()) return false;
+  if (tsql::undoesTransaction(error) || session_->abortsTransactions()) session_->doom();
+  const auto number = static_cast<std::size_t>(around - handlers.begin());
+  caught_.insert_or_assign({frames_.size() - 1, number}, error);
+  next_ = static_cast<std::size_t>(around->catchBegin);
+  return true;
+}
+
+bool BatchRun::caughtFurtherOut() const {
+  return std::any_of(frames_.begin(), frames_.end() - 1, [](const Frame& frame) {
+    const auto step = static_cast<int>(frame.index);
+    return std::ranges::any_of(frame.program->program.handlers, [&](const tsql::Handler& handler) {
+      return handler.tryBegin <= step && step < handler.tryEnd;
+    });
+  });
+}
+
+// The error of the innermost CATCH block around the step that runs.
+const tsql::SqlError* BatchRun::caughtError() const {
+  for (auto depth = frames_.size(); depth-- > 0;) {
+    const auto step = static_cast<int>(frames_[depth].index);
+    const auto& handlers = frames_[depth].program->program.handlers;
+    for (std::size_t i = 0; i < handlers.size(); ++i) {
+      if (step < handlers[i].catchBegin || step >= handlers[i].catchEnd) continue;
+      const auto found = caught_.find({depth, i});
+      if (found != caught_.end()) return &found->second;
+    }
+  }
+  return nullptr;
+}
+
+void BatchRun::bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter) {
+  using Source = tsql::Parameter::Source;
+  const auto* error = caughtError();
+  Result value;
+  if (error && parameter.source == Source::CaughtNumber) value = error->number();
+  if (error && parameter.source == Source::CaughtMessage) value = error->message();
+  if (error && parameter.source == Source::CaughtSeverity) value = error->severity();
+  if (error && parameter.source == Source::CaughtState) value = error->state();
+  if (error && parameter.source == Source::CaughtLine) value = error->line();
+  const auto converted =
+      tsql::convert(value.datum(), parameter.from, parameter.to, std::nullopt, accountSetCollation());
+  bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
 }
 
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
@@ -292,18 +411,19 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runPrint(program, index, *print);
     session_->setRowCount(0);
   } else if (const auto* transaction = std::get_if<tsql::TransactionStep>(&body)) {
-    runTransaction(*transaction);
+    runTransaction(program, index, *transaction);
     session_->setRowCount(0);
   } else if (const auto* error = std::get_if<tsql::ErrorStep>(&body)) {
     throw tsql::SqlError(error->number, 16, error->message);
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
     runRaise(program, index, *raised);
     session_->setRowCount(0);
+  } else if (const auto* thrown = std::get_if<tsql::ThrowStep>(&body)) {
+    runThrow(program, index, *thrown);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
-    // Most need nothing done: row counts are not results here, with NOCOUNT or without.
-    if (option->name == "XACT_ABORT") session_->setAbortsTransactions(option->on);
+    runOption(program, index, *option);
     session_->setRowCount(0);
   }
 }
@@ -329,6 +449,7 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
 }
 
 void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
+  refuseDoomed(step.table);
   session_->beforeChange(step.table);
   auto& database = session_->database();
   if (step.truncates && ConstraintExplainer(database, session_->catalogue()).isReferenced(step.table)) {
@@ -392,6 +513,7 @@ tsql::SqlError BatchRun::brokenKey(const tsql::ExecuteStep& step, std::string_vi
 }
 
 void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
+  refuseDoomed({});
   session_->beforeDefinition();
   auto& database = session_->database();
   for (const auto& table : step.dropped) {
@@ -419,6 +541,12 @@ bool BatchRun::holds(CompiledProgram& program, std::size_t index, const tsql::Ju
 void BatchRun::jumpTo(int target) {
   if (target >= 0) {
     next_ = static_cast<std::size_t>(target);
+  } else if (target <= tsql::JumpStep::firstLabel) {
+    const auto number = static_cast<std::size_t>(tsql::JumpStep::labelOf(target));
+    const int step = frames_.back().program->program.labels[number].step;
+    if (step != tsql::Label::elsewhere) return jumpTo(step);
+    leaving_ = target;
+    next_ = static_cast<std::size_t>(-1);
   } else if (target == tsql::JumpStep::endOfBatch) {
     ended_ = true;
   } else {
@@ -468,28 +596,96 @@ void BatchRun::runPrint(CompiledProgram& program, std::size_t index, const tsql:
   (void)session_->database().step(statement.get());
 }
 
-void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step) {
-  std::string message;
-  std::int64_t severity = 0;
-  {
-    const auto statement = bound(program.steps[index].pools.front(), step.query.statement, SQLITE_STATIC);
-    if (session_->database().step(statement.get())) {
-      message = Cell::of(statement.get(), 0).kind == Cell::Kind::text ? Cell::of(statement.get(), 0).text() : "";
-      severity = sqlite3_column_int64(statement.get(), 1);
-    }
-  }
-  if (severity > highestMessageSeverity) throw tsql::SqlError(userError, static_cast<int>(severity), message);
+// The only row of a step's query.
+std::vector<Result> BatchRun::valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query) {
+  std::vector<Result> values;
+  const auto statement = bound(program.steps[index].pools.front(), query.statement, SQLITE_STATIC);
+  if (!session_->database().step(statement.get())) return values;
+  for (int i = 0; i < sqlite3_column_count(statement.get()); ++i) values.push_back(columnResult(statement.get(), i));
+  return values;
 }
 
-void BatchRun::runTransaction(const tsql::TransactionStep& step) {
+void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step) {
+  const auto values = valuesOf(program, index, step.query);
+  const auto number = [&](std::size_t place, int least, int other, int most) {
+    const auto given = values[place].isNull() ? 0 : values[place].integer();
+    return given < least ? other : static_cast<int>(std::min<std::int64_t>(given, most));
+  };
+  const int severity = number(1, 0, 0, highestSeverity);
+  const int state = number(2, 0, 1, highestState);
+  const int line = program.program.steps[index].line;
+  if (severity >= severityToLog && !step.logs) throw tsql::SqlError(tsql::Message::SeverityWithoutLog);
+  if (severity >= fatalSeverity) {
+    throw tsql::SqlError(40517, 16,
+                         "'RAISERROR' in line " + std::to_string(line) + ": a severity above 19 is not supported.");
+  }
+  if (step.numbered) runRaiseOfNumber(values[0].isNull() ? 0 : values[0].integer(), severity, state, line);
+  if (severity <= highestMessageSeverity) return;
+  const auto message = values[0].kind() == tsql::Kind::Text ? values[0].text() : std::string();
+  throw tsql::SqlError(userError, severity, message).withState(state);
+}
+
+// There are no messages of the user; those of SQL Server are not all here.
+void BatchRun::runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const {
+  if (number < lowestMessageNumber || number == userError) {
+    throw tsql::SqlError(tsql::Message::MessageNumber, {std::to_string(number)});
+  }
+  if (number < userError) {
+    throw tsql::SqlError(40517, 16,
+                         "'RAISERROR' in line " + std::to_string(line) + ": a message of the server is not supported.");
+  }
+  throw tsql::SqlError(tsql::Message::MessageNotFound,
+                       {std::to_string(number), std::to_string(severity), std::to_string(state)});
+}
+
+void BatchRun::runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step) {
+  if (!step.query) {
+    const auto* error = caughtError();
+    if (!error) return;
+    throw tsql::SqlError(*error).asThrown();
+  }
+  const auto values = valuesOf(program, index, *step.query);
+  const auto number = values[0].isNull() ? 0 : values[0].integer();
+  if (number < userError) throw tsql::SqlError(tsql::Message::ThrownNumber, {std::to_string(number)});
+  const auto message = values[1].isNull() ? std::string() : values[1].text();
+  const auto state = values[2].isNull() ? 0 : values[2].integer();
+  throw tsql::SqlError(static_cast<int>(number), 16, message).withState(static_cast<int>(state)).asThrown();
+}
+
+void BatchRun::refuseDoomed(std::string_view table) const {
+  if (session_->doomed() && !table.starts_with("@")) throw tsql::SqlError(tsql::Message::Uncommittable);
+}
+
+void BatchRun::runTransaction(CompiledProgram& program, std::size_t index, const tsql::TransactionStep& step) {
+  std::string name = step.name;
+  if (!step.query.statement.text.empty()) {
+    const auto values = valuesOf(program, index, step.query);
+    if (!values[0].isNull()) name = values[0].text();
+  }
   switch (step.verb) {
     case tsql::TransactionStep::Verb::Begin:
-      return session_->begin();
+      return session_->begin(name);
     case tsql::TransactionStep::Verb::Commit:
       return session_->commit();
     case tsql::TransactionStep::Verb::Rollback:
-      return session_->rollback();
+      return name.empty() ? session_->rollback() : session_->rollbackTo(name);
+    case tsql::TransactionStep::Verb::Save:
+      return session_->save(name);
   }
+}
+
+// Most options need nothing done: row counts are not results here, with NOCOUNT or without.
+void BatchRun::runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step) {
+  constexpr int daysOfTheWeek = 7;
+  if (step.name == "XACT_ABORT") return session_->setAbortsTransactions(step.on);
+  if (step.name == "LANGUAGE") return session_->setDateFirst(daysOfTheWeek);
+  if (step.name != "DATEFIRST") return;
+  const auto values = valuesOf(program, index, step.query);
+  const auto day = values[0].isNull() ? 0 : values[0].integer();
+  if (day < 1 || day > daysOfTheWeek) {
+    throw tsql::SqlError(2742, 16, "SET DATEFIRST " + std::to_string(day) + " is out of range.");
+  }
+  session_->setDateFirst(static_cast<int>(day));
 }
 
 void BatchRun::forget(const CompiledProgram* program) {
@@ -507,13 +703,20 @@ void BatchRun::runDeferred(CompiledProgram& program, std::size_t index, const ts
   auto current = deferred_[{&program, index}];
   if (!current || current->catalogueVersion != catalogue.version()) {
     if (current) forget(current.get());
-    current = std::make_shared<CompiledProgram>(
-        tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version());
+    try {
+      current = std::make_shared<CompiledProgram>(
+          tsql::compileDeferred(batch_, program.program, step, catalogue, options_), catalogue.version());
+    } catch (const tsql::SqlError& error) {
+      notCaught_ = !tsql::isRaisedByRunning(error);
+      throw;
+    }
     deferred_[{&program, index}] = current;
   }
   runSteps(current);
   const int leaving = std::exchange(leaving_, 0);
-  if (leaving != 0) jumpTo(leaving == tsql::JumpStep::breakOuter ? step.breakTo : step.continueTo);
+  if (leaving == 0) return;
+  if (leaving <= tsql::JumpStep::firstLabel) return jumpTo(leaving);
+  jumpTo(leaving == tsql::JumpStep::breakOuter ? step.breakTo : step.continueTo);
 }
 
 Lease BatchRun::bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
@@ -558,6 +761,17 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
     }
     case Source::RowColumn:
       return bindValue((*row_)[index].datum(), SQLITE_TRANSIENT);
+    case Source::CaughtNumber:
+    case Source::CaughtMessage:
+    case Source::CaughtSeverity:
+    case Source::CaughtState:
+    case Source::CaughtLine:
+    case Source::CaughtProcedure:
+      return bindCaught(statement, position, parameter);
+    case Source::XactState:
+      return bindValue(Datum(session_->transactionState()), lifetime);
+    case Source::DateFirst:
+      return bindValue(Datum(session_->dateFirst()), lifetime);
     case Source::Fetch:
       return bindValue(Datum(-1), lifetime);  // no cursor has been read from
   }

@@ -78,7 +78,9 @@ tsql::SqlError ConstraintExplainer::explain(const ConstraintFailure& failure, st
   switch (failure.code()) {
     case SQLITE_CONSTRAINT_NOTNULL: {
       const auto columns = columnsOf(object);
-      const auto owner = std::string(database_.databaseName()) + "." + withSchema(tableOf(object));
+      const auto written = tableOf(object);
+      const auto owner = written.starts_with('@') ? std::string(written)
+                                                  : std::string(database_.databaseName()) + "." + withSchema(written);
       return {Message::NullColumn, {columns.empty() ? std::string() : columns.front(), owner, verb}};
     }
     case SQLITE_CONSTRAINT_UNIQUE:
@@ -131,7 +133,10 @@ tsql::SqlError ConstraintExplainer::checkFailed(const std::string& name, std::st
 }
 
 std::string ConstraintExplainer::place(std::string_view table, const std::vector<std::string>& columns) const {
-  std::string text = "database \"" + database_.databaseName() + "\", table \"" + withSchema(table) + "\"";
+  // Table variables have no schema, and live in a database of their own.
+  const bool variable = table.starts_with('@');
+  std::string text = "database \"" + (variable ? std::string("tempdb") : database_.databaseName()) + "\", table \"" +
+                     (variable ? std::string(table) : withSchema(table)) + "\"";
   if (columns.size() == 1) text += ", column '" + columns.front() + "'";
   return text;
 }

@@ -63,6 +63,12 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
     takeQuery(print->query);
   } else if (const auto* raised = std::get_if<tsql::RaiseStep>(&body)) {
     takeQuery(raised->query);
+  } else if (const auto* thrown = std::get_if<tsql::ThrowStep>(&body)) {
+    if (thrown->query) takeQuery(*thrown->query);
+  } else if (const auto* transaction = std::get_if<tsql::TransactionStep>(&body)) {
+    takeQuery(transaction->query);
+  } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
+    takeQuery(option->query);
   }
   return step;
 }

@@ -37,13 +37,14 @@ Session::~Session() {
   rollbackIfAny();
 }
 
-void Session::begin() {
+void Session::begin(std::string_view name) {
   if (depth_ == 0) {
     // A statement in the middle of its rows keeps the state that it began with, and SQLite does not let a connection
     // write on an old state.
     settleRunning();
     runOwn("BEGIN IMMEDIATE");
     clientsOwn_ = false;
+    transactionName_ = name;
   }
   ++depth_;
 }
@@ -101,8 +102,10 @@ void Session::keepIdentities() noexcept {
 
 void Session::commit() {
   if (depth_ == 0) throw tsql::SqlError(tsql::Message::CommitWithoutBegin);
+  if (doomed_) throw tsql::SqlError(tsql::Message::Uncommittable);
   if (depth_ == 1) {
     runOwn("COMMIT");
+    savepoints_.clear();
     definitionsChanged_ = false;
     usedIdentities_.clear();
   }
@@ -112,15 +115,46 @@ void Session::commit() {
 void Session::rollback() {
   if (depth_ == 0) throw tsql::SqlError(tsql::Message::RollbackWithoutBegin);
   settleRunning();
+  tableVariables_.keep();
   depth_ = 0;
+  doomed_ = false;
+  savepoints_.clear();
   // SQLite may have ended the transaction by itself, as it does when the disk is full.
   if (database_.inTransaction()) runOwn("ROLLBACK");
   if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
   if (!usedIdentities_.empty()) keepIdentities();
+  tableVariables_.putBack();
+}
+
+void Session::save(const std::string& name) {
+  if (depth_ == 0) throw tsql::SqlError(tsql::Message::SaveWithoutBegin);
+  if (doomed_) throw tsql::SqlError(tsql::Message::Uncommittable);
+  settleRunning();
+  runOwn("SAVEPOINT " + quotedName("save " + name));
+  savepoints_.push_back(name);
+}
+
+void Session::rollbackTo(const std::string& name) {
+  if (depth_ == 0) throw tsql::SqlError(tsql::Message::RollbackWithoutBegin);
+  const auto found = std::find(savepoints_.rbegin(), savepoints_.rend(), name);
+  if (found == savepoints_.rend()) {
+    if (name == transactionName_ && !name.empty()) return rollback();
+    throw tsql::SqlError(tsql::Message::NoSuchSavepoint, {name});
+  }
+  if (doomed_) throw tsql::SqlError(tsql::Message::UncommittableSave);
+  settleRunning();
+  tableVariables_.keep();
+  runOwn("ROLLBACK TO " + quotedName("save " + name));
+  savepoints_.erase(found.base(), savepoints_.end());
+  if (definitionsChanged_) catalogue_.invalidate();
+  if (!usedIdentities_.empty()) keepIdentities();
+  tableVariables_.putBack();
 }
 
 void Session::rollbackIfAny() noexcept {
   depth_ = 0;
+  doomed_ = false;
+  savepoints_.clear();
   if (database_.inTransaction()) sqlite3_exec(database_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
   if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
 }
@@ -188,7 +222,10 @@ AutomationError Session::failure(AutomationError error, std::string_view sql) {
   if (detail.sql.empty()) detail.sql = sql;
   error.withDatabase(std::move(detail));
   // A full disk and the like end SQLite's transaction together with the statement.
-  if (!database_.inTransaction()) depth_ = 0;
+  if (!database_.inTransaction()) {
+    depth_ = 0;
+    doomed_ = false;
+  }
   return error;
 }
 
@@ -223,7 +260,7 @@ std::string Session::version() const {
 
 std::optional<std::int64_t> Session::objectId(std::string_view name, std::string_view type) const {
   const auto* table = catalogue_.find(lastPart(name));
-  if (!table) return std::nullopt;
+  if (!table || table->name.starts_with("@")) return std::nullopt;
   if (!type.empty()) {
     std::string wanted(type);
     while (!wanted.empty() && wanted.back() == ' ') wanted.pop_back();

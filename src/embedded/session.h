@@ -17,6 +17,7 @@
 #include "embedded/function_bridge.h"
 #include "embedded/program_cache.h"
 #include "embedded/schema_catalogue.h"
+#include "embedded/table_variables.h"
 #include "platform/error.h"
 #include "tsql/functions.h"
 
@@ -50,14 +51,26 @@ class Session final : public tsql::Session {
   [[nodiscard]] ProgramCache& programs() { return programs_; }
 
   // Transactions. The depth is @@TRANCOUNT.
-  /// Begins one, or counts one more. Waits for writers of other connections.
-  void begin();
+  /// Begins one, or counts one more. Waits for writers of other connections. The outermost one has a name if it was
+  /// given one.
+  void begin(std::string_view name = {});
   /// The same for the client, whose transaction no failing batch ends.
   void beginForClient();
-  /// Ends the innermost; the outermost one writes. Raises 3902 without one.
+  /// Ends the innermost; the outermost one writes. Raises 3902 without one, 3930 for one that may only be undone.
   void commit();
   /// Undoes everything, whatever the depth. Raises 3903 without one.
   void rollback();
+  /// SAVE TRANSACTION: a place to which changes can be undone. Raises 628 without a transaction.
+  void save(const std::string& name);
+  /// Undoes what came after the savepoint of that name, or everything if it is that of the outermost transaction.
+  /// Raises 3903 without a transaction, 6401 for another name, 3931 where the transaction may only be undone.
+  void rollbackTo(const std::string& name);
+  /// An error that a handler has caught leaves the transaction readable, to be undone as a whole. Not that of the
+  /// client.
+  void doom() { doomed_ = depth_ > 0 && !clientsOwn_; }
+  [[nodiscard]] bool doomed() const { return doomed_; }
+  /// XACT_STATE()
+  [[nodiscard]] int transactionState() const { return depth_ == 0 ? 0 : doomed_ ? -1 : 1; }
   /// The same, for want of a transaction without an error.
   void rollbackIfAny() noexcept;
   /// What an error that ends the batch does to a transaction that a batch has begun.
@@ -127,6 +140,8 @@ class Session final : public tsql::Session {
   /// The values begin anew.
   void forgetIdentity(const std::string& table) { usedIdentities_.erase(table); }
   void setDefinitionsChanged();
+  [[nodiscard]] TableVariables& tableVariables() { return tableVariables_; }
+  void setDateFirst(int day) { dateFirst_ = day; }
 
   /// Counts an error of the database and hands it on as automation sees it.
   [[nodiscard]] AutomationError failure(const tsql::SqlError& error, std::string_view sql);
@@ -149,6 +164,7 @@ class Session final : public tsql::Session {
     return catalogue_.objectName(id);
   }
   [[nodiscard]] const tsql::Table* tableNamed(std::string_view name) const override;
+  [[nodiscard]] int dateFirst() const override { return dateFirst_; }
   [[nodiscard]] tsql::RandomState& random() override { return random_; }
   [[nodiscard]] std::array<std::byte, 16> uniqueBytes() override;
 
@@ -167,6 +183,11 @@ class Session final : public tsql::Session {
   std::int32_t depth_ = 0;
   bool clientsOwn_ = false;  // the client began the outermost transaction
   bool abortsTransactions_ = false;
+  bool doomed_ = false;
+  std::string transactionName_;
+  std::vector<std::string> savepoints_;  // of the open transaction, in their order
+  TableVariables tableVariables_{*this};
+  int dateFirst_ = 7;
   std::map<std::string, std::int64_t> usedIdentities_;  // by tables that the open transaction has written
   bool definitionsChanged_ = false;
   std::int64_t rowCount_ = 0;

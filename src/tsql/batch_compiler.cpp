@@ -61,21 +61,86 @@ bool usesVariable(const tree::Expression& expression, const std::string& name) {
 
 }  // namespace
 
-void BatchCompiler::declareVariables(const std::vector<tree::StatementPtr>& statements) {
+void BatchCompiler::declareNames(const std::vector<tree::StatementPtr>& statements) {
+  std::vector<int> blocks;
+  collectNames(statements, blocks);
+  for (const auto& [node, around] : jumps_) checkJump(*node, around);
+}
+
+void BatchCompiler::collectNames(const std::vector<tree::StatementPtr>& statements, std::vector<int>& blocks) {
   for (const auto& node : statements) {
-    declareVariables(node->statements);
-    for (const auto& declaration : node->declarations) {
-      const auto same = [&](const Variable& other) { return sameName(other.name, declaration.name); };
-      if (std::ranges::any_of(program_.variables, same)) {
-        throw SqlError(Message::VariableDeclaredTwice, {declaration.name}).at(lineOf(batch_, declaration.token));
+    if (node->kind == StatementKind::Try) {
+      for (const auto& block : node->statements) {
+        blocks.push_back(block->token);
+        collectNames(block->statements, blocks);
+        blocks.pop_back();
       }
-      program_.variables.push_back({declaration.name, declaration.type});
+      continue;
+    }
+    collectNames(node->statements, blocks);
+    for (const auto& declaration : node->declarations) declareVariable(declaration);
+    if (node->kind == StatementKind::Label) declareLabel(*node, blocks);
+    if (node->kind == StatementKind::GoTo) jumps_.emplace_back(node.get(), blocks);
+  }
+}
+
+void BatchCompiler::declareVariable(const tree::Declaration& declaration) {
+  const auto sameVariable = [&](const Variable& other) { return sameName(other.name, declaration.name); };
+  const auto sameTable = [&](const TableVariable& other) { return sameName(other.table->name, declaration.name); };
+  if (std::ranges::any_of(program_.variables, sameVariable) || std::ranges::any_of(program_.tableVariables, sameTable))
+    throw SqlError(Message::VariableDeclaredTwice, {declaration.name}).at(lineOf(batch_, declaration.token));
+  if (!declaration.table) {
+    program_.variables.push_back({declaration.name, declaration.type, declaration.token});
+    return;
+  }
+  writer_.beginStatement();
+  auto table = std::make_shared<Table>(tableOf(*declaration.table));
+  DdlStep definition = tableDefinition(*declaration.table, *table);
+  TableVariable variable;
+  variable.table = std::move(table);
+  variable.token = declaration.token;
+  for (auto& statement : definition.statements) variable.definition.push_back(std::move(statement.text));
+  program_.tableVariables.push_back(std::move(variable));
+}
+
+int BatchCompiler::labelNumber(const std::string& name) const {
+  const auto same = [&](const Label& label) { return sameName(label.name, name); };
+  const auto found = std::ranges::find_if(program_.labels, same);
+  return found == program_.labels.end() ? -1 : static_cast<int>(found - program_.labels.begin());
+}
+
+void BatchCompiler::declareLabel(const StatementNode& node, const std::vector<int>& blocks) {
+  if (labelNumber(node.name) >= 0) throw SqlError(Message::LabelTwice, {node.name}).at(lineOf(batch_, node.token));
+  program_.labels.push_back({node.name, Label::elsewhere, blocks});
+}
+
+// A jump may leave handlers, not enter them.
+void BatchCompiler::checkJump(const StatementNode& node, const std::vector<int>& blocks) const {
+  const int number = labelNumber(node.name);
+  if (number < 0) throw SqlError(Message::LabelMissing, {node.name}).at(lineOf(batch_, node.token));
+  const auto& around = program_.labels[static_cast<std::size_t>(number)].blocks;
+  const bool entered = around.size() > blocks.size() || !std::equal(around.begin(), around.end(), blocks.begin());
+  if (entered) throw SqlError(Message::JumpIntoHandler).at(lineOf(batch_, node.token));
+}
+
+// A label inside a statement that waits until it is reached cannot be jumped to before.
+void BatchCompiler::checkLabels() const {
+  for (const auto& [node, around] : jumps_) {
+    const auto& label = program_.labels[static_cast<std::size_t>(labelNumber(node->name))];
+    if (label.step == Label::elsewhere) {
+      throw notSupported(batch_, node->token, "a jump to a label beside statements that define tables");
     }
   }
 }
 
 void BatchCompiler::compileAll(const std::vector<tree::StatementPtr>& statements) {
   for (const auto& node : statements) statement(*node, false);
+}
+
+void BatchCompiler::compileBatch(const std::vector<tree::StatementPtr>& statements) {
+  declareNames(statements);
+  compileAll(statements);
+  checkLabels();
 }
 
 void BatchCompiler::compileReached(const StatementNode& node, bool insideLoop) {
@@ -87,8 +152,10 @@ void BatchCompiler::compileReached(const StatementNode& node, bool insideLoop) {
 // reached.
 void BatchCompiler::statement(const StatementNode& node, bool reached) {
   const std::size_t steps = program_.steps.size();
+  const std::size_t handlers = program_.handlers.size();
   const auto defer = [&] {
     program_.steps.resize(steps);
+    program_.handlers.resize(handlers);
     program_.returnsRows = program_.returnsRows || node.kind == StatementKind::Select || node.kind == StatementKind::If;
     DeferredStep later{node.token, node.endToken};
     if (!loops_.empty()) {
@@ -189,25 +256,33 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Declare:
       return declare(node);
     case StatementKind::Set:
-      return assignVariable(node, node.name, *node.value, node.operation);
+      return assignVariable(node, node.name, *node.value, node.operation, node.token);
     case StatementKind::Print:
       return print(node);
     case StatementKind::RaiseError:
       return raise(node);
+    case StatementKind::Throw:
+      return throwError(node);
+    case StatementKind::Try:
+      return tryCatch(node);
+    case StatementKind::Label:
+      program_.labels[static_cast<std::size_t>(labelNumber(node.name))].step = next();
+      return;
+    case StatementKind::GoTo:
+      add(node, JumpStep{JumpStep::toLabel(labelNumber(node.name))});
+      return;
     case StatementKind::Begin:
-      add(node, TransactionStep{TransactionStep::Verb::Begin});
-      return;
+      return transaction(node, TransactionStep::Verb::Begin);
     case StatementKind::Commit:
-      add(node, TransactionStep{TransactionStep::Verb::Commit});
-      return;
+      return transaction(node, TransactionStep::Verb::Commit);
     case StatementKind::Rollback:
-      add(node, TransactionStep{TransactionStep::Verb::Rollback});
-      return;
+      return transaction(node, TransactionStep::Verb::Rollback);
+    case StatementKind::Save:
+      return transaction(node, TransactionStep::Verb::Save);
     case StatementKind::Call:
       return error(node, SqlError(Message::ProcedureNotFound, {node.name}));
     case StatementKind::Option:
-      add(node, OptionStep{node.name, node.on});
-      return;
+      return option(node);
     case StatementKind::IdentityInsert: {
       const std::string& name = changedTable(node.table).name;
       if (node.on) {
@@ -215,7 +290,7 @@ void BatchCompiler::dispatch(const StatementNode& node) {
       } else {
         identityInsert_.erase(name);
       }
-      add(node, OptionStep{"IDENTITY_INSERT " + name, node.on});
+      add(node, OptionStep{"IDENTITY_INSERT " + name, node.on, {}});
       return;
     }
   }
@@ -271,14 +346,14 @@ void BatchCompiler::leaveLoop(const StatementNode& node) {
 
 void BatchCompiler::declare(const StatementNode& node) {
   for (const auto& declaration : node.declarations) {
-    if (declaration.value) assignVariable(node, declaration.name, *declaration.value, {});
+    if (declaration.value) assignVariable(node, declaration.name, *declaration.value, {}, declaration.token);
   }
 }
 
 void BatchCompiler::assignVariable(const StatementNode& node, const std::string& name, const tree::Expression& value,
-                                   const std::string& operation) {
+                                   const std::string& operation, int token) {
   writer_.beginStatement();
-  const int slot = writer_.variableSlot(name, node.token);
+  const int slot = writer_.variableSlot(name, token);
   const Type type = program_.variables[static_cast<std::size_t>(slot)].type;
   Typed result;
   if (operation.empty()) {
@@ -332,7 +407,7 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
 void BatchCompiler::selectInTurn(const StatementNode& node, const tree::Select& select) {
   for (const auto& item : select.items) {
     if (item.variable.empty()) failMixed(item.token);
-    assignVariable(node, item.variable, *item.expression, {});
+    assignVariable(node, item.variable, *item.expression, {}, item.token);
   }
 }
 
@@ -364,25 +439,13 @@ void BatchCompiler::print(const StatementNode& node) {
   add(node, std::move(step));
 }
 
-void BatchCompiler::raise(const StatementNode& node) {
-  Typed message = writer_.expression(*node.arguments[0], nullptr);
-  if (!message.type.isText()) throw notSupported(batch_, node.arguments[0]->token, "RAISERROR with a message number");
-  const Typed severity = writer_.convert(writer_.expression(*node.arguments[1], nullptr), Type::of(TypeKind::Int));
-  RaiseStep step;
-  step.query.statement = writer_.finish("SELECT " + message.sql + "," + severity.sql);
-  step.query.columns.push_back({"", message.type, "", "", false});
-  step.query.columns.push_back({"", Type::of(TypeKind::Int), "", "", false});
-  add(node, std::move(step));
-}
-
 Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const CompileOptions& options) {
   Program program;
   program.placeholders = batch.placeholders;
   Parser parser(batch, program.structuralLiterals);
   const auto statements = parser.parseBatch();
   BatchCompiler compiler(batch, catalogue, program, options);
-  compiler.declareVariables(statements);
-  compiler.compileAll(statements);
+  compiler.compileBatch(statements);
   auto& structural = program.structuralLiterals;
   std::ranges::sort(structural);
   structural.erase(std::unique(structural.begin(), structural.end()), structural.end());
@@ -393,6 +456,9 @@ Program compileDeferred(const ShapedBatch& batch, const Program& program, const 
                         const Catalogue& catalogue, const CompileOptions& options) {
   Program result;
   result.variables = program.variables;
+  result.tableVariables = program.tableVariables;
+  result.labels = program.labels;
+  for (auto& label : result.labels) label.step = Label::elsewhere;
   result.placeholders = program.placeholders;
   Parser parser(batch, result.structuralLiterals);
   const auto statement = parser.parseStatementAt(step.firstToken);

@@ -14,8 +14,9 @@ class BatchCompiler {
   BatchCompiler(const ShapedBatch& batch, const Catalogue& catalogue, Program& program, const CompileOptions& options)
       : batch_(batch), catalogue_(catalogue), program_(program), writer_(batch, catalogue, program, options) {}
 
-  // Gives every variable of the statements its slot.
-  void declareVariables(const std::vector<tree::StatementPtr>& statements);
+  // Gives every variable of the statements its slot or table, every label its number, and judges the jumps.
+  void declareNames(const std::vector<tree::StatementPtr>& statements);
+  void compileBatch(const std::vector<tree::StatementPtr>& statements);
   void compileAll(const std::vector<tree::StatementPtr>& statements);
   // One statement whose tables must be there now.
   void compileReached(const tree::StatementNode& statement, bool insideLoop);
@@ -26,6 +27,12 @@ class BatchCompiler {
     std::vector<int> breaks;  // steps to be sent behind the loop
   };
 
+  void collectNames(const std::vector<tree::StatementPtr>& statements, std::vector<int>& blocks);
+  void declareVariable(const tree::Declaration& declaration);
+  void declareLabel(const tree::StatementNode& node, const std::vector<int>& blocks);
+  void checkJump(const tree::StatementNode& node, const std::vector<int>& blocks) const;
+  void checkLabels() const;
+  int labelNumber(const std::string& name) const;
   void statement(const tree::StatementNode& node, bool reached);
   void dispatch(const tree::StatementNode& node);
   /// Steps mostly come in the order of the text, so the lines are counted on from the last one.
@@ -42,7 +49,7 @@ class BatchCompiler {
   void leaveLoop(const tree::StatementNode& node);
   void declare(const tree::StatementNode& node);
   void assignVariable(const tree::StatementNode& node, const std::string& name, const tree::Expression& value,
-                      const std::string& operation);
+                      const std::string& operation, int token);
   void select(const tree::StatementNode& node);
   void selectVariables(const tree::StatementNode& node, const tree::Select& select);
   void selectInTurn(const tree::StatementNode& node, const tree::Select& select);
@@ -50,6 +57,11 @@ class BatchCompiler {
   void selectRowByRow(const tree::StatementNode& node, AssignStep step);
   void print(const tree::StatementNode& node);
   void raise(const tree::StatementNode& node);
+  std::string formattedMessage(const tree::StatementNode& node);
+  void throwError(const tree::StatementNode& node);
+  void tryCatch(const tree::StatementNode& node);
+  void transaction(const tree::StatementNode& node, TransactionStep::Verb verb);
+  void option(const tree::StatementNode& node);
   int conditionStep(const tree::StatementNode& node, const tree::Expression& condition);
 
   // Changes (change_compiler.cpp).
@@ -75,6 +87,7 @@ class BatchCompiler {
   // Definitions (definition_compiler.cpp).
   void selectInto(const tree::StatementNode& node, const tree::Select& select);
   void createTable(const tree::StatementNode& node);
+  DdlStep tableDefinition(const tree::StatementNode& node, Table& table);
   void createIndex(const tree::StatementNode& node);
   void alterAdd(const tree::StatementNode& node);
   void addColumn(const tree::StatementNode& node, const Table& table, const tree::ColumnDefinition& definition,
@@ -100,6 +113,7 @@ class BatchCompiler {
   std::size_t countedTo_ = 0;  // so far the text has line_ - 1 line ends
   int line_ = 1;
   std::vector<Loop> loops_;
+  std::vector<std::pair<const tree::StatementNode*, std::vector<int>>> jumps_;  // with the handlers around them
   std::set<std::string> identityInsert_;  // tables with SET IDENTITY_INSERT ON, folded
   bool insideLoop_ = false;               // the statement stands in a loop that is compiled already
   bool definitionsSeen_ = false;          // the catalogue may have changed since the batch was compiled

@@ -287,6 +287,33 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
   return value.sql;
 }
 
+// What the interpreter knows of the batch: the error that is handled, the state of the transaction.
+std::optional<Typed> Writer::toldByInterpreter(const Expression& expression) {
+  using From = Parameter::Source;
+  struct Told {
+    std::string_view name;
+    From source;
+    Type type;
+  };
+  static const Told rows[] = {
+      {"ERROR_NUMBER", From::CaughtNumber, Type::of(TypeKind::Int)},
+      {"ERROR_MESSAGE", From::CaughtMessage, Type::text(TypeKind::NVarChar, 4000)},
+      {"ERROR_SEVERITY", From::CaughtSeverity, Type::of(TypeKind::Int)},
+      {"ERROR_STATE", From::CaughtState, Type::of(TypeKind::Int)},
+      {"ERROR_LINE", From::CaughtLine, Type::of(TypeKind::Int)},
+      {"ERROR_PROCEDURE", From::CaughtProcedure, Type::text(TypeKind::NVarChar, 128)},
+      {"XACT_STATE", From::XactState, Type::of(TypeKind::SmallInt)},
+  };
+  const auto* row = std::ranges::find_if(rows, [&](const Told& told) { return told.name == expression.name; });
+  if (row == std::end(rows)) return std::nullopt;
+  if (inline_) refuse(expression.token, "the function in a definition");
+  Typed result;
+  result.type = row->type;
+  result.sql = addParameter({row->source, 0, row->type, row->type});
+  result.parameter = std::stoi(result.sql.substr(1)) - 1;
+  return result;
+}
+
 Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
   Typed result;
   if (expression.name == "SCOPE_IDENTITY") {
@@ -294,6 +321,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
     result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
     return result;
   }
+  if (auto told = toldByInterpreter(expression)) return *told;
   if (expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK") {
     fail(expression.token, 10753, "The function '" + written(expression.token) + "' must have an OVER clause.");
   }

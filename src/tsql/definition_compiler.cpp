@@ -276,7 +276,7 @@ void BatchCompiler::checkReferenced(const Constraint& constraint, const Table& t
 Table BatchCompiler::tableOf(const StatementNode& node) const {
   Table table;
   table.name = node.table.name;
-  table.temporary = node.table.name.starts_with("#");
+  table.temporary = node.table.name.starts_with("#") || node.table.name.starts_with("@");
   if (node.table.name.starts_with("##")) throw notSupported(batch_, node.table.token, "a global temporary table");
   for (const auto& definition : node.definitions) {
     if (table.find(definition.name) >= 0) {
@@ -309,7 +309,12 @@ void BatchCompiler::createTable(const StatementNode& node) {
   if (catalogue_.find(node.table.name) != nullptr) {
     return error(node, SqlError(Message::ObjectExists, {node.table.name}));
   }
-  const Table table = tableOf(node);
+  Table table = tableOf(node);
+  add(node, tableDefinition(node, table));
+}
+
+// The statements that make the table. Its columns are told their defaults.
+DdlStep BatchCompiler::tableDefinition(const StatementNode& node, Table& table) {
   const int identity = table.identityColumn();
   DdlStep step;
   std::string items;
@@ -376,7 +381,8 @@ void BatchCompiler::createTable(const StatementNode& node) {
       switch (constraint.kind) {
         case Constraint::Kind::Default: {
           bool constant = false;
-          items += " DEFAULT " + defaultText(*constraint.expression, column, constant);
+          table.columns[i].defaultText = defaultText(*constraint.expression, column, constant);
+          items += " DEFAULT " + table.columns[i].defaultText;
           break;
         }
         case Constraint::Kind::Check:
@@ -425,7 +431,7 @@ void BatchCompiler::createTable(const StatementNode& node) {
                                  "(" + items + constraints + ")",
                              {}});
   for (auto& index : indexes) step.statements.push_back({std::move(index), {}});
-  add(node, std::move(step));
+  return step;
 }
 
 void BatchCompiler::createIndex(const StatementNode& node) {

@@ -12,6 +12,10 @@ enum class ErrorReach {
 
 ErrorReach reachOf(const SqlError& error);
 
+// Whether a handler around the statement sees the error, which came up when the waiting statement was compiled at last:
+// definitions look for their tables when they run, everything else is as if it had been compiled with the handler.
+bool isRaisedByRunning(const SqlError& error);
+
 // Whether the error, which ends the batch, also undoes the transaction that is open: a value that cannot be converted
 // does.
 bool undoesTransaction(const SqlError& error);

@@ -124,7 +124,8 @@ void Writer::structural(int literal) {
 
 int Writer::variableSlot(const std::string& name, int token) const {
   for (std::size_t i = 0; i < program_.variables.size(); ++i) {
-    if (sameName(program_.variables[i].name, name)) return static_cast<int>(i);
+    const Variable& variable = program_.variables[i];
+    if (sameName(variable.name, name) && variable.token <= token) return static_cast<int>(i);
   }
   fail(token, Message::MustDeclareVariable, {name});
 }
@@ -253,6 +254,7 @@ std::string Writer::assignTo(const Typed& value, const Type& to, const std::stri
 }
 
 std::string Writer::fullName(const Table& table) const {
+  if (table.name.starts_with("@")) return table.name;
   const std::string database = table.temporary ? "tempdb" : options_.database;
   return (database.empty() ? "" : database + ".") + "dbo." + table.name;
 }
@@ -298,6 +300,7 @@ Typed Writer::variable(const Expression& expression) {
       {"@@ERROR", Parameter::Source::Error, Type::of(TypeKind::Int).orNull(false)},
       {"@@TRANCOUNT", Parameter::Source::TranCount, Type::of(TypeKind::Int).orNull(false)},
       {"@@IDENTITY", Parameter::Source::Identity, Type::decimal(38, 0)},
+      {"@@DATEFIRST", Parameter::Source::DateFirst, Type::of(TypeKind::TinyInt).orNull(false)},
   };
   Typed result;
   Parameter parameter;

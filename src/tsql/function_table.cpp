@@ -11,7 +11,7 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 95> functions{{
+constexpr auto functions = std::to_array<FunctionRow>({
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
@@ -108,9 +108,16 @@ constexpr std::array<FunctionRow, 95> functions{{
     {"ROW_NUMBER",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"RANK",        "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
-}};
+    {"ERROR_NUMBER",    "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_MESSAGE",   "",              0, 0, {},                                    R::NVarChar,     4000, no,                true},
+    {"ERROR_SEVERITY",  "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_STATE",     "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_LINE",      "",              0, 0, {},                                    R::Int,             0, no,                true},
+    {"ERROR_PROCEDURE", "",              0, 0, {},                                    R::NVarChar,      128, no,                true},
+    {"XACT_STATE",      "",              0, 0, {},                                    R::Int,             0, no,                false},
+});
 
-constexpr std::array<std::string_view, 145> refused{
+constexpr auto refused = std::to_array<std::string_view>({
     "APPLOCK_MODE", "APPLOCK_TEST", "APPROX_COUNT_DISTINCT", "APPROX_PERCENTILE_CONT", "APPROX_PERCENTILE_DISC", "APP_NAME",
     "ASSEMBLYPROPERTY", "ASYMKEYPROPERTY", "ASYMKEY_ID", "BINARY_CHECKSUM", "BIT_COUNT", "CERTENCODED",
     "CERTPRIVATEKEY", "CERTPROPERTY", "CERT_ID", "CHECKSUM", "CHECKSUM_AGG", "COLLATIONPROPERTY",
@@ -118,8 +125,8 @@ constexpr std::array<std::string_view, 145> refused{
     "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID", "DATEDIFF_BIG",
     "DATETIME2FROMPARTS", "DATETIMEOFFSETFROMPARTS", "DATETRUNC", "DATE_BUCKET", "DECOMPRESS", "DECRYPTBYASYMKEY",
     "DECRYPTBYCERT", "DECRYPTBYKEY", "DECRYPTBYKEYAUTOASYMKEY", "DECRYPTBYKEYAUTOCERT", "DECRYPTBYPASSPHRASE", "ENCRYPTBYASYMKEY",
-    "ENCRYPTBYCERT", "ENCRYPTBYKEY", "ENCRYPTBYPASSPHRASE", "ERROR_LINE", "ERROR_MESSAGE", "ERROR_NUMBER",
-    "ERROR_PROCEDURE", "ERROR_SEVERITY", "ERROR_STATE", "EVENTDATA", "FILEGROUPPROPERTY", "FILEGROUP_ID",
+    "ENCRYPTBYCERT", "ENCRYPTBYKEY", "ENCRYPTBYPASSPHRASE",
+    "EVENTDATA", "FILEGROUPPROPERTY", "FILEGROUP_ID",
     "FILEGROUP_NAME", "FILEPROPERTY", "FILE_ID", "FILE_IDEX", "FILE_NAME", "FIRST_VALUE",
     "FORMAT", "FORMATMESSAGE", "FULLTEXTCATALOGPROPERTY", "FULLTEXTSERVICEPROPERTY", "GETANSINULL", "GET_BIT",
     "GET_FILESTREAM_TRANSACTION_CONTEXT", "GROUPING", "GROUPING_ID", "HASHBYTES", "HAS_DBACCESS", "HAS_PERMS_BY_NAME",
@@ -134,11 +141,11 @@ constexpr std::array<std::string_view, 145> refused{
     "SIGNBYCERT", "SQL_VARIANT_PROPERTY", "STATS_DATE", "STRING_AGG", "STRING_ESCAPE", "STRING_SPLIT",
     "SUSER_ID", "SUSER_SID", "SWITCHOFFSET", "SYMKEYPROPERTY", "SYSDATETIME", "SYSDATETIMEOFFSET",
     "SYSUTCDATETIME", "TERTIARY_WEIGHTS", "TEXTPTR", "TEXTVALID", "TIMEFROMPARTS", "TODATETIMEOFFSET",
-    "TRIGGER_NESTLEVEL", "TRY_PARSE", "TYPEPROPERTY", "VERIFYSIGNEDBYASYMKEY", "VERIFYSIGNEDBYCERT", "XACT_STATE",
-};
+    "TRIGGER_NESTLEVEL", "TRY_PARSE", "TYPEPROPERTY", "VERIFYSIGNEDBYASYMKEY", "VERIFYSIGNEDBYCERT",
+});
 static_assert(std::ranges::is_sorted(refused));
 
-constexpr std::array<AggregateRow, 10> aggregates{{
+constexpr auto aggregates = std::to_array<AggregateRow>({
     {"COUNT",     "count",     "count",        AggregateRule::Count},
     {"COUNT_BIG", "count",     "count",        AggregateRule::CountBig},
     {"SUM",       "ts_sum",    "ts_sum", AggregateRule::Sum},
@@ -149,9 +156,9 @@ constexpr std::array<AggregateRow, 10> aggregates{{
     {"STDEVP",    "ts_stdevp", "ts_stdevp",    AggregateRule::Spread},
     {"VAR",       "ts_var",    "ts_var",       AggregateRule::Spread},
     {"VARP",      "ts_varp",   "ts_varp",      AggregateRule::Spread},
-}};
+});
 
-constexpr std::array<OperatorRow, 9> operators{{
+constexpr auto operators = std::to_array<OperatorRow>({
     {"+", "add",      "ts_add"},
     {"-", "subtract", "ts_sub"},
     {"*", "multiply", "ts_mul"},
@@ -161,9 +168,9 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"|", "'|'",      "ts_or"},
     {"^", "'^'",      "ts_xor"},
     {"~", "'~'",      "ts_not"},
-}};
+});
 
-constexpr std::array<std::string_view, 15> emitted{
+constexpr auto emitted = std::to_array<std::string_view>({
     "ts_convert",        // value, packed from, packed to, style
     "ts_try_convert",    // the same, where null is what does not convert
     "ts_greatest",       // packed type, values of that type
@@ -178,8 +185,9 @@ constexpr std::array<std::string_view, 15> emitted{
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
+    "ts_format_message",  // message of RAISERROR, letters for the kinds of its values, values
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
-};
+});
 // clang-format on
 
 template <typename Rows, typename Member>

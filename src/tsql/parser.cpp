@@ -200,6 +200,9 @@ std::vector<tree::StatementPtr> Parser::parseBatch() {
 
 tree::StatementPtr Parser::parseStatementAt(int first) {
   at_ = first;
+  // Whether THROW may stand there was judged with the whole batch.
+  throwMayFollow_ = first;
+  catchDepth_ = 1;
   return statement();
 }
 

@@ -40,13 +40,15 @@ class Parser {
   [[noreturn]] void refuse(std::string_view what) const;
   void refuseNul(std::string_view name) const;
   bool isName() const;
+  // A name, but no label, which no statement takes for a part of itself.
+  bool isAlias() const { return isName() && !isOperator(1, ":"); }
   std::string name();
   std::string anyName();
   std::string optionalAlias();
   int structuralInteger();
   int takeSignedInteger();
 
-  // Statements (parser_statement.cpp, parser_definition.cpp).
+  // Statements (parser_statement.cpp, parser_flow.cpp, parser_option.cpp, parser_definition.cpp).
   tree::StatementPtr statement();
   tree::StatementPtr simpleStatement();
   tree::StatementPtr block();
@@ -58,7 +60,23 @@ class Parser {
   tree::StatementPtr print();
   tree::StatementPtr raiseError();
   tree::StatementPtr transaction(tree::StatementKind kind);
+  void transactionName(tree::StatementNode& statement);
+  tree::StatementPtr blockOf(int first);
+  tree::StatementPtr tryCatch();
+  [[nodiscard]] bool beginsThrow() const;
+  tree::StatementPtr throwError();
+  tree::ExpressionPtr constantOrVariable(bool sign);
+  tree::StatementPtr label();
+  tree::StatementPtr goTo();
+  tree::StatementPtr leaveBatch();
+  tree::StatementPtr option();
+  tree::StatementPtr isolationLevel();
+  tree::StatementPtr statistics();
+  tree::StatementPtr valuedOption();
+  void declareTable(tree::Declaration& declaration);
+  tree::TableName changedTable();
   tree::StatementPtr selectStatement();
+  void refuseKnownStatement() const;
   [[nodiscard]] bool isFirstStatement() const;
   tree::StatementPtr procedureCall(bool execute);
   bool procedureArgument();
@@ -119,6 +137,7 @@ class Parser {
   void collation();
   tree::ExpressionPtr primary();
   tree::ExpressionPtr wordExpression();
+  [[noreturn]] void memberOf(const tree::Expression& variable) const;
   tree::ExpressionPtr caseExpression();
   tree::ExpressionPtr immediateIf();
   tree::ExpressionPtr trimExpression();
@@ -144,6 +163,8 @@ class Parser {
   std::vector<int>& structural_;
   int at_ = 0;
   int depth_ = 0;
+  int catchDepth_ = 0;      // blocks of CATCH around
+  int throwMayFollow_ = 0;  // a token that begins a statement though no statement was ended before it
   std::string typedColumn_;
   int typeOrdinal_ = 0;  // of the column or variable whose type is read, 0 for others
 };

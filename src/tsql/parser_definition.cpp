@@ -20,7 +20,10 @@ StatementPtr makeStatement(StatementKind kind) {
 tree::TableName Parser::tableName() {
   tree::TableName result;
   result.token = at_;
-  if (token().kind == TokenKind::Variable) refuse("a table variable");
+  // Names that begin so are those of table variables, and a table of that name could not be told from one.
+  if (token().kind == TokenKind::QuotedName && here().size() > 1 && here()[1] == '@') {
+    refuse("a table whose name begins with @");
+  }
   result.name = name();
   while (takeOperator(".")) {
     if (!result.schema.empty()) result.database = std::move(result.schema);
@@ -30,6 +33,46 @@ tree::TableName Parser::tableName() {
     result.name = anyName();
   }
   return result;
+}
+
+// A table that rows are put into or taken from, which may be a variable.
+tree::TableName Parser::changedTable() {
+  if (token().kind != TokenKind::Variable) return tableName();
+  tree::TableName result;
+  result.token = at_;
+  result.name = here();
+  ++at_;
+  return result;
+}
+
+// @x TABLE (columns and constraints): constraints have no names, and nothing refers to other tables.
+void Parser::declareTable(tree::Declaration& declaration) {
+  ++at_;
+  auto table = makeStatement(StatementKind::CreateTable);
+  table->token = declaration.token;
+  table->table.token = declaration.token;
+  table->table.name = declaration.name;
+  expectOperator("(");
+  do {
+    if (isWord("CONSTRAINT")) fail();
+    if (isWord("INDEX")) refuse("an index of a table variable");
+    definitionItem(*table);
+  } while (takeOperator(","));
+  expectOperator(")");
+  if (table->definitions.empty()) fail();
+  const auto check = [&](const Constraint& constraint) {
+    if (!constraint.name.empty()) {
+      throw SqlError(Message::IncorrectSyntaxKeyword, {"CONSTRAINT"}).at(lineOf(batch_, constraint.token));
+    }
+    if (constraint.kind == Constraint::Kind::ForeignKey) {
+      throw notSupported(batch_, constraint.token, "a foreign key of a table variable");
+    }
+  };
+  for (const auto& constraint : table->constraints) check(constraint);
+  for (const auto& column : table->definitions) {
+    for (const auto& constraint : column.constraints) check(constraint);
+  }
+  declaration.table = std::move(table);
 }
 
 std::vector<std::string> Parser::nameList() {

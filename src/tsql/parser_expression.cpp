@@ -214,6 +214,7 @@ ExpressionPtr Parser::primary() {
       auto result = make(ExpressionKind::Variable);
       result->name = here();
       ++at_;
+      if (isOperator(".")) memberOf(*result);
       return result;
     }
     case TokenKind::QuotedName:
@@ -236,6 +237,12 @@ ExpressionPtr Parser::primary() {
   auto inner = condition();
   expectOperator(")");
   return inner;
+}
+
+// The columns of a table variable are named by an alias only; types with methods are not there.
+void Parser::memberOf(const Expression& variable) const {
+  if (peek(1).kind == TokenKind::Word && isOperator(2, "(")) refuse("a method of a variable");
+  throw SqlError(Message::MustDeclareVariable, {variable.name}).at(lineOf(batch_, variable.token));
 }
 
 ExpressionPtr Parser::wordExpression() {

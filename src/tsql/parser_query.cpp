@@ -189,7 +189,7 @@ std::string Parser::optionalAlias() {
     ++at_;
     return std::string(literal.text);
   }
-  if (as || isName()) return name();
+  if (as || isAlias()) return name();
   return {};
 }
 
@@ -325,8 +325,9 @@ TableReferencePtr Parser::tablePrimary() {
     expectOperator(")");
     return result;
   }
-  if (token().kind == TokenKind::Variable) refuse("a table variable");
-  const auto table = tableName();
+  const bool variable = token().kind == TokenKind::Variable;
+  if (variable && isOperator(1, ".")) refuse("a method of a variable as a table");
+  const auto table = changedTable();
   if (isOperator("(") && !isWord(1, "NOLOCK") && !isWord(1, "READUNCOMMITTED") && !isWord(1, "UPDLOCK") &&
       !isWord(1, "HOLDLOCK") && !isWord(1, "ROWLOCK") && !isWord(1, "TABLOCK") && !isWord(1, "TABLOCKX") &&
       !isWord(1, "READPAST") && !isWord(1, "PAGLOCK") && !isWord(1, "XLOCK") && !isWord(1, "INDEX")) {
@@ -344,7 +345,7 @@ TableReferencePtr Parser::tablePrimary() {
 void Parser::tableAlias(TableReference& reference) {
   if (takeWord("AS")) {
     reference.alias = name();
-  } else if (isName()) {
+  } else if (isAlias()) {
     reference.alias = name();
   } else {
     return;

@@ -61,16 +61,25 @@ StatementPtr Parser::simpleStatement() {
     ++at_;
     return result;
   }
-  if (takeWord("RETURN")) return makeStatement(StatementKind::Return);
+  if (isWord("SAVE")) return transaction(StatementKind::Save);
+  if (isWord("RETURN")) return leaveBatch();
+  if (isWord("GOTO")) return goTo();
+  if (isName() && isOperator(1, ":")) return label();
+  if (beginsThrow()) return throwError();
+  refuseKnownStatement();
   const bool execute = isWord("EXEC") || isWord("EXECUTE");
   if (execute || (isName() && isFirstStatement())) return procedureCall(execute);
-  static constexpr std::string_view known[] = {"MERGE",   "GRANT", "REVOKE",     "DENY",  "USE",       "GOTO",
-                                               "WAITFOR", "OPEN",  "FETCH",      "CLOSE", "BACKUP",    "RESTORE",
-                                               "DBCC",    "KILL",  "CHECKPOINT", "SAVE",  "DEALLOCATE"};
+  fail();
+}
+
+void Parser::refuseKnownStatement() const {
+  static constexpr std::string_view known[] = {
+      "MERGE",      "GRANT",   "REVOKE",      "DENY",     "USE",        "WAITFOR",    "OPEN", "FETCH",    "CLOSE",
+      "BACKUP",     "RESTORE", "DBCC",        "KILL",     "CHECKPOINT", "DEALLOCATE", "BULK", "READTEXT", "WRITETEXT",
+      "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN", "REVERT",     "DUMP",       "LOAD"};
   for (const auto word : known) {
     if (isWord(word)) refuse("the statement");
   }
-  fail();
 }
 
 bool Parser::isFirstStatement() const {
@@ -103,7 +112,7 @@ bool Parser::procedureArgument() {
   if (token().kind == TokenKind::Variable && isOperator(1, "=")) at_ += 2;
   const bool sign = isOperator("-");
   if (sign) ++at_;
-  const bool value = token().kind == TokenKind::Literal || token().kind == TokenKind::Variable || isName() ||
+  const bool value = token().kind == TokenKind::Literal || token().kind == TokenKind::Variable || isAlias() ||
                      isWord("NULL") || isWord("DEFAULT");
   if (!value) {
     if (sign) fail();
@@ -158,7 +167,7 @@ StatementPtr Parser::insert() {
   ++at_;
   if (isWord("TOP")) refuse("INSERT TOP");
   takeWord("INTO");
-  result->table = tableName();
+  result->table = changedTable();
   if (isWord("WITH") && isOperator(1, "(")) tableHints();
   if (isOperator("(") && !beginsQuery(0)) result->columns = nameList();
   if (isWord("OUTPUT")) refuse("OUTPUT");
@@ -219,7 +228,7 @@ StatementPtr Parser::update() {
   auto result = makeStatement(StatementKind::Update);
   ++at_;
   top(*result);
-  result->table = tableName();
+  result->table = changedTable();
   tableHints();
   expectWord("SET");
   result->assignments = assignments();
@@ -232,7 +241,7 @@ StatementPtr Parser::remove() {
   ++at_;
   top(*result);
   takeWord("FROM");
-  result->table = tableName();
+  result->table = changedTable();
   tableHints();
   fromAndWhere(*result);
   return result;
@@ -250,8 +259,11 @@ StatementPtr Parser::conditional() {
   auto result = makeStatement(StatementKind::If);
   ++at_;
   result->where = requiredCondition();
+  throwMayFollow_ = at_;
   result->statements.push_back(statement());
-  if (takeWord("ELSE")) result->statements.push_back(statement());
+  if (!takeWord("ELSE")) return result;
+  throwMayFollow_ = at_;
+  result->statements.push_back(statement());
   return result;
 }
 
@@ -259,6 +271,7 @@ StatementPtr Parser::loop() {
   auto result = makeStatement(StatementKind::While);
   ++at_;
   result->where = requiredCondition();
+  throwMayFollow_ = at_;
   result->statements.push_back(statement());
   return result;
 }
@@ -268,38 +281,15 @@ StatementPtr Parser::begin() {
     ++at_;
     return transaction(StatementKind::Begin);
   }
-  if (isWord(1, "TRY") || isWord(1, "CATCH") || isWord(1, "DISTRIBUTED")) {
+  if (isWord(1, "TRY")) return tryCatch();
+  if (isWord(1, "DISTRIBUTED") || isWord(1, "DIALOG") || isWord(1, "CONVERSATION") || isWord(1, "ATOMIC")) {
     ++at_;
     refuse("BEGIN of that kind");
   }
-  auto result = makeStatement(StatementKind::Block);
-  ++at_;
-  while (takeOperator(";")) {
-  }
-  while (!isWord("END")) {
-    if (isEnd()) fail();
-    result->statements.push_back(statement());
-  }
+  const int first = at_++;
+  auto result = blockOf(first);
   if (result->statements.empty()) fail();
   ++at_;
-  return result;
-}
-
-// BEGIN/COMMIT/ROLLBACK [TRAN[SACTION] | WORK] [name]: names mark nothing, but for ROLLBACK to a savepoint, which is
-// refused together with SAVE.
-StatementPtr Parser::transaction(StatementKind kind) {
-  auto result = makeStatement(kind);
-  if (kind != StatementKind::Begin) ++at_;
-  if (isWord("TRAN") || isWord("TRANSACTION")) {
-    ++at_;
-    if (isName()) {
-      result->name = name();
-    } else if (token().kind == TokenKind::Variable) {
-      ++at_;
-    }
-  } else {
-    takeWord("WORK");
-  }
   return result;
 }
 
@@ -317,7 +307,12 @@ StatementPtr Parser::declare() {
     ++at_;
     takeWord("AS");
     typeOrdinal_ = static_cast<int>(result->declarations.size()) + 1;
-    if (isWord("TABLE") || isWord("CURSOR")) refuse("a variable of that kind");
+    if (isWord("CURSOR")) refuse("a variable of that kind");
+    if (isWord("TABLE")) {
+      declareTable(declaration);
+      result->declarations.push_back(std::move(declaration));
+      continue;
+    }
     declaration.type = type();
     typeOrdinal_ = 0;
     if (typeRow(declaration.type.kind).takesLength && declaration.type.length == 0) declaration.type.length = 1;
@@ -354,77 +349,13 @@ StatementPtr Parser::set() {
     if (!result->on) expectWord("OFF");
     return result;
   }
-  if (isWord("TRANSACTION") && isWord(1, "ISOLATION")) {
-    auto result = makeStatement(StatementKind::Option);
-    result->name = "TRANSACTION ISOLATION LEVEL";
-    at_ += 2;
-    expectWord("LEVEL");
-    if (takeWord("READ")) {
-      if (!takeWord("COMMITTED")) expectWord("UNCOMMITTED");
-    } else if (takeWord("REPEATABLE")) {
-      expectWord("READ");
-    } else if (!takeWord("SERIALIZABLE")) {
-      expectWord("SNAPSHOT");
-    }
-    return result;
-  }
-  static constexpr std::string_view accepted[] = {"NOCOUNT",
-                                                  "ANSI_NULLS",
-                                                  "ANSI_WARNINGS",
-                                                  "ANSI_PADDING",
-                                                  "ANSI_NULL_DFLT_ON",
-                                                  "ANSI_NULL_DFLT_OFF",
-                                                  "ARITHABORT",
-                                                  "ARITHIGNORE",
-                                                  "QUOTED_IDENTIFIER",
-                                                  "CONCAT_NULL_YIELDS_NULL",
-                                                  "XACT_ABORT",
-                                                  "NUMERIC_ROUNDABORT",
-                                                  "IMPLICIT_TRANSACTIONS",
-                                                  "CURSOR_CLOSE_ON_COMMIT",
-                                                  "ANSI_DEFAULTS"};
-  for (const auto option : accepted) {
-    if (!isWord(option)) continue;
-    auto result = makeStatement(StatementKind::Option);
-    result->name = option;
-    const int word = at_++;
-    result->on = takeWord("ON");
-    if (!result->on) expectWord("OFF");
-    // Options that would change what later statements mean are taken only with the meaning that holds anyway.
-    static constexpr std::string_view fixedOn[] = {"ANSI_NULLS", "QUOTED_IDENTIFIER", "CONCAT_NULL_YIELDS_NULL"};
-    static constexpr std::string_view fixedOff[] = {"IMPLICIT_TRANSACTIONS", "NUMERIC_ROUNDABORT", "ARITHIGNORE"};
-    for (const auto fixed : fixedOn) {
-      if (option == fixed && !result->on) throw notSupported(batch_, word, "the option OFF");
-    }
-    for (const auto fixed : fixedOff) {
-      if (option == fixed && result->on) throw notSupported(batch_, word, "the option ON");
-    }
-    return result;
-  }
-  if (isWord("ROWCOUNT") || isWord("DATEFORMAT") || isWord("DATEFIRST") || isWord("LANGUAGE") ||
-      isWord("LOCK_TIMEOUT") || isWord("TEXTSIZE")) {
-    refuse("the option");
-  }
-  fail();
+  return option();
 }
 
 StatementPtr Parser::print() {
   auto result = makeStatement(StatementKind::Print);
   ++at_;
   result->value = expression();
-  return result;
-}
-
-StatementPtr Parser::raiseError() {
-  auto result = makeStatement(StatementKind::RaiseError);
-  ++at_;
-  expectOperator("(");
-  do {
-    result->arguments.push_back(expression());
-  } while (takeOperator(","));
-  expectOperator(")");
-  if (result->arguments.size() != 3) refuse("RAISERROR with values to fill in");
-  if (isWord("WITH")) refuse("RAISERROR ... WITH");
   return result;
 }
 

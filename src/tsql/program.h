@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "tsql/catalogue.h"
 #include "tsql/type.h"
 
 // What the compiler makes of a batch: a list of steps for a small interpreter that owns an SQLite connection.
@@ -26,7 +28,15 @@ struct Parameter {
     Identity,       // @@IDENTITY: decimal(38,0) text or null
     ScopeIdentity,  // SCOPE_IDENTITY(): the same in this engine, which has no triggers
     Fetch,          // @@FETCH_STATUS
-    RowColumn,      // column `index` of the row that AssignStep::forRow is run for
+    CaughtNumber,   // ERROR_NUMBER() and the others: of the error that brought the program to the CATCH block around;
+    CaughtMessage,  // null elsewhere
+    CaughtSeverity,
+    CaughtState,
+    CaughtLine,
+    CaughtProcedure,
+    XactState,  // XACT_STATE()
+    DateFirst,  // @@DATEFIRST
+    RowColumn,  // column `index` of the row that AssignStep::forRow is run for
   };
   Source source = Source::Literal;
   int index = 0;
@@ -110,6 +120,10 @@ struct JumpStep {
   static constexpr int endOfBatch = -1;
   static constexpr int breakOuter = -2;
   static constexpr int continueOuter = -3;
+  // And below: the step of a label that may stand in the program around, which the interpreter looks up.
+  static constexpr int firstLabel = -4;
+  static constexpr int toLabel(int number) { return firstLabel - number; }
+  static constexpr int labelOf(int target) { return firstLabel - target; }
   int target = 0;  // may be steps.size()
 };
 
@@ -131,8 +145,10 @@ struct PrintStep {
 };
 
 struct TransactionStep {
-  enum class Verb { Begin, Commit, Rollback };
+  enum class Verb { Begin, Commit, Rollback, Save };
   Verb verb = Verb::Begin;
+  std::string name;  // as written, or ...
+  Query query;       // ... the only value of the query, where it has a text
 };
 
 // The error is raised when the step is reached.
@@ -141,15 +157,27 @@ struct ErrorStep {
   std::string message;
 };
 
-// RAISERROR: the query's two values are message and severity; severity above 10 is error 50000, otherwise a message.
+// RAISERROR: the query's three values are message, severity and state; severity above 10 is error 50000, otherwise a
+// message.
 struct RaiseStep {
   Query query;
+  bool setsError = false;  // @@ERROR is 50000 even after a message
+  bool logs = false;       // severities above 18 are allowed
+  // The number of a message in the place of the message itself.
+  bool numbered = false;
+};
+
+// THROW: the query's values are number, message and state. Without a query: the error that the CATCH block around has
+// caught, once more.
+struct ThrowStep {
+  std::optional<Query> query;
 };
 
 // SET NOCOUNT ON and others that only have to be accepted; the name is in capitals ("NOCOUNT").
 struct OptionStep {
   std::string name;
   bool on = false;
+  Query query;  // its value, where it has one: a text that is not empty
 };
 
 // A statement that names tables which did not exist, or may have changed, when the batch was compiled: it is compiled
@@ -164,7 +192,7 @@ struct DeferredStep {
 };
 
 using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
-                              TransactionStep, ErrorStep, RaiseStep, OptionStep, DeferredStep>;
+                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, DeferredStep>;
 
 struct Step {
   int line = 1;  // where the statement begins in the batch
@@ -174,10 +202,39 @@ struct Step {
 struct Variable {
   std::string name;  // with the '@', as declared
   Type type;         // starts as null
+  int token = 0;     // where it is declared
+};
+
+// A TRY block with its CATCH block, as ranges of steps: an error of a step in [tryBegin, tryEnd) goes to catchBegin, if
+// no narrower range holds the step. The error is what the steps of [catchBegin, catchEnd) are told of.
+struct Handler {
+  int tryBegin = 0;
+  int tryEnd = 0;
+  int catchBegin = 0;
+  int catchEnd = 0;
+};
+
+// DECLARE @t TABLE: a table in SQLite's temp schema under the name with the '@'. It is there, empty, when the batch
+// begins.
+struct TableVariable {
+  std::shared_ptr<const Table> table;
+  std::vector<std::string> definition;  // statements that make it
+  int token = 0;                        // where it is declared
+};
+
+// A label of the batch. The step is unknown in the programs of deferred statements that it stands outside of.
+struct Label {
+  static constexpr int elsewhere = -1;
+  std::string name;
+  int step = elsewhere;
+  std::vector<int> blocks;  // the TRY and CATCH blocks around it, by their first tokens
 };
 
 struct Program {
   std::vector<Step> steps;
+  std::vector<Handler> handlers;
+  std::vector<TableVariable> tableVariables;
+  std::vector<Label> labels;
   std::vector<Variable> variables;
   std::vector<int> structuralLiterals;  // literals whose value or width the program depends on, for structuralKey()
   std::vector<std::string> tablesRead;  // the catalogue's spelling, each once, deferred statements left out

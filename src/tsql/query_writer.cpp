@@ -563,7 +563,8 @@ Query Writer::finishQuery(const BoundQuery& query) {
     result.columns.push_back({output.name, type, output.table, output.column, output.identity});
   }
   const BoundBody& body = *query.body;
-  if (body.operation == SetOperator::None && body.updatable != nullptr) {
+  // A table variable is gone when a record set would write to it.
+  if (body.operation == SetOperator::None && body.updatable != nullptr && !body.updatable->name.starts_with("@")) {
     RowSource rows;
     rows.table = body.updatable->name;
     const std::string row = "," + body.rowAlias + ".rowid";

@@ -45,6 +45,7 @@ std::string_view nameOf(const FunctionRow& row) {
   if (row.name == "COALESCE" || row.name == "CHOOSE" || row.name == "GREATEST" || row.name == "LEAST")
     return "the highest type among the arguments";
   if (row.name == "SCOPE_IDENTITY") return "decimal(38,0)";
+  if (row.name == "XACT_STATE") return "smallint";
   switch (row.result) {
     case ResultRule::Int:
       return "int";
@@ -201,7 +202,6 @@ std::string referencePage() {
   page +=
       "\n## Where the answer differs from SQL Server\n\n"
       "- An identity column is an `int` when the catalogue is asked, whatever integer type it was declared with.\n"
-      "- Variables exist in the whole batch, also before their DECLARE.\n"
       "- The message of a duplicate key (2627, 2601) does not tell the value.\n"
       "- A text that is too long is error 8152, as under compatibility level 140 and below, not 2628.\n";
   return page;

@@ -30,9 +30,17 @@ const Table* Writer::findTable(const std::string& schema, const std::string& nam
   if (!schema.empty() && !sameName(schema, "dbo")) {
     fail(token, Message::InvalidObject, {schema + "." + name});
   }
+  if (name.starts_with("@")) return tableVariable(name, token);
   const Table* table = catalogue_.find(name);
   if (table == nullptr) throw UnknownTable{schema.empty() ? name : schema + "." + name, token};
   return table;
+}
+
+const Table* Writer::tableVariable(const std::string& name, int token) const {
+  for (const TableVariable& variable : program_.tableVariables) {
+    if (sameName(variable.table->name, name) && variable.token <= token) return variable.table.get();
+  }
+  throw SqlError(Message::TableVariable, {name}).at(lineOf(batch_, token));
 }
 
 // There are no other databases; tables whose names begin with '#' are in one of their own.

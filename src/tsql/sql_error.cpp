@@ -111,6 +111,37 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
      "The %1 statement conflicted with the %2 constraint \"%3\". The conflict occurred in %4."},
     {Message::CommitWithoutBegin, 3902, 16, "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION."},
     {Message::RollbackWithoutBegin, 3903, 16, "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION."},
+    {Message::SaveWithoutBegin, 628, 16, "Cannot issue SAVE TRANSACTION when there is no active transaction."},
+    {Message::NoSuchSavepoint, 6401, 16,
+     "Cannot roll back %1. No transaction or savepoint of that name was found."},
+    {Message::Uncommittable, 3930, 16,
+     "The current transaction cannot be committed and cannot support operations that write to the log file. Roll back "
+     "the transaction."},
+    {Message::UncommittableAtEnd, 3998, 16,
+     "Uncommittable transaction is detected at the end of the batch. The transaction is rolled back."},
+    {Message::UncommittableSave, 3931, 16,
+     "The current transaction cannot be committed and cannot be rolled back to a savepoint. Roll back the entire "
+     "transaction."},
+    {Message::MessageType, 2786, 16,
+     "The data type of substitution parameter %1 does not match the expected type of the format specification."},
+    {Message::MessageFormat, 2787, 16, "Invalid format specification: '%1'."},
+    {Message::MessageParameter, 2748, 16, "Cannot specify %1 data type (parameter %2) as a substitution parameter."},
+    {Message::MessageNumber, 2732, 16,
+     "Error number %1 is invalid. The number must be from 13000 through 2147483647 and it cannot be 50000."},
+    {Message::MessageNotFound, 18054, 16,
+     "Error %1, severity %2, state %3 was raised, but no message with that error number was found in sys.messages. If "
+     "error is larger than 50000, make sure the user-defined message is added using sp_addmessage."},
+    {Message::SeverityWithoutLog, 2754, 16,
+     "Error severity levels greater than 18 can only be specified by members of the sysadmin role, using the WITH LOG "
+     "option."},
+    {Message::ThrownNumber, 35100, 16,
+     "Error number %1 in the THROW statement is outside the valid range. Specify an error number in the valid range of "
+     "50000 to 2147483647."},
+    {Message::TableVariable, 1087, 15, "Must declare the table variable \"%1\"."},
+    {Message::LabelTwice, 132, 15,
+     "The label '%1' has already been declared. Label names must be unique within a query batch or stored procedure."},
+    {Message::LabelMissing, 133, 15, "A GOTO statement references the label '%1' but the label has not been declared."},
+    {Message::JumpIntoHandler, 1026, 15, "GOTO cannot be used to jump into a TRY or CATCH scope."},
 }};
 // clang-format on
 
@@ -145,6 +176,22 @@ SqlError::SqlError(Message message, std::initializer_list<std::string_view> inse
     : number_(rowOf(message).number),
       severity_(rowOf(message).severity),
       text_(filledIn(rowOf(message).text, inserts)) {}
+
+// The states that SQL Server gives its own errors; those that are not here have 1.
+int SqlError::state() const noexcept {
+  if (state_ != unknownState) return state_;
+  struct State {
+    int number;
+    int state;
+  };
+  static constexpr std::array states{State{220, 2},  State{235, 0},  State{241, 1},   State{242, 3},   State{515, 2},
+                                     State{537, 3},  State{547, 0},  State{2714, 6},  State{2812, 62}, State{3701, 5},
+                                     State{8114, 5}, State{8115, 2}, State{8152, 13}, State{8169, 2}};
+  for (const auto& row : states) {
+    if (row.number == number_) return row.state;
+  }
+  return 1;
+}
 
 SqlError::SqlError(int number, int severity, std::string text)
     : number_(number), severity_(severity), text_(std::move(text)) {}

@@ -78,6 +78,23 @@ enum class Message {
   // Transactions.
   CommitWithoutBegin,    // 3902
   RollbackWithoutBegin,  // 3903
+  SaveWithoutBegin,      // 628
+  NoSuchSavepoint,       // 6401: name
+  Uncommittable,         // 3930
+  UncommittableAtEnd,    // 3998
+  UncommittableSave,     // 3931
+  // Raised errors.
+  MessageType,         // 2786: number of the value
+  MessageFormat,       // 2787: what is not understood
+  MessageParameter,    // 2748: type, number of the argument
+  MessageNumber,       // 2732: number
+  MessageNotFound,     // 18054: number, severity, state
+  SeverityWithoutLog,  // 2754
+  ThrownNumber,        // 35100: number
+  TableVariable,       // 1087: name
+  LabelTwice,          // 132: label
+  LabelMissing,        // 133: label
+  JumpIntoHandler,     // 1026
   Count_
 };
 
@@ -96,13 +113,28 @@ class SqlError : public std::exception {
     line_ = line;
     return *this;
   }
+  // What ERROR_STATE() tells.
+  [[nodiscard]] int state() const noexcept;
+  SqlError& withState(int state) noexcept {
+    state_ = state;
+    return *this;
+  }
+  // Raised by THROW, which ends the batch whatever the number.
+  [[nodiscard]] bool thrown() const noexcept { return thrown_; }
+  SqlError& asThrown() noexcept {
+    thrown_ = true;
+    return *this;
+  }
   [[nodiscard]] const std::string& message() const noexcept { return text_; }
   [[nodiscard]] const char* what() const noexcept override { return text_.c_str(); }
 
  private:
+  static constexpr int unknownState = -1;
   int number_;
   int severity_;
   int line_ = 0;
+  int state_ = unknownState;
+  bool thrown_ = false;
   std::string text_;
 };
 

@@ -215,6 +215,11 @@ enum class StatementKind {
   Option,
   IdentityInsert,
   Call,  // of a procedure; there are none
+  Try,
+  Throw,
+  Label,
+  GoTo,
+  Save,
 };
 
 struct Declaration {
@@ -222,6 +227,7 @@ struct Declaration {
   Type type;
   ExpressionPtr value;
   int token = 0;
+  StatementPtr table;  // of a table variable: its definition
 };
 
 struct StatementNode {
@@ -238,18 +244,19 @@ struct StatementNode {
   ExpressionPtr top;
   ExpressionPtr where;                   // also the condition of IF and WHILE
   bool defaultValues = false;            // INSERT ... DEFAULT VALUES
-  std::vector<StatementPtr> statements;  // of a block; the two branches of IF; the body of WHILE
+  std::vector<StatementPtr> statements;  // of a block; the two branches of IF; the body of WHILE; two blocks of TRY and
+                                         // CATCH
   std::vector<ColumnDefinition> definitions;
   std::vector<Constraint> constraints;
   std::vector<Declaration> declarations;
-  std::string name;  // index, option, variable
+  std::string name;  // index, option, variable, label, transaction
   std::vector<KeyColumn> keys;
   bool unique = false;
   bool on = false;
   bool ifExists = false;
   ExpressionPtr value;                   // SET, PRINT
   std::string operation;                 // SET @x += ...
-  std::vector<ExpressionPtr> arguments;  // RAISERROR
+  std::vector<ExpressionPtr> arguments;  // RAISERROR, THROW
   std::vector<TableName> tables;         // DROP TABLE a, b
 };
 

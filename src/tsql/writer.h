@@ -184,6 +184,7 @@ class Writer {
   void checkDatabase(const std::string& database, const std::string& schema, const std::string& name, int token) const;
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
+  const Table* tableVariable(const std::string& name, int token) const;
   Query finishQuery(const BoundQuery& query);
   // All columns of a query's tables for its rows, in its order; what the query selects is left to be evaluated for each
   // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
@@ -226,6 +227,7 @@ class Writer {
   Typed caseOf(const tree::Expression& expression, Scope* scope);
   Typed cast(const tree::Expression& expression, Scope* scope);
   Typed call(const tree::Expression& expression, Scope* scope);
+  std::optional<Typed> toldByInterpreter(const tree::Expression& expression);
   Typed writtenOut(const tree::Expression& expression, Scope* scope);
   Typed aggregate(const tree::Expression& expression, Scope* scope);
   Typed aggregateOf(const tree::Expression& expression, Scope* scope);

@@ -364,6 +364,10 @@ struct EngineHarness::State : Catalogue {
         return Result(shared.session.rowCount_);
       case Parameter::Source::Error:
         return Result(shared.session.error_);
+      case Parameter::Source::DateFirst:
+        return Result(7);
+      case Parameter::Source::XactState:
+        return Result(shared.session.transactions_ > 0 ? 1 : 0);
       case Parameter::Source::TranCount:
         return Result(shared.session.transactions_);
       case Parameter::Source::Identity:
@@ -537,6 +541,14 @@ struct EngineHarness::State : Catalogue {
     });
     if (severity > 10) throw SqlError(50000, severity, text);
     return text + "\n";
+  }
+  std::string run(const ThrowStep& step, const Program&, const ShapedBatch& batch, int&, bool&) {
+    SqlError error(0, 16, "");
+    if (step.query) {
+      execute(step.query->statement, batch,
+              [&](sqlite3_stmt* s) { error = SqlError(sqlite3_column_int(s, 0), 16, shownValue(s, 1)).asThrown(); });
+    }
+    throw error;
   }
   std::string run(const OptionStep&, const Program&, const ShapedBatch&, int&, bool&) { return {}; }
   std::string run(const DeferredStep& step, const Program& program, const ShapedBatch& batch, int& next, bool& ended) {

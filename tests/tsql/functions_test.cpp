@@ -16,7 +16,7 @@ TEST(Registry, EveryFunctionHasATestRow) {
   for (const Function& function : registry().functions) {
     bool tested = false;
     for (const auto* rows :
-         {&conversionRows(), &operatorRows(), &textRows(), &dateRows(), &numberRows(), &systemRows()}) {
+         {&conversionRows(), &operatorRows(), &textRows(), &dateRows(), &numberRows(), &systemRows(), &messageRows()}) {
       tested = tested ||
                std::any_of(rows->begin(), rows->end(), [&](const CallRow& row) { return row.name == function.name; });
     }

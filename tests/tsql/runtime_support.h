@@ -181,6 +181,7 @@ const std::vector<CallRow>& textRows();
 const std::vector<CallRow>& dateRows();
 const std::vector<CallRow>& numberRows();
 const std::vector<CallRow>& systemRows();
+const std::vector<CallRow>& messageRows();
 struct AggregateCase {
   std::string_view name;
   std::vector<std::vector<Datum>> rows;
