@@ -609,6 +609,9 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     return result;
   } else if (!type.isNumber()) {
     const bool texts = left.type.isText() && right.type.isText();
+    const bool bytesAndText =
+        (left.type.isBinary() && right.type.isText()) || (left.type.isText() && right.type.isBinary());
+    if (op == '+' && bytesAndText) incompatible();
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   }
