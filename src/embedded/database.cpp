@@ -1,5 +1,6 @@
 #include "embedded/database.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <fstream>
@@ -49,6 +50,13 @@ struct ResetAtExit {
 
 std::string inQuotes(std::string_view text) {
   return "\"" + std::string(text) + "\"";
+}
+
+// What SQLite says of a statement that has more of something than it takes, although SQL Server takes it.
+bool saysLimit(std::string_view message) {
+  static constexpr std::array<std::string_view, 4> beginnings{"parser stack overflow", "Expression tree is too large",
+                                                              "too many ", "at most "};
+  return std::ranges::any_of(beginnings, [message](std::string_view each) { return message.starts_with(each); });
 }
 
 }  // namespace
@@ -235,6 +243,9 @@ void Database::fail(int resultCode) {
   if (timedOut || (resultCode & 0xFF) == SQLITE_INTERRUPT) throw timeoutError({});
   const std::string message = sqlite3_errmsg(handle_.get());
   if ((resultCode & 0xFF) == SQLITE_CONSTRAINT) throw ConstraintFailure(resultCode, message);
+  if (saysLimit(message)) {
+    throw tsql::SqlError(40517, 16, "A statement of this depth or width is not supported: " + message + ".");
+  }
   throw storageError(name_, resultCode, message);
 }
 

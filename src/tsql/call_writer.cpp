@@ -218,8 +218,11 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     const auto part = argument.kind == ExpressionKind::Column && argument.qualifier.empty()
                           ? findDatePart(argument.name)
                           : std::nullopt;
-    if (!part && argument.kind == ExpressionKind::Column &&
-        (sameName(argument.name, "tzoffset") || sameName(argument.name, "tz"))) {
+    if (argument.kind != ExpressionKind::Column) {
+      throw SqlError(1023, 15, "Invalid parameter 1 specified for " + lowered(call.name) + ".")
+          .at(lineOf(batch_, argument.token));
+    }
+    if (!part && (sameName(argument.name, "tzoffset") || sameName(argument.name, "tz"))) {
       refuse(argument.token, "the part of a date");
     }
     if (!part) {
@@ -354,6 +357,8 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
                  values[0].sql + " END)";
     return result;
   }
+  constexpr std::size_t mostOfSqlite = 100;
+  if (values.size() > mostOfSqlite) refuse(expression.token, "a call with more than 100 arguments");
   bool nullable = true;
   std::vector<const Typed*> all;
   for (const Typed& value : values) {

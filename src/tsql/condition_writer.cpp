@@ -24,6 +24,8 @@ std::string balanced(const std::vector<std::string>& parts, std::size_t begin, s
 }
 
 std::string_view operatorName(std::string_view op) {
+  if (op == "IS") return "is not distinct from";
+  if (op == "IS NOT") return "is distinct from";
   if (op == "=") return "equal to";
   if (op == "<>") return "not equal to";
   if (op == "<") return "less than";
@@ -115,7 +117,8 @@ std::string Writer::compare(std::string_view op, Typed left, Typed right, int to
   left = convert(std::move(left), type);
   right = convert(std::move(right), type);
   const std::string other = type.isBinary() ? compared(right.sql, type) : right.sql;
-  return "(" + compared(left.sql, type) + std::string(op) + other + ")";
+  const std::string word = op.starts_with("IS") ? " " + std::string(op) + " " : std::string(op);
+  return "(" + compared(left.sql, type) + word + other + ")";
 }
 
 std::string Writer::inQuery(const Expression& expression, Scope* scope) {

@@ -209,7 +209,9 @@ DateTime dateValue(const Datum& value, const Type& from, const Type& to, std::op
 Result toDate(const Datum& value, const Type& from, const Type& to, std::optional<int> style) {
   DateTime date = dateValue(value, from, to, style);
   if (to.kind == TypeKind::SmallDateTime) date = roundedToMinute(date);
-  if (!boundsOfDate(to.kind).hold(date.days)) throw SqlError(Message::DateRange, {messageName(from), messageName(to)});
+  const bool holds = boundsOfDate(to.kind).hold(date.days);
+  if (!holds && from.isNumber()) throw SqlError(Message::ArithmeticOverflow, {expression, messageName(to)});
+  if (!holds) throw SqlError(Message::DateRange, {messageName(from), messageName(to)});
   return to.kind == TypeKind::Date ? storedDate(date.days) : storedDateTime(date);
 }
 

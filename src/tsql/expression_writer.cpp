@@ -527,6 +527,23 @@ Typed Writer::compoundColumn(const std::string& operation, const std::string& na
   return combine(whole, column(operand, scope), expression(value, scope));
 }
 
+namespace {
+
+// Puts one operand more into the call or brackets that end the text, where it is a chain of the same operator: a sum of
+// many would otherwise be nested deeper than SQLite reads.
+bool longer(Typed& left, char op, const std::string& operand) {
+  constexpr int mostOperands = 40;  // a function of SQLite has 100 arguments at most
+  if (left.chain != op || left.chained == mostOperands || left.sql.empty()) {
+    left.chained = 0;
+    return false;
+  }
+  left.sql.insert(left.sql.size() - 1, operand);
+  ++left.chained;
+  return true;
+}
+
+}  // namespace
+
 Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
   const auto isText = [](const Typed& value) { return value.type.isText() && !value.type.isLongText(); };
   const bool leftText = isText(left) || left.type.kind == TypeKind::Null;
@@ -539,7 +556,9 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
     if (left.type.kind == TypeKind::Null) left.type = right.type;
     if (right.type.kind == TypeKind::Null) right.type = left.type;
     result.type = concatenation(left.type, right.type);
-    result.sql = "(" + left.sql + "||" + right.sql + ")";
+    result.sql = longer(left, '|', "||" + right.sql) ? std::move(left.sql) : "(" + left.sql + "||" + right.sql + ")";
+    result.chain = '|';
+    result.chained = left.chained;
     result.subquery = left.subquery || right.subquery;
     // What goes beyond the longest text of its kind is cut off without an error.
     const bool mayBeCut = result.type.length != maxLength && left.type.length + right.type.length > result.type.length;
@@ -612,6 +631,9 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     return result;
   } else if (!type.isNumber()) {
     const bool texts = left.type.isText() && right.type.isText();
+    const bool bytesAndText =
+        (left.type.isBinary() && right.type.isText()) || (left.type.isText() && right.type.isBinary());
+    if (op == '+' && bytesAndText) incompatible();
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   }
@@ -626,7 +648,12 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     right = convert(std::move(right), type);
   }
   result.type = type.orNull(nullable);
-  result.sql = std::string(row.runtime) + "(" + left.sql + "," + right.sql + "," + std::to_string(type.pack()) + ")";
+  const std::string operand = "," + right.sql + "," + std::to_string(type.pack());
+  const bool chains = op == '+' || op == '-' || op == '*';
+  result.sql = chains && longer(left, op, operand) ? std::move(left.sql)
+                                                   : std::string(row.runtime) + "(" + left.sql + operand + ")";
+  if (chains) result.chain = op;
+  result.chained = left.chained;
   return result;
 }
 

@@ -57,7 +57,7 @@ constexpr auto functions = std::to_array<FunctionRow>({
     {"NCHAR",       "ts_nchar",          1, 1, {Integer},                             R::NChar,           1, no,                true},
     {"QUOTENAME",   "ts_quotename",      1, 2, {Unicode, Unicode},                    R::NVarChar,      258, no,                true},
     {"ISNULL",      "",                  2, 2, {Any, Any},                            R::Int,             0, no,                false},
-    {"COALESCE",    "",                  2, 64, {Any, Any},                           R::Int,             0, no,                false},
+    {"COALESCE",    "",                  2, mostArguments, {Any},                          R::Int,             0, no,                false},
     {"NULLIF",      "",                  2, 2, {Any, Any},                            R::Int,             0, no,                true},
     {"CHOOSE",      "",                  2, mostArguments, {Any},                     R::Int,             0, no,                true},
     {"GREATEST",    "",                  1, mostArguments, {Any},                     R::Int,             0, no,                false},

@@ -102,6 +102,9 @@ class Lexer {
 
   void token() {
     const char c = peek();
+    if (static_cast<unsigned char>(c) >= 0x80) {
+      if (const std::size_t length = currencySign(); length > 0) return money(length);
+    }
     if ((c == 'N' || c == 'n') && peek(1) == '\'') return text(1);
     switch (classOf(c)) {
       case Class::Letter:
@@ -116,7 +119,7 @@ class Lexer {
     if (c == '[') return quotedName(']');
     if (c == '"') return quotedName('"');
     if (c == '.' && isDigit(peek(1))) return number();
-    if (c == '$') return money();  // a lone sign is 0
+    if (c == '$') return money(1);
     if (c == '?') {
       batch_.tokens.push_back({TokenKind::Placeholder, here(), here() + 1, batch_.placeholders++});
       ++at_;
@@ -222,8 +225,35 @@ class Lexer {
     while (isDigit(peek())) ++at_;
   }
 
-  void money() {
-    const auto begin = at_++;
+  // $IDENTITY and the like: columns that are not called by their names.
+  void refusePseudocolumn() const {
+    std::size_t length = 0;
+    while (classOf(peek(length)) == Class::Letter) ++length;
+    const std::string_view word = text_.substr(at_, length);
+    for (const std::string_view known : {"IDENTITY", "ROWGUID", "PARTITION", "ACTION"}) {
+      if (!sameName(word, known)) continue;
+      throw SqlError(
+          40517, 16,
+          "'$" + std::string(word) + "' in line " + std::to_string(line()) + ": a column by its role is not supported.")
+          .at(line());
+    }
+  }
+
+  // The length of a sign that begins an amount as the dollar does; 0 where there is none.
+  std::size_t currencySign() const {
+    for (const std::string_view sign : {"\u00A2", "\u00A3", "\u00A4", "\u00A5", "\u20AC"}) {
+      if (text_.substr(at_).starts_with(sign)) return sign.size();
+    }
+    return 0;
+  }
+
+  // A sign, then perhaps a minus, digits and a point; the sign alone is 0.
+  void money(std::size_t signLength) {
+    const auto begin = at_;
+    at_ += signLength;
+    if (signLength == 1) refusePseudocolumn();
+    const bool negative = peek() == '-' && (isDigit(peek(1)) || peek(1) == '.');
+    if (negative) ++at_;
     const auto first = at_;
     digits();
     if (peek() == '.') ++at_;
@@ -239,7 +269,8 @@ class Lexer {
     if (whole.empty()) whole = "0";
     if (whole.size() > 15) throw SqlError(Message::ArithmeticOverflow, {"expression", "money"}).at(line());
     value.type = Type::of(TypeKind::Money).orNull(false);
-    value.text = batch_.storage.emplace_back(whole + "." + fraction);
+    const bool zero = whole == "0" && fraction == "0000";
+    value.text = batch_.storage.emplace_back((negative && !zero ? "-" : "") + whole + "." + fraction);
     literal(begin, std::move(value), "M");
   }
 
@@ -252,9 +283,11 @@ class Lexer {
       ++at_;
       digits();
     }
-    // A letter E with digits is an exponent; otherwise it begins a word that is glued to the number (1Else).
-    const std::size_t sign = peek(1) == '+' || peek(1) == '-' ? 1 : 0;
-    if ((peek() == 'e' || peek() == 'E') && isDigit(peek(1 + sign))) {
+    // A letter E with digits, or with nothing behind it, is an exponent; otherwise it begins a word that is glued to
+    // the number (1Else).
+    std::size_t sign = peek(1) == '+' || peek(1) == '-' ? 1 : 0;
+    if (!isDigit(peek(1 + sign))) sign = 0;
+    if ((peek() == 'e' || peek() == 'E') && (sign > 0 || isDigit(peek(1)) || !isNamePart(peek(1)))) {
       at_ += 1 + sign;
       digits();
       return real(begin);

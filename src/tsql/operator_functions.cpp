@@ -123,12 +123,8 @@ std::string dateOperation(Operator operation, DateTime left, DateTime right, con
   return storedDateTime(value);
 }
 
-template <Operator operation>
-Result arithmetic(Call& call) {
-  if (anyNull(call)) return {};
-  const Datum& left = call.args[0];
-  const Datum& right = call.args[1];
-  const Type type = Type::unpack(call.args[2].integer());
+Result combined(Operator operation, const Datum& left, const Datum& right, const Type& type) {
+  if (left.isNull() || right.isNull()) return {};
   if (type.isInteger()) return integerOperation(operation, wholeNumber(left), wholeNumber(right), type);
   if (type.isFloat()) return floatOperation(operation, approximateNumber(left), approximateNumber(right), type);
   if (type.isExactText()) return exactOperation(operation, exactNumber(left), exactNumber(right), type);
@@ -136,6 +132,17 @@ Result arithmetic(Call& call) {
     return dateOperation(operation, dateTimeOf(left), dateTimeOf(right), type);
   }
   throw SqlError(Message::InvalidOperand, {messageName(type), "arithmetic"});
+}
+
+// Two operands and the packed type of the result; then further ones from left to right, each with the type of what it
+// makes of the result so far.
+template <Operator operation>
+Result arithmetic(Call& call) {
+  Result result = combined(operation, call.args[0], call.args[1], Type::unpack(call.args[2].integer()));
+  for (std::size_t i = 3; i + 1 < call.args.size(); i += 2) {
+    result = combined(operation, result.datum(), call.args[i], Type::unpack(call.args[i + 1].integer()));
+  }
+  return result;
 }
 
 // value, packed type.
@@ -176,9 +183,9 @@ Result complement(Call& call) {
 }
 
 constexpr std::array functions{
-    Function{"ts_add", 3, 3, true, arithmetic<Operator::Add>},
-    Function{"ts_sub", 3, 3, true, arithmetic<Operator::Subtract>},
-    Function{"ts_mul", 3, 3, true, arithmetic<Operator::Multiply>},
+    Function{"ts_add", 3, -1, true, arithmetic<Operator::Add>},
+    Function{"ts_sub", 3, -1, true, arithmetic<Operator::Subtract>},
+    Function{"ts_mul", 3, -1, true, arithmetic<Operator::Multiply>},
     Function{"ts_div", 3, 3, true, arithmetic<Operator::Divide>},
     Function{"ts_mod", 3, 3, true, arithmetic<Operator::Modulo>},
     Function{"ts_neg", 2, 2, true, negate},

@@ -101,6 +101,7 @@ class Parser {
   std::vector<tree::KeyColumn> keyColumns();
   std::vector<std::string> nameList();
   tree::TableName tableName();
+  [[noreturn]] void invalidLength(int length, int token) const;
   Type type();
 
   // Queries (parser_query.cpp).

@@ -86,7 +86,18 @@ std::vector<std::string> Parser::nameList() {
   return result;
 }
 
+void Parser::invalidLength(int length, int token) const {
+  const int line = lineOf(batch_, token);
+  throw SqlError(
+      1001, 15,
+      "Line " + std::to_string(line) + ": Length or precision specification " + std::to_string(length) + " is invalid.")
+      .at(line);
+}
+
 Type Parser::type() {
+  constexpr int mostDigits = 38;
+  constexpr int mostBits = 53;
+  constexpr int longestOfAll = 8000;
   const int first = at_;
   if (token().kind != TokenKind::Word && token().kind != TokenKind::QuotedName) fail();
   std::string written = anyName();
@@ -122,15 +133,13 @@ Type Parser::type() {
                          std::to_string(type.length) + " is greater than the maximum precision of 38.")
           .at(lineOf(batch_, first));
     }
-    if (!column.empty()) {
-      throw SqlError(131, 15,
-                     "The size (" + std::to_string(type.length) + ") given to the column '" + column +
-                         "' exceeds the maximum allowed for any data type (8000).")
-          .at(lineOf(batch_, first));
-    }
-    throw SqlError(131, 15,
-                   "The size (" + std::to_string(type.length) + ") given to the type '" + written +
-                       "' exceeds the maximum allowed (" + std::to_string(limit) + ").")
+    if (limit == mostDigits) invalidLength(type.length, first);
+    const bool tooWideForAll = type.length > longestOfAll;
+    const std::string owner = column.empty() ? "type '" + written + "'" : "column '" + column + "'";
+    throw SqlError(tooWideForAll ? 131 : 2717, 15,
+                   "The size (" + std::to_string(type.length) + ") given to the " + owner +
+                       " exceeds the maximum allowed " + (tooWideForAll ? "for any data type " : "") + "(" +
+                       std::to_string(tooWideForAll ? longestOfAll : limit) + ").")
         .at(lineOf(batch_, first));
   };
   if (typeRow(type.kind).takesLength) {
@@ -141,21 +150,14 @@ Type Parser::type() {
       type.length = structuralInteger();
       const int limit = type.isUnicode() ? 4000 : 8000;
       if (type.length > limit) tooWide(limit);
-      if (type.length == 0) {
-        throw SqlError(
-            1001, 15,
-            "Line " + std::to_string(lineOf(batch_, first)) + ": Length or precision specification 0 is invalid.");
-      }
+      if (type.length == 0) invalidLength(type.length, first);
     }
   } else if (type.kind == TypeKind::Decimal) {
     const int precision = structuralInteger();
     const int scale = takeOperator(",") ? structuralInteger() : 0;
     type.length = precision;
-    if (precision > 38) tooWide(38);
-    if (precision < 1)
-      throw SqlError(
-          1001, 15,
-          "Line " + std::to_string(lineOf(batch_, first)) + ": Length or precision specification 0 is invalid.");
+    if (precision > mostDigits) tooWide(mostDigits);
+    if (precision < 1) invalidLength(precision, first);
     if (scale > precision && !column.empty()) {
       throw SqlError(183, 15,
                      "The scale (" + std::to_string(scale) + ") for column '" + column +
@@ -170,7 +172,13 @@ Type Parser::type() {
     type.scale = static_cast<std::uint8_t>(scale);
   } else if (type.kind == TypeKind::Float) {
     const int bits = structuralInteger();
-    if (bits < 1 || bits > 53) fail();
+    if (bits > mostBits && typeOrdinal_ > 0) {
+      throw SqlError(2750, 16,
+                     "Column or parameter #" + std::to_string(typeOrdinal_) + ": Specified column precision " +
+                         std::to_string(bits) + " is greater than the maximum precision of 53.")
+          .at(lineOf(batch_, first));
+    }
+    if (bits < 1 || bits > mostBits) invalidLength(bits, first);
     type = Type::of(bits <= 24 ? TypeKind::Real : TypeKind::Float);
   } else if (isWord("MAX") || token().kind == TokenKind::Literal) {
     throw SqlError(2716, 16,

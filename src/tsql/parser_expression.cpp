@@ -68,6 +68,7 @@ ExpressionPtr Parser::predicate() {
     expectOperator(")");
     return result;
   }
+  if ((isWord("CONTAINS") || isWord("FREETEXT")) && isOperator(1, "(")) refuse("full-text search");
   return predicateTail(expression());
 }
 
@@ -76,6 +77,15 @@ ExpressionPtr Parser::predicateTail(ExpressionPtr left) {
     auto result = make(ExpressionKind::IsNull);
     ++at_;
     result->negated = takeWord("NOT");
+    if (takeWord("DISTINCT")) {
+      expectWord("FROM");
+      result->kind = ExpressionKind::Compare;
+      result->name = result->negated ? "IS" : "IS NOT";
+      result->negated = false;
+      result->arguments.push_back(std::move(left));
+      result->arguments.push_back(expression());
+      return result;
+    }
     expectWord("NULL");
     result->arguments.push_back(std::move(left));
     return result;
@@ -126,6 +136,8 @@ ExpressionPtr Parser::comparison(ExpressionPtr left) {
       result->name += '=';
     } else if (result->name == "<" && takeOperator(">")) {
       result->name = "<>";
+    } else if (isOperator(result->name)) {
+      refuse("a shift of bits");
     }
     result->arguments.push_back(std::move(left));
     if (isWord("ALL") || isWord("ANY") || isWord("SOME")) {
@@ -190,6 +202,7 @@ ExpressionPtr Parser::unary() {
       collation();
       result->collated = true;
     }
+    if (isWord("AT") && isWord(1, "TIME") && isWord(2, "ZONE")) refuse("AT TIME ZONE");
     return result;
   }
   const Depth depth(*this);
@@ -262,19 +275,19 @@ ExpressionPtr Parser::wordExpression() {
   if (isWord("CONVERT") || (isWord("TRY_CONVERT") && isOperator(1, "("))) return convertExpression();
   if (isWord("IIF") && isOperator(1, "(")) return immediateIf();
   if (isWord("TRIM") && isOperator(1, "(")) return trimExpression();
-  const bool functionWord = isWord("LEFT") || isWord("RIGHT") || isWord("COALESCE") || isWord("NULLIF");
-  if (isOperator(1, "(") && (functionWord || !isReserved(here()))) {
-    std::string function(here());
-    for (char& c : function) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    if (isRefusedFunction(function) && findFunctionRow(function) == nullptr) refuse("the function");
-    return call(std::move(function));
-  }
   if (isWord("CURRENT_TIMESTAMP") || isWord("CURRENT_USER") || isWord("USER") || isWord("SESSION_USER") ||
       isWord("SYSTEM_USER")) {
     auto result = make(ExpressionKind::Call);
     result->name = isWord("CURRENT_TIMESTAMP") ? "GETDATE" : "USER_NAME";
     ++at_;
     return result;
+  }
+  const bool functionWord = isWord("LEFT") || isWord("RIGHT") || isWord("COALESCE") || isWord("NULLIF");
+  if (isOperator(1, "(") && (functionWord || !isReserved(here()))) {
+    std::string function(here());
+    for (char& c : function) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    if (isRefusedFunction(function) && findFunctionRow(function) == nullptr) refuse("the function");
+    return call(std::move(function));
   }
   return columnName();
 }
@@ -388,6 +401,8 @@ void Parser::callArguments(Expression& call) {
       call.arguments.push_back(expression());
     } while (takeOperator(","));
   }
+  // These two are no functions to SQL Server: too few values are an error of syntax.
+  if ((call.name == "COALESCE" || call.name == "NULLIF") && call.arguments.size() < 2) fail();
   expectOperator(")");
   if (isWord("OVER")) window(call);
 }

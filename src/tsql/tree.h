@@ -36,7 +36,7 @@ enum class ExpressionKind {
   Case,         // operand (may be empty), then pairs in arguments, `otherwise`
   Subquery,     // query
   // Conditions.
-  Compare,  // name: the operator; two arguments
+  Compare,  // name: the operator, IS for that of values of which both may be null, IS NOT; two arguments
   And,      // any number of arguments
   Or,
   Not,         // one argument

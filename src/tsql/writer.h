@@ -71,6 +71,8 @@ struct Typed {
   int parameter = -1;                    // it is just this parameter of the statement being written
   int digitsOf = -1;                     // it is just this literal with a minus before it
   bool subquery = false;                 // a sub-query is part of it
+  char chain = '\0';                     // the operator of a call or a concatenation that may take one operand more ...
+  int chained = 0;                       // ... and how many further ones it has taken
   const SourceColumn* column = nullptr;  // it is just this column
 };
 

@@ -254,6 +254,28 @@ TEST_F(EmbeddedEngineTest, TextThatIsNotUtf8IsRefused) {
   EXPECT_THAT(error.description(), HasSubstr("not UTF-8 at byte 9"));
 }
 
+TEST_F(EmbeddedEngineTest, AStatementBeyondTheLimitsOfSqliteIsRefusedAsOneThatIsNotSupported) {
+  std::string columns = "select 1";
+  for (int i = 0; i < 2000; ++i) columns += ",1";
+  const auto error = errorOf([&] { run(columns); });
+  EXPECT_EQ(error.database().nativeNumber, 40517);
+  EXPECT_THAT(error.description(), HasSubstr("too many columns in result set"));
+}
+
+TEST_F(EmbeddedEngineTest, LongSumsAndConcatenationsAreNotTooDeepForSqlite) {
+  std::string sum = "select 1";
+  std::string text = "select len('a'";
+  std::string mixed = "select 1";
+  for (int i = 0; i < 300; ++i) {
+    sum += "+1";
+    text += "+'a'";
+    mixed += i % 100 < 90 ? "+1.5" : "-0.5";
+  }
+  EXPECT_EQ(scalar(sum), "301");
+  EXPECT_EQ(scalar(text + ")"), "301");
+  EXPECT_EQ(scalar(mixed), "391");
+}
+
 TEST_F(EmbeddedEngineTest, ACommandThatTakesTooLongIsStopped) {
   const auto command = connection_->newCommand();
   command->setCommandText("declare @n int set @n = 0 while @n < 2000000000 set @n = @n + 1");
