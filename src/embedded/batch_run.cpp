@@ -24,6 +24,8 @@ constexpr int fatalSeverity = 20;  // and above
 constexpr int highestSeverity = 25;
 constexpr int highestState = 255;
 constexpr int nullError = 515;
+constexpr int refusedNumber = 40517;
+constexpr int deepestText = 32;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
 constexpr int highestMessageSeverity = 10;
@@ -77,15 +79,30 @@ class BatchRun {
     options_.database = session_->databaseName();
     batch_ = session_->takeShape();
   }
+  // A text that a step of another batch runs.
+  BatchRun(const BatchRun& outer, const std::string& sql, const std::vector<tsql::FormalParameter>& parameters,
+           std::vector<Result> values)
+      : session_(outer.session_),
+        sql_(sql),
+        placeholders_(noPlaceholders()),
+        variables_(std::move(values)),
+        depth_(outer.depth_ + 1),
+        handledOutside_(outer.handledOutside_ || outer.isHandled(outer.frames_.size())),
+        tablesOutside_(outer.tablesBegun_ || outer.tablesOutside_) {
+    for (const auto& parameter : parameters) options_.parameters.push_back(parameter.variable);
+    options_.database = session_->databaseName();
+    batch_ = session_->takeShape();
+  }
   BatchRun(const BatchRun&) = delete;
   BatchRun& operator=(const BatchRun&) = delete;
   ~BatchRun() {
     if (tablesBegun_) session_->tableVariables().end();
-    if (session_->doomed()) session_->rollbackIfAny();
+    if (depth_ == 0 && session_->doomed()) session_->rollbackIfAny();
     session_->giveBackShape(std::move(batch_));
   }
 
   BatchResult run(FirstRead firstRead);
+  void runInside();
   BoundQuery compileOnlyQuery();
 
  private:
@@ -96,7 +113,8 @@ class BatchRun {
   void compileRest(std::shared_ptr<CompiledProgram>& program);
   void handle(tsql::SqlError error);
   [[nodiscard]] bool caughtHere(const tsql::SqlError& error);
-  [[nodiscard]] bool caughtFurtherOut() const;
+  static const std::vector<PlaceholderValue>& noPlaceholders();
+  [[nodiscard]] bool isHandled(std::size_t frames) const;
   [[nodiscard]] const tsql::SqlError* caughtError() const;
   void bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter);
   void beginTableVariables();
@@ -114,6 +132,9 @@ class BatchRun {
   void runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step);
   void runTransaction(CompiledProgram& program, std::size_t index, const tsql::TransactionStep& step);
   void runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step);
+  void runText(CompiledProgram& program, std::size_t index, const tsql::RunTextStep& step);
+  void runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values);
+  void takeOver(BatchRun& inner);
   void refuseDoomed(std::string_view table) const;
   [[nodiscard]] std::vector<Result> valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query);
   void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
@@ -160,6 +181,11 @@ class BatchRun {
   bool changed_ = false;     // something has run that must not run twice
   bool ended_ = false;
   bool tablesBegun_ = false;
+  bool endsAll_ = false;  // the error that has ended this batch ends those around it as well
+  // Of a text that another batch runs.
+  int depth_ = 0;
+  bool handledOutside_ = false;
+  bool tablesOutside_ = false;  // a batch around it has table variables
 };
 
 void BatchRun::compile() {
@@ -228,7 +254,21 @@ BatchResult BatchRun::run(FirstRead firstRead) {
   return std::move(result_);
 }
 
+// The same for a text of another batch, which finds errors and results here.
+void BatchRun::runInside() {
+  compile();
+  if (!compiled_->program.tableVariables.empty()) beginTableVariables();
+  variables_.resize(compiled_->program.variables.size());
+  runSteps(compiled_);
+  settleResults();
+}
+
 void BatchRun::beginTableVariables() {
+  if (tablesOutside_) {
+    throw tsql::SqlError(refusedNumber, 16,
+                         "'" + compiled_->program.tableVariables.front().table->name +
+                             "' in line 1: a table variable beside those of the batch around is not supported.");
+  }
   tablesBegun_ = true;
   if (session_->tableVariables().begin(compiled_->program.tableVariables)) compile();
 }
@@ -290,7 +330,8 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
       runStep(*program, index);
     }
     changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
-    const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
+    const bool keepsError =
+        std::holds_alternative<tsql::JumpStep>(body) || std::holds_alternative<tsql::RunTextStep>(body);
     const auto* raised = std::get_if<tsql::RaiseStep>(&body);
     if (!keepsError) session_->setLastError(raised && raised->setsError ? userError : 0);
   } catch (const tsql::SqlError& error) {
@@ -328,13 +369,19 @@ void BatchRun::handle(tsql::SqlError error) {
   if (error.line() == 0) error.at(frame.program->program.steps[frame.index].line);
   session_->setLastError(error.number());
   session_->setRowCount(0);
-  const bool mayBeCaught = !std::exchange(notCaught_, false);
-  if (mayBeCaught && caughtHere(error)) return;
-  if (mayBeCaught && caughtFurtherOut()) throw error;
+  // What is refused is not what a handler is there for.
+  const bool refused = error.number() == refusedNumber;
+  const bool compiling = std::exchange(notCaught_, false);
+  if (!refused && !compiling && caughtHere(error)) return;
+  if (!refused && (handledOutside_ || (!compiling && isHandled(frames_.size() - 1)))) {
+    notCaught_ = compiling && frames_.size() > 1;
+    throw error;
+  }
   if (!firstError_) firstError_ = error;
   const bool raised = error.number() == userError && !error.thrown();
   if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
   ended_ = true;
+  endsAll_ = refused || error.thrown() || tsql::undoesTransaction(error) || session_->abortsTransactions();
   if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
 }
 
@@ -355,8 +402,9 @@ bool BatchRun::caughtHere(const tsql::SqlError& error) {
   return true;
 }
 
-bool BatchRun::caughtFurtherOut() const {
-  return std::any_of(frames_.begin(), frames_.end() - 1, [](const Frame& frame) {
+// Whether a TRY block is around the step of one of the outermost frames.
+bool BatchRun::isHandled(std::size_t frames) const {
+  return std::any_of(frames_.begin(), frames_.begin() + static_cast<std::ptrdiff_t>(frames), [](const Frame& frame) {
     const auto step = static_cast<int>(frame.index);
     return std::ranges::any_of(frame.program->program.handlers, [&](const tsql::Handler& handler) {
       return handler.tryBegin <= step && step < handler.tryEnd;
@@ -422,6 +470,8 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runThrow(program, index, *thrown);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
+  } else if (const auto* text = std::get_if<tsql::RunTextStep>(&body)) {
+    runText(program, index, *text);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
     runOption(program, index, *option);
     session_->setRowCount(0);
@@ -671,6 +721,125 @@ void BatchRun::runTransaction(CompiledProgram& program, std::size_t index, const
       return name.empty() ? session_->rollback() : session_->rollbackTo(name);
     case tsql::TransactionStep::Verb::Save:
       return session_->save(name);
+  }
+}
+
+const std::vector<PlaceholderValue>& BatchRun::noPlaceholders() {
+  static const std::vector<PlaceholderValue> none;
+  return none;
+}
+
+void BatchRun::runText(CompiledProgram& program, std::size_t index, const tsql::RunTextStep& step) {
+  if (depth_ >= deepestText) {
+    throw tsql::SqlError(217, 16,
+                         "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
+  }
+  const auto values = valuesOf(program, index, step.query);
+  if (step.parameters) return runParameterized(step, values);
+  if (values[0].kind() != tsql::Kind::Text) return;
+  BatchRun inner(*this, values[0].text(), {}, {});
+  takeOver(inner);
+}
+
+// Runs the text, and drops the temporary tables that it has made.
+void BatchRun::takeOver(BatchRun& inner) {
+  const bool aborts = session_->abortsTransactions();
+  const int dateFirst = session_->dateFirst();
+  const auto tables = session_->temporaryTables();
+  const auto transactions = session_->transactionCount();
+  const auto leave = [&] {
+    session_->setAbortsTransactions(aborts);
+    session_->setDateFirst(dateFirst);
+    session_->dropTemporaryTables(tables, [&] {
+      for (const auto& rows : inner.result_.rowSets) rows->detach();
+    });
+    for (auto& rows : inner.result_.rowSets) result_.rowSets.push_back(std::move(rows));
+    settled_ = result_.rowSets.size();
+    changed_ = true;
+  };
+  try {
+    inner.runInside();
+  } catch (const tsql::SqlError& error) {
+    leave();
+    // The text could not be compiled, or its error goes to a handler of this batch.
+    const bool handled = error.number() != refusedNumber && (handledOutside_ || isHandled(frames_.size()));
+    if (handled || error.number() == refusedNumber) throw;
+    session_->setLastError(error.number());
+    session_->setRowCount(0);
+    if (!firstError_) firstError_ = error;
+    return;
+  } catch (const AutomationError& error) {
+    leave();
+    // A text of nothing runs nothing.
+    if (error.number() == oledb::noCommand) return;
+    throw;
+  }
+  leave();
+  if (!firstError_) firstError_ = inner.firstError_;
+  if (inner.endsAll_) ended_ = endsAll_ = true;
+  const auto now = session_->transactionCount();
+  if (now == transactions || ended_) return;
+  throw tsql::SqlError(266, 16,
+                       "Transaction count after EXECUTE indicates a mismatching number of BEGIN and COMMIT statements. "
+                       "Previous count = " +
+                           std::to_string(transactions) + ", current count = " + std::to_string(now) + ".");
+}
+
+// sp_executesql: text, declarations, values.
+void BatchRun::runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values) {
+  const auto refuse = [](const std::string& word, std::string_view what) {
+    return tsql::SqlError(refusedNumber, 16, "'" + word + "' in line 1: " + std::string(what) + " is not supported.");
+  };
+  static constexpr std::string_view own[] = {"@statement", "@parameters"};
+  for (std::size_t i = 0; i < step.arguments.size() && i < std::size(own); ++i) {
+    if (step.arguments[i].type.isUnicode()) continue;
+    throw tsql::SqlError(214, 16,
+                         "Procedure expects parameter '" + std::string(own[i]) + "' of type 'ntext/nchar/nvarchar'.");
+  }
+  if (values[0].kind() != tsql::Kind::Text) return;
+  std::vector<tsql::FormalParameter> formal;
+  const bool declares = values.size() > 1 && values[1].kind() == tsql::Kind::Text;
+  if (declares) formal = tsql::formalParameters(tsql::shape(values[1].text()));
+  std::vector<Result> given(formal.size());
+  std::vector<const tsql::RunTextStep::Argument*> passed(formal.size(), nullptr);
+  for (std::size_t i = std::size(own); i < step.arguments.size(); ++i) {
+    const auto& argument = step.arguments[i];
+    auto place = i - std::size(own);
+    if (!argument.name.empty()) {
+      const auto named = [&](const auto& parameter) { return tsql::sameName(parameter.variable.name, argument.name); };
+      place = static_cast<std::size_t>(std::ranges::find_if(formal, named) - formal.begin());
+    }
+    if (place >= formal.size() || passed[place]) throw refuse("sp_executesql", "a value without a parameter");
+    passed[place] = &argument;
+    const auto& type = formal[place].variable.type;
+    if (argument.slot != tsql::RunTextStep::notOutput && !formal[place].output) {
+      throw tsql::SqlError(8162, 16,
+                           "The formal parameter \"" + formal[place].variable.name +
+                               "\" was not declared as an OUTPUT parameter, but the actual parameter passed in "
+                               "requested output.");
+    }
+    if (values[i].isNull()) continue;
+    try {
+      given[place] = tsql::convert(values[i].datum(), argument.type, type, std::nullopt, accountSetCollation());
+    } catch (const tsql::SqlError&) {
+      throw tsql::SqlError(tsql::Message::ConversionError, {argument.type.baseName(), type.baseName()});
+    }
+  }
+  for (std::size_t i = 0; i < formal.size(); ++i) {
+    if (passed[i]) continue;
+    throw tsql::SqlError(8178, 16,
+                         "The parameterized query '(" + values[1].text() + ")" + values[0].text() +
+                             "' expects the parameter '" + formal[i].variable.name + "', which was not supplied.");
+  }
+  BatchRun inner(*this, values[0].text(), formal, std::move(given));
+  takeOver(inner);
+  if (inner.variables_.size() < formal.size()) return;
+  for (std::size_t i = 0; i < formal.size(); ++i) {
+    if (passed[i]->slot == tsql::RunTextStep::notOutput) continue;
+    const auto slot = static_cast<std::size_t>(passed[i]->slot);
+    const auto& to = frames_.front().program->program.variables[slot].type;
+    variables_[slot] =
+        tsql::convert(inner.variables_[i].datum(), formal[i].variable.type, to, std::nullopt, accountSetCollation());
   }
 }
 

@@ -208,6 +208,28 @@ void Session::setDefinitionsChanged() {
   definitionsChanged_ = depth_ > 0;
 }
 
+std::vector<std::string> Session::temporaryTables() {
+  std::vector<std::string> names;
+  const auto tables = own("SELECT name FROM temp.sqlite_schema WHERE type='table' AND name LIKE '#%'");
+  while (database_.stepOwn(tables.get())) {
+    names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0)));
+  }
+  return names;
+}
+
+void Session::dropTemporaryTables(const std::vector<std::string>& kept, const std::function<void()>& before) {
+  bool dropped = false;
+  for (const auto& name : temporaryTables()) {
+    if (std::find(kept.begin(), kept.end(), name) != kept.end()) continue;
+    if (!std::exchange(dropped, true)) {
+      before();
+      beforeDefinition();
+    }
+    runOwn("DROP TABLE temp." + quotedName(name));
+  }
+  if (dropped) setDefinitionsChanged();
+}
+
 AutomationError Session::failure(const tsql::SqlError& error, std::string_view sql) {
   ++failures_;
   lastError_ = error.number();

@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -140,6 +141,9 @@ class Session final : public tsql::Session {
   /// The values begin anew.
   void forgetIdentity(const std::string& table) { usedIdentities_.erase(table); }
   void setDefinitionsChanged();
+  [[nodiscard]] std::vector<std::string> temporaryTables();
+  /// Drops all temporary tables but these; `before` runs if there is one to drop.
+  void dropTemporaryTables(const std::vector<std::string>& kept, const std::function<void()>& before);
   [[nodiscard]] TableVariables& tableVariables() { return tableVariables_; }
   void setDateFirst(int day) { dateFirst_ = day; }
 

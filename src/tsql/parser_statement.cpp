@@ -91,13 +91,18 @@ bool Parser::isFirstStatement() const {
 // Server brings along, which are refused.
 StatementPtr Parser::procedureCall(bool execute) {
   auto result = makeStatement(StatementKind::Call);
+  int word = at_;
   if (execute) {
-    const int word = at_++;
+    word = at_++;
     if (token().kind == TokenKind::Variable && isOperator(1, "=")) at_ += 2;
+    if (isOperator("(")) return runText();
     if (!isName()) throw notSupported(batch_, word, "the statement");
   }
   const int first = at_;
   const auto procedure = tableName();
+  if (sameName(procedure.name, "sp_executesql") && execute && first == word + 1) {
+    return runTextWithParameters();
+  }
   if (procedure.name.starts_with("sp_") || procedure.name.starts_with("xp_")) {
     throw notSupported(batch_, first, "the procedure");
   }

@@ -173,6 +173,20 @@ struct ThrowStep {
   std::optional<Query> query;
 };
 
+// EXEC of a text: the query's first value. With `parameters` (sp_executesql) the second one declares parameters, and
+// the others are their values.
+struct RunTextStep {
+  struct Argument {
+    std::string name;  // empty: by position
+    Type type;
+    int slot = notOutput;  // the variable that takes the value back
+  };
+  static constexpr int notOutput = -1;
+  Query query;
+  bool parameters = false;
+  std::vector<Argument> arguments;
+};
+
 // SET NOCOUNT ON and others that only have to be accepted; the name is in capitals ("NOCOUNT").
 struct OptionStep {
   std::string name;
@@ -192,7 +206,7 @@ struct DeferredStep {
 };
 
 using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
-                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, DeferredStep>;
+                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, DeferredStep>;
 
 struct Step {
   int line = 1;  // where the statement begins in the batch
