@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "embedded/account_set_collation.h"
+#include "embedded/batch_interpreter.h"
 #include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
 #include "rowset/utf8.h"
@@ -14,21 +15,11 @@
 namespace tolvane::embedded {
 namespace {
 
-using tsql::Datum;
-using tsql::Result;
-
 constexpr int userError = 50000;
-constexpr int lowestMessageNumber = 13000;
-constexpr int severityToLog = 19;  // and above
-constexpr int fatalSeverity = 20;  // and above
-constexpr int highestSeverity = 25;
-constexpr int highestState = 255;
 constexpr int nullError = 515;
 constexpr int refusedNumber = 40517;
-constexpr int deepestText = 32;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
-constexpr int highestMessageSeverity = 10;
 
 bool sameType(const tsql::Type& a, const tsql::Type& b) {
   return a.orNull() == b.orNull();
@@ -71,122 +62,7 @@ std::string quotedText(std::string_view text) {
   return quoted + '\'';
 }
 
-class BatchRun {
- public:
-  BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
-      : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
-    for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
-    options_.database = session_->databaseName();
-    batch_ = session_->takeShape();
-  }
-  // A text that a step of another batch runs.
-  BatchRun(const BatchRun& outer, const std::string& sql, const std::vector<tsql::FormalParameter>& parameters,
-           std::vector<Result> values)
-      : session_(outer.session_),
-        sql_(sql),
-        placeholders_(noPlaceholders()),
-        variables_(std::move(values)),
-        depth_(outer.depth_ + 1),
-        handledOutside_(outer.handledOutside_ || outer.isHandled(outer.frames_.size())),
-        tablesOutside_(outer.tablesBegun_ || outer.tablesOutside_) {
-    for (const auto& parameter : parameters) options_.parameters.push_back(parameter.variable);
-    options_.database = session_->databaseName();
-    batch_ = session_->takeShape();
-  }
-  BatchRun(const BatchRun&) = delete;
-  BatchRun& operator=(const BatchRun&) = delete;
-  ~BatchRun() {
-    if (tablesBegun_) session_->tableVariables().end();
-    if (depth_ == 0 && session_->doomed()) session_->rollbackIfAny();
-    session_->giveBackShape(std::move(batch_));
-  }
-
-  BatchResult run(FirstRead firstRead);
-  void runInside();
-  BoundQuery compileOnlyQuery();
-
- private:
-  void compile();
-  void runSteps(std::shared_ptr<CompiledProgram> program);
-  void runStep(CompiledProgram& program, std::size_t index);
-  void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
-  void compileRest(std::shared_ptr<CompiledProgram>& program);
-  void handle(tsql::SqlError error);
-  [[nodiscard]] bool caughtHere(const tsql::SqlError& error);
-  static const std::vector<PlaceholderValue>& noPlaceholders();
-  [[nodiscard]] bool isHandled(std::size_t frames) const;
-  [[nodiscard]] const tsql::SqlError* caughtError() const;
-  void bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter);
-  void beginTableVariables();
-  void finish();
-  void loseIdentity(const tsql::StepBody& body);
-
-  void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
-  void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
-  [[nodiscard]] tsql::SqlError brokenKey(const tsql::ExecuteStep& step, std::string_view verb);
-  void runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step);
-  void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
-  void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
-  void runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step);
-  void runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const;
-  void runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step);
-  void runTransaction(CompiledProgram& program, std::size_t index, const tsql::TransactionStep& step);
-  void runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step);
-  void runText(CompiledProgram& program, std::size_t index, const tsql::RunTextStep& step);
-  void runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values);
-  void takeOver(BatchRun& inner);
-  void refuseDoomed(std::string_view table) const;
-  [[nodiscard]] std::vector<Result> valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query);
-  void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
-  void runDeferred(CompiledProgram& program, std::size_t index, const tsql::DeferredStep& step);
-  void jumpTo(int target);
-  void forget(const CompiledProgram* program);
-  [[nodiscard]] bool holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step);
-
-  [[nodiscard]] Lease bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
-                            sqlite3_destructor_type lifetime);
-  void bind(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter, sqlite3_destructor_type lifetime);
-  void bindDatum(sqlite3_stmt* statement, int position, const Datum& value, sqlite3_destructor_type lifetime);
-  void bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
-                       sqlite3_destructor_type lifetime);
-  [[nodiscard]] BoundQuery boundQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
-  [[nodiscard]] bool isSingleQuery() const;
-  void settleResults();
-
-  std::shared_ptr<Session> session_;
-  const std::string& sql_;
-  const std::vector<PlaceholderValue>& placeholders_;
-  tsql::CompileOptions options_;
-  tsql::ShapedBatch batch_;
-  std::shared_ptr<CompiledProgram> compiled_;
-  // What deferred steps became, by the program that they stand in and their place there.
-  std::map<std::pair<const CompiledProgram*, std::size_t>, std::shared_ptr<CompiledProgram>> deferred_;
-  std::shared_ptr<CompiledProgram> owner_;  // of the step that runs
-  int leaving_ = 0;                         // breakOuter, continueOuter or a label on its way out of deferred steps
-  // The programs that run, each inside a step of the one before it, and the places of their steps.
-  struct Frame {
-    const CompiledProgram* program = nullptr;
-    std::size_t index = 0;
-  };
-  std::vector<Frame> frames_;
-  // By the number of the frame and of the handler in it.
-  std::map<std::pair<std::size_t, std::size_t>, tsql::SqlError> caught_;
-  bool notCaught_ = false;  // the error that is on its way comes from compiling, which no handler around it sees
-  const std::vector<Result>* row_ = nullptr;  // that AssignStep::forRow is run for
-  std::vector<Result> variables_;
-  std::optional<tsql::SqlError> firstError_;
-  BatchResult result_;
-  std::size_t next_ = 0;
-  std::size_t settled_ = 0;  // how many of the results have been read to their end
-  bool changed_ = false;     // something has run that must not run twice
-  bool ended_ = false;
-  bool tablesBegun_ = false;
-  bool endsAll_ = false;  // the error that has ended this batch ends those around it as well
-  // Of a text that another batch runs.
-  int depth_ = 0;
-  bool handledOutside_ = false;
-  bool tablesOutside_ = false;  // a batch around it has table variables
-};
+}  // namespace
 
 void BatchRun::compile() {
   if (const auto place = rowset::invalidUtf8(sql_); place != std::string::npos) {
@@ -252,15 +128,6 @@ BatchResult BatchRun::run(FirstRead firstRead) {
   finish();
   if (firstError_) throw *firstError_;
   return std::move(result_);
-}
-
-// The same for a text of another batch, which finds errors and results here.
-void BatchRun::runInside() {
-  compile();
-  if (!compiled_->program.tableVariables.empty()) beginTableVariables();
-  variables_.resize(compiled_->program.variables.size());
-  runSteps(compiled_);
-  settleResults();
 }
 
 void BatchRun::beginTableVariables() {
@@ -362,82 +229,6 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
 void BatchRun::loseIdentity(const tsql::StepBody& body) {
   const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
   if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
-}
-
-void BatchRun::handle(tsql::SqlError error) {
-  const auto& frame = frames_.back();
-  if (error.line() == 0) error.at(frame.program->program.steps[frame.index].line);
-  session_->setLastError(error.number());
-  session_->setRowCount(0);
-  // What is refused is not what a handler is there for.
-  const bool refused = error.number() == refusedNumber;
-  const bool compiling = std::exchange(notCaught_, false);
-  if (!refused && !compiling && caughtHere(error)) return;
-  if (!refused && (handledOutside_ || (!compiling && isHandled(frames_.size() - 1)))) {
-    notCaught_ = compiling && frames_.size() > 1;
-    throw error;
-  }
-  if (!firstError_) firstError_ = error;
-  const bool raised = error.number() == userError && !error.thrown();
-  if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
-  ended_ = true;
-  endsAll_ = refused || error.thrown() || tsql::undoesTransaction(error) || session_->abortsTransactions();
-  if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
-}
-
-// Into the CATCH block of the innermost TRY block around the step, if there is one. Errors that would have ended the
-// batch and undone its transaction leave one that can only be undone.
-bool BatchRun::caughtHere(const tsql::SqlError& error) {
-  const auto& [program, place] = frames_.back();
-  const auto step = static_cast<int>(place);
-  const auto& handlers = program->program.handlers;
-  const auto around = std::find_if(handlers.begin(), handlers.end(), [&](const tsql::Handler& handler) {
-    return handler.tryBegin <= step && step < handler.tryEnd;
-  });
-  if (around == handlers.end()) return false;
-  if (tsql::undoesTransaction(error) || session_->abortsTransactions()) session_->doom();
-  const auto number = static_cast<std::size_t>(around - handlers.begin());
-  caught_.insert_or_assign({frames_.size() - 1, number}, error);
-  next_ = static_cast<std::size_t>(around->catchBegin);
-  return true;
-}
-
-// Whether a TRY block is around the step of one of the outermost frames.
-bool BatchRun::isHandled(std::size_t frames) const {
-  return std::any_of(frames_.begin(), frames_.begin() + static_cast<std::ptrdiff_t>(frames), [](const Frame& frame) {
-    const auto step = static_cast<int>(frame.index);
-    return std::ranges::any_of(frame.program->program.handlers, [&](const tsql::Handler& handler) {
-      return handler.tryBegin <= step && step < handler.tryEnd;
-    });
-  });
-}
-
-// The error of the innermost CATCH block around the step that runs.
-const tsql::SqlError* BatchRun::caughtError() const {
-  for (auto depth = frames_.size(); depth-- > 0;) {
-    const auto step = static_cast<int>(frames_[depth].index);
-    const auto& handlers = frames_[depth].program->program.handlers;
-    for (std::size_t i = 0; i < handlers.size(); ++i) {
-      if (step < handlers[i].catchBegin || step >= handlers[i].catchEnd) continue;
-      const auto found = caught_.find({depth, i});
-      if (found != caught_.end()) return &found->second;
-    }
-  }
-  return nullptr;
-}
-
-void BatchRun::bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter) {
-  using Source = tsql::Parameter::Source;
-  const auto* error = caughtError();
-  Result value;
-  if (error && parameter.source == Source::CaughtNumber) value = error->number();
-  if (error && parameter.source == Source::CaughtMessage) value = error->message();
-  if (error && parameter.source == Source::CaughtSeverity) value = error->severity();
-  if (error && parameter.source == Source::CaughtState) value = error->state();
-  if (error && parameter.source == Source::CaughtLine) value = error->line();
-  const auto converted =
-      tsql::convert(value.datum(), parameter.from, parameter.to, std::nullopt, accountSetCollation());
-  bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
 }
 
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
@@ -655,53 +446,6 @@ std::vector<Result> BatchRun::valuesOf(CompiledProgram& program, std::size_t ind
   return values;
 }
 
-void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step) {
-  const auto values = valuesOf(program, index, step.query);
-  const auto number = [&](std::size_t place, int least, int other, int most) {
-    const auto given = values[place].isNull() ? 0 : values[place].integer();
-    return given < least ? other : static_cast<int>(std::min<std::int64_t>(given, most));
-  };
-  const int severity = number(1, 0, 0, highestSeverity);
-  const int state = number(2, 0, 1, highestState);
-  const int line = program.program.steps[index].line;
-  if (severity >= severityToLog && !step.logs) throw tsql::SqlError(tsql::Message::SeverityWithoutLog);
-  if (severity >= fatalSeverity) {
-    throw tsql::SqlError(40517, 16,
-                         "'RAISERROR' in line " + std::to_string(line) + ": a severity above 19 is not supported.");
-  }
-  if (step.numbered) runRaiseOfNumber(values[0].isNull() ? 0 : values[0].integer(), severity, state, line);
-  if (severity <= highestMessageSeverity) return;
-  const auto message = values[0].kind() == tsql::Kind::Text ? values[0].text() : std::string();
-  throw tsql::SqlError(userError, severity, message).withState(state);
-}
-
-// There are no messages of the user; those of SQL Server are not all here.
-void BatchRun::runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const {
-  if (number < lowestMessageNumber || number == userError) {
-    throw tsql::SqlError(tsql::Message::MessageNumber, {std::to_string(number)});
-  }
-  if (number < userError) {
-    throw tsql::SqlError(40517, 16,
-                         "'RAISERROR' in line " + std::to_string(line) + ": a message of the server is not supported.");
-  }
-  throw tsql::SqlError(tsql::Message::MessageNotFound,
-                       {std::to_string(number), std::to_string(severity), std::to_string(state)});
-}
-
-void BatchRun::runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step) {
-  if (!step.query) {
-    const auto* error = caughtError();
-    if (!error) return;
-    throw tsql::SqlError(*error).asThrown();
-  }
-  const auto values = valuesOf(program, index, *step.query);
-  const auto number = values[0].isNull() ? 0 : values[0].integer();
-  if (number < userError) throw tsql::SqlError(tsql::Message::ThrownNumber, {std::to_string(number)});
-  const auto message = values[1].isNull() ? std::string() : values[1].text();
-  const auto state = values[2].isNull() ? 0 : values[2].integer();
-  throw tsql::SqlError(static_cast<int>(number), 16, message).withState(static_cast<int>(state)).asThrown();
-}
-
 void BatchRun::refuseDoomed(std::string_view table) const {
   if (session_->doomed() && !table.starts_with("@")) throw tsql::SqlError(tsql::Message::Uncommittable);
 }
@@ -721,125 +465,6 @@ void BatchRun::runTransaction(CompiledProgram& program, std::size_t index, const
       return name.empty() ? session_->rollback() : session_->rollbackTo(name);
     case tsql::TransactionStep::Verb::Save:
       return session_->save(name);
-  }
-}
-
-const std::vector<PlaceholderValue>& BatchRun::noPlaceholders() {
-  static const std::vector<PlaceholderValue> none;
-  return none;
-}
-
-void BatchRun::runText(CompiledProgram& program, std::size_t index, const tsql::RunTextStep& step) {
-  if (depth_ >= deepestText) {
-    throw tsql::SqlError(217, 16,
-                         "Maximum stored procedure, function, trigger, or view nesting level exceeded (limit 32).");
-  }
-  const auto values = valuesOf(program, index, step.query);
-  if (step.parameters) return runParameterized(step, values);
-  if (values[0].kind() != tsql::Kind::Text) return;
-  BatchRun inner(*this, values[0].text(), {}, {});
-  takeOver(inner);
-}
-
-// Runs the text, and drops the temporary tables that it has made.
-void BatchRun::takeOver(BatchRun& inner) {
-  const bool aborts = session_->abortsTransactions();
-  const int dateFirst = session_->dateFirst();
-  const auto tables = session_->temporaryTables();
-  const auto transactions = session_->transactionCount();
-  const auto leave = [&] {
-    session_->setAbortsTransactions(aborts);
-    session_->setDateFirst(dateFirst);
-    session_->dropTemporaryTables(tables, [&] {
-      for (const auto& rows : inner.result_.rowSets) rows->detach();
-    });
-    for (auto& rows : inner.result_.rowSets) result_.rowSets.push_back(std::move(rows));
-    settled_ = result_.rowSets.size();
-    changed_ = true;
-  };
-  try {
-    inner.runInside();
-  } catch (const tsql::SqlError& error) {
-    leave();
-    // The text could not be compiled, or its error goes to a handler of this batch.
-    const bool handled = error.number() != refusedNumber && (handledOutside_ || isHandled(frames_.size()));
-    if (handled || error.number() == refusedNumber) throw;
-    session_->setLastError(error.number());
-    session_->setRowCount(0);
-    if (!firstError_) firstError_ = error;
-    return;
-  } catch (const AutomationError& error) {
-    leave();
-    // A text of nothing runs nothing.
-    if (error.number() == oledb::noCommand) return;
-    throw;
-  }
-  leave();
-  if (!firstError_) firstError_ = inner.firstError_;
-  if (inner.endsAll_) ended_ = endsAll_ = true;
-  const auto now = session_->transactionCount();
-  if (now == transactions || ended_) return;
-  throw tsql::SqlError(266, 16,
-                       "Transaction count after EXECUTE indicates a mismatching number of BEGIN and COMMIT statements. "
-                       "Previous count = " +
-                           std::to_string(transactions) + ", current count = " + std::to_string(now) + ".");
-}
-
-// sp_executesql: text, declarations, values.
-void BatchRun::runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values) {
-  const auto refuse = [](const std::string& word, std::string_view what) {
-    return tsql::SqlError(refusedNumber, 16, "'" + word + "' in line 1: " + std::string(what) + " is not supported.");
-  };
-  static constexpr std::string_view own[] = {"@statement", "@parameters"};
-  for (std::size_t i = 0; i < step.arguments.size() && i < std::size(own); ++i) {
-    if (step.arguments[i].type.isUnicode()) continue;
-    throw tsql::SqlError(214, 16,
-                         "Procedure expects parameter '" + std::string(own[i]) + "' of type 'ntext/nchar/nvarchar'.");
-  }
-  if (values[0].kind() != tsql::Kind::Text) return;
-  std::vector<tsql::FormalParameter> formal;
-  const bool declares = values.size() > 1 && values[1].kind() == tsql::Kind::Text;
-  if (declares) formal = tsql::formalParameters(tsql::shape(values[1].text()));
-  std::vector<Result> given(formal.size());
-  std::vector<const tsql::RunTextStep::Argument*> passed(formal.size(), nullptr);
-  for (std::size_t i = std::size(own); i < step.arguments.size(); ++i) {
-    const auto& argument = step.arguments[i];
-    auto place = i - std::size(own);
-    if (!argument.name.empty()) {
-      const auto named = [&](const auto& parameter) { return tsql::sameName(parameter.variable.name, argument.name); };
-      place = static_cast<std::size_t>(std::ranges::find_if(formal, named) - formal.begin());
-    }
-    if (place >= formal.size() || passed[place]) throw refuse("sp_executesql", "a value without a parameter");
-    passed[place] = &argument;
-    const auto& type = formal[place].variable.type;
-    if (argument.slot != tsql::RunTextStep::notOutput && !formal[place].output) {
-      throw tsql::SqlError(8162, 16,
-                           "The formal parameter \"" + formal[place].variable.name +
-                               "\" was not declared as an OUTPUT parameter, but the actual parameter passed in "
-                               "requested output.");
-    }
-    if (values[i].isNull()) continue;
-    try {
-      given[place] = tsql::convert(values[i].datum(), argument.type, type, std::nullopt, accountSetCollation());
-    } catch (const tsql::SqlError&) {
-      throw tsql::SqlError(tsql::Message::ConversionError, {argument.type.baseName(), type.baseName()});
-    }
-  }
-  for (std::size_t i = 0; i < formal.size(); ++i) {
-    if (passed[i]) continue;
-    throw tsql::SqlError(8178, 16,
-                         "The parameterized query '(" + values[1].text() + ")" + values[0].text() +
-                             "' expects the parameter '" + formal[i].variable.name + "', which was not supplied.");
-  }
-  BatchRun inner(*this, values[0].text(), formal, std::move(given));
-  takeOver(inner);
-  if (inner.variables_.size() < formal.size()) return;
-  for (std::size_t i = 0; i < formal.size(); ++i) {
-    if (passed[i]->slot == tsql::RunTextStep::notOutput) continue;
-    const auto slot = static_cast<std::size_t>(passed[i]->slot);
-    const auto& to = frames_.front().program->program.variables[slot].type;
-    variables_[slot] =
-        tsql::convert(inner.variables_[i].datum(), formal[i].variable.type, to, std::nullopt, accountSetCollation());
   }
 }
 
@@ -988,8 +613,6 @@ void BatchRun::bindDatum(sqlite3_stmt* statement, int position, const Datum& val
   }
   if (code != SQLITE_OK) session_->database().fail(code);
 }
-
-}  // namespace
 
 BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string& sql,
                      const std::vector<PlaceholderValue>& placeholders, FirstRead firstRead) {
