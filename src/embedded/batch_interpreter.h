@@ -49,6 +49,7 @@ class BatchRun {
   BatchRun& operator=(const BatchRun&) = delete;
   ~BatchRun() {
     if (tablesBegun_) session_->tableVariables().end();
+    for (const auto& name : localCursors_) session_->cursors().deallocateIfAny(name);
     if (depth_ == 0 && session_->doomed()) session_->rollbackIfAny();
     session_->giveBackShape(std::move(batch_));
   }
@@ -87,6 +88,11 @@ class BatchRun {
   void runText(CompiledProgram& program, std::size_t index, const tsql::RunTextStep& step);
   void runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values);
   void takeOver(BatchRun& inner);
+  void runCursor(CompiledProgram& program, std::size_t index, const tsql::CursorStep& step);
+  void declareCursor(const tsql::CursorStep& step);
+  void openCursor(Cursor& cursor, const std::string& name, int line);
+  void fetchInto(CompiledProgram& program, std::size_t index, const tsql::CursorStep& step);
+  [[nodiscard]] static Result resultOf(sqlite3_stmt* statement, int column);
   void refuseDoomed(std::string_view table) const;
   [[nodiscard]] std::vector<Result> valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query);
   void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
@@ -133,6 +139,7 @@ class BatchRun {
   bool changed_ = false;     // something has run that must not run twice
   bool ended_ = false;
   bool tablesBegun_ = false;
+  std::vector<std::string> localCursors_;
   bool endsAll_ = false;  // the error that has ended this batch ends those around it as well
   // Of a text that another batch runs.
   int depth_ = 0;

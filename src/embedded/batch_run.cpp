@@ -261,6 +261,9 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runThrow(program, index, *thrown);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
+  } else if (const auto* cursor = std::get_if<tsql::CursorStep>(&body)) {
+    session_->setRowCount(0);
+    runCursor(program, index, *cursor);
   } else if (const auto* text = std::get_if<tsql::RunTextStep>(&body)) {
     runText(program, index, *text);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
@@ -437,6 +440,10 @@ void BatchRun::runPrint(CompiledProgram& program, std::size_t index, const tsql:
   (void)session_->database().step(statement.get());
 }
 
+Result BatchRun::resultOf(sqlite3_stmt* statement, int column) {
+  return columnResult(statement, column);
+}
+
 // The only row of a step's query.
 std::vector<Result> BatchRun::valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query) {
   std::vector<Result> values;
@@ -567,7 +574,7 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
     case Source::DateFirst:
       return bindValue(Datum(session_->dateFirst()), lifetime);
     case Source::Fetch:
-      return bindValue(Datum(-1), lifetime);  // no cursor has been read from
+      return bindValue(Datum(session_->cursors().fetchStatus()), lifetime);
   }
 }
 

@@ -69,6 +69,8 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
     takeQuery(transaction->query);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
     takeQuery(option->query);
+  } else if (const auto* cursor = std::get_if<tsql::CursorStep>(&body)) {
+    takeQuery(cursor->query);
   } else if (const auto* text = std::get_if<tsql::RunTextStep>(&body)) {
     takeQuery(text->query);
   }

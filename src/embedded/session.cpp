@@ -122,6 +122,7 @@ void Session::rollback() {
   if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
   if (!usedIdentities_.empty()) keepIdentities();
   tableVariables_.putBack();
+  cursors_.rolledBack();
 }
 
 void Session::save(const std::string& name) {
@@ -167,6 +168,7 @@ void Session::undo(bool whole) noexcept {
 }
 
 void Session::beforeChange(std::string_view table, const OpenReader* changer) {
+  cursors_.tableChanges(table);
   // Settling takes a reader off the list.
   const auto readers = readers_;
   for (auto* reader : readers) {

@@ -41,6 +41,7 @@ bool namesTables(StatementKind kind) {
     case StatementKind::Set:
     case StatementKind::Declare:
     case StatementKind::Print:
+    case StatementKind::Cursor:
       return true;
     default:
       return isDefinition(kind);
@@ -300,6 +301,8 @@ void BatchCompiler::dispatch(const StatementNode& node) {
       return transaction(node, TransactionStep::Verb::Commit);
     case StatementKind::Rollback:
       return transaction(node, TransactionStep::Verb::Rollback);
+    case StatementKind::Cursor:
+      return cursor(node);
     case StatementKind::RunText:
       return runText(node);
     case StatementKind::Save:

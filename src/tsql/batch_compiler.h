@@ -64,6 +64,8 @@ class BatchCompiler {
   void transaction(const tree::StatementNode& node, TransactionStep::Verb verb);
   void option(const tree::StatementNode& node);
   void runText(const tree::StatementNode& node);
+  void cursor(const tree::StatementNode& node);
+  void checkCursorItems(const tree::Select& select) const;
   int conditionStep(const tree::StatementNode& node, const tree::Expression& condition);
 
   // Changes (change_compiler.cpp).

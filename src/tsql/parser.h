@@ -83,6 +83,10 @@ class Parser {
   tree::StatementPtr procedureCall(bool execute);
   bool procedureArgument();
   tree::StatementPtr runText();
+  [[nodiscard]] bool beginsCursor() const;
+  tree::StatementPtr declareCursor();
+  tree::StatementPtr cursorCommand();
+  tree::StatementPtr fetch();
   tree::StatementPtr runTextWithParameters();
   tree::ExpressionPtr textToRun();
   tree::StatementPtr insert();

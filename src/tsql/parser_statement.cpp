@@ -66,6 +66,8 @@ StatementPtr Parser::simpleStatement() {
   if (isWord("GOTO")) return goTo();
   if (isName() && isOperator(1, ":")) return label();
   if (beginsThrow()) return throwError();
+  if (isWord("FETCH")) return fetch();
+  if (isWord("OPEN") || isWord("CLOSE") || isWord("DEALLOCATE")) return cursorCommand();
   refuseKnownStatement();
   const bool execute = isWord("EXEC") || isWord("EXECUTE");
   if (execute || (isName() && isFirstStatement())) return procedureCall(execute);
@@ -74,8 +76,7 @@ StatementPtr Parser::simpleStatement() {
 
 void Parser::refuseKnownStatement() const {
   static constexpr std::string_view known[] = {
-      "MERGE",      "GRANT",   "REVOKE",      "DENY",     "USE",        "WAITFOR",    "OPEN", "FETCH",    "CLOSE",
-      "BACKUP",     "RESTORE", "DBCC",        "KILL",     "CHECKPOINT", "DEALLOCATE", "BULK", "READTEXT", "WRITETEXT",
+      "MERGE",      "GRANT",   "REVOKE",      "DENY",     "USE",        "WAITFOR",    "BACKUP",     "RESTORE", "DBCC",        "KILL",     "CHECKPOINT", "BULK", "READTEXT", "WRITETEXT",
       "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN", "REVERT",     "DUMP",       "LOAD"};
   for (const auto word : known) {
     if (isWord(word)) refuse("the statement");
@@ -301,11 +302,11 @@ StatementPtr Parser::begin() {
 StatementPtr Parser::declare() {
   auto result = makeStatement(StatementKind::Declare);
   ++at_;
+  if (beginsCursor()) return declareCursor();
   do {
     tree::Declaration declaration;
     declaration.token = at_;
     if (token().kind != TokenKind::Variable || here().starts_with("@@")) {
-      if (isName() && isWord(1, "CURSOR")) refuse("a cursor");
       fail();
     }
     declaration.name = here();

@@ -187,6 +187,20 @@ struct RunTextStep {
   std::vector<Argument> arguments;
 };
 
+// DECLARE, OPEN, FETCH INTO, CLOSE, DEALLOCATE of a cursor. The query is that of DECLARE, or the number of an ABSOLUTE or
+// RELATIVE one.
+struct CursorStep {
+  enum class Verb { Declare, Open, Close, Deallocate, Next, Prior, First, Last, Absolute, Relative };
+  Verb verb = Verb::Declare;
+  std::string name;
+  Query query;
+  std::vector<std::string> reads;  // tables of the query
+  std::vector<int> slots;          // variables of INTO
+  bool keeps = false;              // STATIC
+  bool forward = false;            // NEXT only
+  bool local = false;              // ends with the batch
+};
+
 // SET NOCOUNT ON and others that only have to be accepted; the name is in capitals ("NOCOUNT").
 struct OptionStep {
   std::string name;
@@ -206,7 +220,7 @@ struct DeferredStep {
 };
 
 using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
-                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, DeferredStep>;
+                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, CursorStep, DeferredStep>;
 
 struct Step {
   int line = 1;  // where the statement begins in the batch

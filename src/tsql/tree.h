@@ -220,6 +220,7 @@ enum class StatementKind {
   Label,
   GoTo,
   Save,
+  Cursor,   // name, operation: the verb; query, value, columns: the variables
   RunText,  // EXEC of a text, sp_executesql
 };
 
