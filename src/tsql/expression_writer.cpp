@@ -260,6 +260,7 @@ Typed Writer::variable(const Expression& expression) {
       {"@@FETCH_STATUS", Parameter::Source::Fetch, Type::of(TypeKind::Int).orNull(false)},
       {"@@DATEFIRST", Parameter::Source::DateFirst, Type::of(TypeKind::TinyInt).orNull(false)},
   };
+  if (inline_) refuse(expression.token, "a variable in a definition");
   Typed result;
   Parameter parameter;
   if (expression.name.starts_with("@@")) {

@@ -76,8 +76,9 @@ StatementPtr Parser::simpleStatement() {
 
 void Parser::refuseKnownStatement() const {
   static constexpr std::string_view known[] = {
-      "MERGE",      "GRANT",   "REVOKE",      "DENY",     "USE",        "WAITFOR",    "BACKUP",     "RESTORE", "DBCC",        "KILL",     "CHECKPOINT", "BULK", "READTEXT", "WRITETEXT",
-      "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN", "REVERT",     "DUMP",       "LOAD"};
+      "MERGE",      "GRANT",   "REVOKE",      "DENY",       "USE",    "WAITFOR",  "BACKUP",
+      "RESTORE",    "DBCC",    "KILL",        "CHECKPOINT", "BULK",   "READTEXT", "WRITETEXT",
+      "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN",   "REVERT", "DUMP",     "LOAD"};
   for (const auto word : known) {
     if (isWord(word)) refuse("the statement");
   }

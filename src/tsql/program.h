@@ -187,8 +187,8 @@ struct RunTextStep {
   std::vector<Argument> arguments;
 };
 
-// DECLARE, OPEN, FETCH INTO, CLOSE, DEALLOCATE of a cursor. The query is that of DECLARE, or the number of an ABSOLUTE or
-// RELATIVE one.
+// DECLARE, OPEN, FETCH INTO, CLOSE, DEALLOCATE of a cursor. The query is that of DECLARE, or the number of an ABSOLUTE
+// or RELATIVE one.
 struct CursorStep {
   enum class Verb { Declare, Open, Close, Deallocate, Next, Prior, First, Last, Absolute, Relative };
   Verb verb = Verb::Declare;
@@ -219,8 +219,9 @@ struct DeferredStep {
   int continueTo = noLoop;
 };
 
-using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
-                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, CursorStep, DeferredStep>;
+using StepBody =
+    std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep, TransactionStep,
+                 ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, CursorStep, DeferredStep>;
 
 struct Step {
   int line = 1;  // where the statement begins in the batch
