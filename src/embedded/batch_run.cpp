@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "embedded/account_set_collation.h"
+#include "embedded/batch_interpreter.h"
 #include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
 #include "rowset/utf8.h"
@@ -14,19 +15,11 @@
 namespace tolvane::embedded {
 namespace {
 
-using tsql::Datum;
-using tsql::Result;
-
 constexpr int userError = 50000;
-constexpr int lowestMessageNumber = 13000;
-constexpr int severityToLog = 19;  // and above
-constexpr int fatalSeverity = 20;  // and above
-constexpr int highestSeverity = 25;
-constexpr int highestState = 255;
 constexpr int nullError = 515;
+constexpr int refusedNumber = 40517;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
-constexpr int highestMessageSeverity = 10;
 
 bool sameType(const tsql::Type& a, const tsql::Type& b) {
   return a.orNull() == b.orNull();
@@ -69,98 +62,7 @@ std::string quotedText(std::string_view text) {
   return quoted + '\'';
 }
 
-class BatchRun {
- public:
-  BatchRun(std::shared_ptr<Session> session, const std::string& sql, const std::vector<PlaceholderValue>& placeholders)
-      : session_(std::move(session)), sql_(sql), placeholders_(placeholders) {
-    for (const auto& placeholder : placeholders_) options_.placeholders.push_back(placeholder.type);
-    options_.database = session_->databaseName();
-    batch_ = session_->takeShape();
-  }
-  BatchRun(const BatchRun&) = delete;
-  BatchRun& operator=(const BatchRun&) = delete;
-  ~BatchRun() {
-    if (tablesBegun_) session_->tableVariables().end();
-    if (session_->doomed()) session_->rollbackIfAny();
-    session_->giveBackShape(std::move(batch_));
-  }
-
-  BatchResult run(FirstRead firstRead);
-  BoundQuery compileOnlyQuery();
-
- private:
-  void compile();
-  void runSteps(std::shared_ptr<CompiledProgram> program);
-  void runStep(CompiledProgram& program, std::size_t index);
-  void attempt(std::shared_ptr<CompiledProgram>& program, std::size_t index);
-  void compileRest(std::shared_ptr<CompiledProgram>& program);
-  void handle(tsql::SqlError error);
-  [[nodiscard]] bool caughtHere(const tsql::SqlError& error);
-  [[nodiscard]] bool caughtFurtherOut() const;
-  [[nodiscard]] const tsql::SqlError* caughtError() const;
-  void bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter);
-  void beginTableVariables();
-  void finish();
-  void loseIdentity(const tsql::StepBody& body);
-
-  void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
-  void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);
-  [[nodiscard]] tsql::SqlError brokenKey(const tsql::ExecuteStep& step, std::string_view verb);
-  void runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step);
-  void runAssign(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
-  void runPrint(CompiledProgram& program, std::size_t index, const tsql::PrintStep& step);
-  void runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step);
-  void runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const;
-  void runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step);
-  void runTransaction(CompiledProgram& program, std::size_t index, const tsql::TransactionStep& step);
-  void runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step);
-  void refuseDoomed(std::string_view table) const;
-  [[nodiscard]] std::vector<Result> valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query);
-  void runRowByRow(CompiledProgram& program, std::size_t index, const tsql::AssignStep& step);
-  void runDeferred(CompiledProgram& program, std::size_t index, const tsql::DeferredStep& step);
-  void jumpTo(int target);
-  void forget(const CompiledProgram* program);
-  [[nodiscard]] bool holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step);
-
-  [[nodiscard]] Lease bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
-                            sqlite3_destructor_type lifetime);
-  void bind(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter, sqlite3_destructor_type lifetime);
-  void bindDatum(sqlite3_stmt* statement, int position, const Datum& value, sqlite3_destructor_type lifetime);
-  void bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
-                       sqlite3_destructor_type lifetime);
-  [[nodiscard]] BoundQuery boundQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
-  [[nodiscard]] bool isSingleQuery() const;
-  void settleResults();
-
-  std::shared_ptr<Session> session_;
-  const std::string& sql_;
-  const std::vector<PlaceholderValue>& placeholders_;
-  tsql::CompileOptions options_;
-  tsql::ShapedBatch batch_;
-  std::shared_ptr<CompiledProgram> compiled_;
-  // What deferred steps became, by the program that they stand in and their place there.
-  std::map<std::pair<const CompiledProgram*, std::size_t>, std::shared_ptr<CompiledProgram>> deferred_;
-  std::shared_ptr<CompiledProgram> owner_;  // of the step that runs
-  int leaving_ = 0;                         // breakOuter, continueOuter or a label on its way out of deferred steps
-  // The programs that run, each inside a step of the one before it, and the places of their steps.
-  struct Frame {
-    const CompiledProgram* program = nullptr;
-    std::size_t index = 0;
-  };
-  std::vector<Frame> frames_;
-  // By the number of the frame and of the handler in it.
-  std::map<std::pair<std::size_t, std::size_t>, tsql::SqlError> caught_;
-  bool notCaught_ = false;  // the error that is on its way comes from compiling, which no handler around it sees
-  const std::vector<Result>* row_ = nullptr;  // that AssignStep::forRow is run for
-  std::vector<Result> variables_;
-  std::optional<tsql::SqlError> firstError_;
-  BatchResult result_;
-  std::size_t next_ = 0;
-  std::size_t settled_ = 0;  // how many of the results have been read to their end
-  bool changed_ = false;     // something has run that must not run twice
-  bool ended_ = false;
-  bool tablesBegun_ = false;
-};
+}  // namespace
 
 void BatchRun::compile() {
   if (const auto place = rowset::invalidUtf8(sql_); place != std::string::npos) {
@@ -229,6 +131,11 @@ BatchResult BatchRun::run(FirstRead firstRead) {
 }
 
 void BatchRun::beginTableVariables() {
+  if (tablesOutside_) {
+    throw tsql::SqlError(refusedNumber, 16,
+                         "'" + compiled_->program.tableVariables.front().table->name +
+                             "' in line 1: a table variable beside those of the batch around is not supported.");
+  }
   tablesBegun_ = true;
   if (session_->tableVariables().begin(compiled_->program.tableVariables)) compile();
 }
@@ -290,7 +197,8 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
       runStep(*program, index);
     }
     changed_ = changed_ || !std::holds_alternative<tsql::QueryStep>(body);
-    const bool keepsError = std::holds_alternative<tsql::JumpStep>(body);
+    const bool keepsError =
+        std::holds_alternative<tsql::JumpStep>(body) || std::holds_alternative<tsql::RunTextStep>(body);
     const auto* raised = std::get_if<tsql::RaiseStep>(&body);
     if (!keepsError) session_->setLastError(raised && raised->setsError ? userError : 0);
   } catch (const tsql::SqlError& error) {
@@ -323,75 +231,6 @@ void BatchRun::loseIdentity(const tsql::StepBody& body) {
   if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
 }
 
-void BatchRun::handle(tsql::SqlError error) {
-  const auto& frame = frames_.back();
-  if (error.line() == 0) error.at(frame.program->program.steps[frame.index].line);
-  session_->setLastError(error.number());
-  session_->setRowCount(0);
-  const bool mayBeCaught = !std::exchange(notCaught_, false);
-  if (mayBeCaught && caughtHere(error)) return;
-  if (mayBeCaught && caughtFurtherOut()) throw error;
-  if (!firstError_) firstError_ = error;
-  const bool raised = error.number() == userError && !error.thrown();
-  if (tsql::reachOf(error) != tsql::ErrorReach::Batch && (raised || !session_->abortsTransactions())) return;
-  ended_ = true;
-  if (tsql::undoesTransaction(error) || (!raised && session_->abortsTransactions())) session_->rollbackOfBatch();
-}
-
-// Into the CATCH block of the innermost TRY block around the step, if there is one. Errors that would have ended the
-// batch and undone its transaction leave one that can only be undone.
-bool BatchRun::caughtHere(const tsql::SqlError& error) {
-  const auto& [program, place] = frames_.back();
-  const auto step = static_cast<int>(place);
-  const auto& handlers = program->program.handlers;
-  const auto around = std::find_if(handlers.begin(), handlers.end(), [&](const tsql::Handler& handler) {
-    return handler.tryBegin <= step && step < handler.tryEnd;
-  });
-  if (around == handlers.end()) return false;
-  if (tsql::undoesTransaction(error) || session_->abortsTransactions()) session_->doom();
-  const auto number = static_cast<std::size_t>(around - handlers.begin());
-  caught_.insert_or_assign({frames_.size() - 1, number}, error);
-  next_ = static_cast<std::size_t>(around->catchBegin);
-  return true;
-}
-
-bool BatchRun::caughtFurtherOut() const {
-  return std::any_of(frames_.begin(), frames_.end() - 1, [](const Frame& frame) {
-    const auto step = static_cast<int>(frame.index);
-    return std::ranges::any_of(frame.program->program.handlers, [&](const tsql::Handler& handler) {
-      return handler.tryBegin <= step && step < handler.tryEnd;
-    });
-  });
-}
-
-// The error of the innermost CATCH block around the step that runs.
-const tsql::SqlError* BatchRun::caughtError() const {
-  for (auto depth = frames_.size(); depth-- > 0;) {
-    const auto step = static_cast<int>(frames_[depth].index);
-    const auto& handlers = frames_[depth].program->program.handlers;
-    for (std::size_t i = 0; i < handlers.size(); ++i) {
-      if (step < handlers[i].catchBegin || step >= handlers[i].catchEnd) continue;
-      const auto found = caught_.find({depth, i});
-      if (found != caught_.end()) return &found->second;
-    }
-  }
-  return nullptr;
-}
-
-void BatchRun::bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter) {
-  using Source = tsql::Parameter::Source;
-  const auto* error = caughtError();
-  Result value;
-  if (error && parameter.source == Source::CaughtNumber) value = error->number();
-  if (error && parameter.source == Source::CaughtMessage) value = error->message();
-  if (error && parameter.source == Source::CaughtSeverity) value = error->severity();
-  if (error && parameter.source == Source::CaughtState) value = error->state();
-  if (error && parameter.source == Source::CaughtLine) value = error->line();
-  const auto converted =
-      tsql::convert(value.datum(), parameter.from, parameter.to, std::nullopt, accountSetCollation());
-  bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
-}
-
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
   const auto& body = program.program.steps[index].body;
   if (const auto* query = std::get_if<tsql::QueryStep>(&body)) {
@@ -422,6 +261,11 @@ void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
     runThrow(program, index, *thrown);
   } else if (const auto* later = std::get_if<tsql::DeferredStep>(&body)) {
     runDeferred(program, index, *later);
+  } else if (const auto* cursor = std::get_if<tsql::CursorStep>(&body)) {
+    session_->setRowCount(0);
+    runCursor(program, index, *cursor);
+  } else if (const auto* text = std::get_if<tsql::RunTextStep>(&body)) {
+    runText(program, index, *text);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
     runOption(program, index, *option);
     session_->setRowCount(0);
@@ -596,6 +440,10 @@ void BatchRun::runPrint(CompiledProgram& program, std::size_t index, const tsql:
   (void)session_->database().step(statement.get());
 }
 
+Result BatchRun::resultOf(sqlite3_stmt* statement, int column) {
+  return columnResult(statement, column);
+}
+
 // The only row of a step's query.
 std::vector<Result> BatchRun::valuesOf(CompiledProgram& program, std::size_t index, const tsql::Query& query) {
   std::vector<Result> values;
@@ -603,53 +451,6 @@ std::vector<Result> BatchRun::valuesOf(CompiledProgram& program, std::size_t ind
   if (!session_->database().step(statement.get())) return values;
   for (int i = 0; i < sqlite3_column_count(statement.get()); ++i) values.push_back(columnResult(statement.get(), i));
   return values;
-}
-
-void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql::RaiseStep& step) {
-  const auto values = valuesOf(program, index, step.query);
-  const auto number = [&](std::size_t place, int least, int other, int most) {
-    const auto given = values[place].isNull() ? 0 : values[place].integer();
-    return given < least ? other : static_cast<int>(std::min<std::int64_t>(given, most));
-  };
-  const int severity = number(1, 0, 0, highestSeverity);
-  const int state = number(2, 0, 1, highestState);
-  const int line = program.program.steps[index].line;
-  if (severity >= severityToLog && !step.logs) throw tsql::SqlError(tsql::Message::SeverityWithoutLog);
-  if (severity >= fatalSeverity) {
-    throw tsql::SqlError(40517, 16,
-                         "'RAISERROR' in line " + std::to_string(line) + ": a severity above 19 is not supported.");
-  }
-  if (step.numbered) runRaiseOfNumber(values[0].isNull() ? 0 : values[0].integer(), severity, state, line);
-  if (severity <= highestMessageSeverity) return;
-  const auto message = values[0].kind() == tsql::Kind::Text ? values[0].text() : std::string();
-  throw tsql::SqlError(userError, severity, message).withState(state);
-}
-
-// There are no messages of the user; those of SQL Server are not all here.
-void BatchRun::runRaiseOfNumber(std::int64_t number, int severity, int state, int line) const {
-  if (number < lowestMessageNumber || number == userError) {
-    throw tsql::SqlError(tsql::Message::MessageNumber, {std::to_string(number)});
-  }
-  if (number < userError) {
-    throw tsql::SqlError(40517, 16,
-                         "'RAISERROR' in line " + std::to_string(line) + ": a message of the server is not supported.");
-  }
-  throw tsql::SqlError(tsql::Message::MessageNotFound,
-                       {std::to_string(number), std::to_string(severity), std::to_string(state)});
-}
-
-void BatchRun::runThrow(CompiledProgram& program, std::size_t index, const tsql::ThrowStep& step) {
-  if (!step.query) {
-    const auto* error = caughtError();
-    if (!error) return;
-    throw tsql::SqlError(*error).asThrown();
-  }
-  const auto values = valuesOf(program, index, *step.query);
-  const auto number = values[0].isNull() ? 0 : values[0].integer();
-  if (number < userError) throw tsql::SqlError(tsql::Message::ThrownNumber, {std::to_string(number)});
-  const auto message = values[1].isNull() ? std::string() : values[1].text();
-  const auto state = values[2].isNull() ? 0 : values[2].integer();
-  throw tsql::SqlError(static_cast<int>(number), 16, message).withState(static_cast<int>(state)).asThrown();
 }
 
 void BatchRun::refuseDoomed(std::string_view table) const {
@@ -773,7 +574,7 @@ void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter
     case Source::DateFirst:
       return bindValue(Datum(session_->dateFirst()), lifetime);
     case Source::Fetch:
-      return bindValue(Datum(-1), lifetime);  // no cursor has been read from
+      return bindValue(Datum(session_->cursors().fetchStatus()), lifetime);
   }
 }
 
@@ -819,8 +620,6 @@ void BatchRun::bindDatum(sqlite3_stmt* statement, int position, const Datum& val
   }
   if (code != SQLITE_OK) session_->database().fail(code);
 }
-
-}  // namespace
 
 BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string& sql,
                      const std::vector<PlaceholderValue>& placeholders, FirstRead firstRead) {

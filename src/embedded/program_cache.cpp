@@ -69,14 +69,23 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
     takeQuery(transaction->query);
   } else if (const auto* option = std::get_if<tsql::OptionStep>(&body)) {
     takeQuery(option->query);
+  } else if (const auto* cursor = std::get_if<tsql::CursorStep>(&body)) {
+    takeQuery(cursor->query);
+  } else if (const auto* text = std::get_if<tsql::RunTextStep>(&body)) {
+    takeQuery(text->query);
   }
   return step;
 }
 
-void appendTypes(std::string& key, const std::vector<tsql::Type>& types) {
-  for (const auto& type : types) {
+void appendTypes(std::string& key, const tsql::CompileOptions& options) {
+  for (const auto& type : options.placeholders) {
     key += '?';
     key += std::to_string(type.pack());
+  }
+  for (const auto& parameter : options.parameters) {
+    key += parameter.name;
+    key += ' ';
+    key += std::to_string(parameter.type.pack());
   }
 }
 
@@ -104,7 +113,7 @@ std::shared_ptr<CompiledProgram> ProgramCache::find(const tsql::ShapedBatch& bat
   if (found != byKey_.end()) {
     auto& entry = *found->second;
     if (!entry.structuralLiterals.empty()) key = tsql::structuralKey(batch, entry.structuralLiterals);
-    appendTypes(key, options.placeholders);
+    appendTypes(key, options);
     const auto variant =
         std::find_if(entry.variants.begin(), entry.variants.end(), [&](const Variant& v) { return v.key == key; });
     if (variant != entry.variants.end() && variant->program->catalogueVersion == catalogue.version()) {
@@ -121,7 +130,7 @@ std::shared_ptr<CompiledProgram> ProgramCache::find(const tsql::ShapedBatch& bat
     if (!compiled->program.structuralLiterals.empty()) {
       key = tsql::structuralKey(batch, compiled->program.structuralLiterals);
     }
-    appendTypes(key, options.placeholders);
+    appendTypes(key, options);
   } else {
     entries_.splice(entries_.begin(), entries_, found->second);
   }

@@ -124,6 +124,7 @@ void Session::rollback() {
   if (std::exchange(definitionsChanged_, false)) catalogue_.invalidate();
   if (!usedIdentities_.empty()) keepIdentities();
   tableVariables_.putBack();
+  cursors_.rolledBack();
 }
 
 void Session::save(const std::string& name) {
@@ -169,6 +170,7 @@ void Session::undo(bool whole) noexcept {
 }
 
 void Session::beforeChange(std::string_view table, const OpenReader* changer) {
+  cursors_.tableChanges(table);
   // Settling takes a reader off the list.
   const auto readers = readers_;
   for (auto* reader : readers) {
@@ -208,6 +210,28 @@ void Session::runOwn(const std::string& text) {
 void Session::setDefinitionsChanged() {
   catalogue_.invalidate();
   definitionsChanged_ = depth_ > 0;
+}
+
+std::vector<std::string> Session::temporaryTables() {
+  std::vector<std::string> names;
+  const auto tables = own("SELECT name FROM temp.sqlite_schema WHERE type='table' AND name LIKE '#%'");
+  while (database_.stepOwn(tables.get())) {
+    names.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(tables.get(), 0)));
+  }
+  return names;
+}
+
+void Session::dropTemporaryTables(const std::vector<std::string>& kept, const std::function<void()>& before) {
+  bool dropped = false;
+  for (const auto& name : temporaryTables()) {
+    if (std::find(kept.begin(), kept.end(), name) != kept.end()) continue;
+    if (!std::exchange(dropped, true)) {
+      before();
+      beforeDefinition();
+    }
+    runOwn("DROP TABLE temp." + quotedName(name));
+  }
+  if (dropped) setDefinitionsChanged();
 }
 
 AutomationError Session::failure(const tsql::SqlError& error, std::string_view sql) {

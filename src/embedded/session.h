@@ -5,6 +5,7 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -13,6 +14,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "embedded/cursors.h"
 #include "embedded/database.h"
 #include "embedded/function_bridge.h"
 #include "embedded/program_cache.h"
@@ -140,6 +142,10 @@ class Session final : public tsql::Session {
   /// The values begin anew.
   void forgetIdentity(const std::string& table) { usedIdentities_.erase(table); }
   void setDefinitionsChanged();
+  [[nodiscard]] std::vector<std::string> temporaryTables();
+  /// Drops all temporary tables but these; `before` runs if there is one to drop.
+  void dropTemporaryTables(const std::vector<std::string>& kept, const std::function<void()>& before);
+  [[nodiscard]] Cursors& cursors() { return cursors_; }
   [[nodiscard]] TableVariables& tableVariables() { return tableVariables_; }
   void setDateFirst(int day) { dateFirst_ = day; }
 
@@ -187,6 +193,7 @@ class Session final : public tsql::Session {
   std::string transactionName_;
   std::vector<std::string> savepoints_;  // of the open transaction, in their order
   TableVariables tableVariables_{*this};
+  Cursors cursors_;
   int dateFirst_ = 7;
   std::map<std::string, std::int64_t> usedIdentities_;  // by tables that the open transaction has written
   bool definitionsChanged_ = false;

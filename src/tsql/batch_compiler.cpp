@@ -24,6 +24,11 @@ bool defines(const StatementNode& node) {
   return std::ranges::any_of(node.statements, [](const auto& inner) { return defines(*inner); });
 }
 
+bool runsText(const StatementNode& node) {
+  return node.kind == StatementKind::RunText ||
+         std::ranges::any_of(node.statements, [](const auto& inner) { return runsText(*inner); });
+}
+
 // Statements that say nothing about tables are compiled at once, whatever came before them.
 bool namesTables(StatementKind kind) {
   switch (kind) {
@@ -36,6 +41,7 @@ bool namesTables(StatementKind kind) {
     case StatementKind::Set:
     case StatementKind::Declare:
     case StatementKind::Print:
+    case StatementKind::Cursor:
       return true;
     default:
       return isDefinition(kind);
@@ -78,6 +84,7 @@ void BatchCompiler::collectNames(const std::vector<tree::StatementPtr>& statemen
       continue;
     }
     collectNames(node->statements, blocks);
+    noteTemporaryTable(*node);
     for (const auto& declaration : node->declarations) declareVariable(declaration);
     if (node->kind == StatementKind::Label) declareLabel(*node, blocks);
     if (node->kind == StatementKind::GoTo) jumps_.emplace_back(node.get(), blocks);
@@ -101,6 +108,20 @@ void BatchCompiler::declareVariable(const tree::Declaration& declaration) {
   variable.token = declaration.token;
   for (auto& statement : definition.statements) variable.definition.push_back(std::move(statement.text));
   program_.tableVariables.push_back(std::move(variable));
+}
+
+// A batch makes a temporary table of a name in one place only, even if that place is left out or the table is dropped
+// in between.
+void BatchCompiler::noteTemporaryTable(const StatementNode& node) {
+  std::string name;
+  if (node.kind == StatementKind::CreateTable) name = node.table.name;
+  if (node.kind == StatementKind::Select && node.query->body->select) name = node.query->body->select->into;
+  if (!name.starts_with("#")) return;
+  const auto same = [&](const std::string& other) { return sameName(other, name); };
+  if (std::ranges::any_of(temporaryTables_, same)) {
+    throw SqlError(Message::ObjectExists, {name}).at(lineOf(batch_, node.token));
+  }
+  temporaryTables_.push_back(std::move(name));
 }
 
 int BatchCompiler::labelNumber(const std::string& name) const {
@@ -170,6 +191,8 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
   if (definitionsSeen_ && !reached && namesTables(node.kind)) return defer();
   try {
     dispatch(node);
+    // What is wrong is wrong whatever a text may have done by then; what is right has to be compiled once more.
+    if (textSeen_ && !reached && namesTables(node.kind)) return defer();
   } catch (const UnknownTable& unknown) {
     if (reached) throw noObject(node.kind, unknown.name).at(lineOf(batch_, unknown.token));
     defer();
@@ -178,6 +201,7 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
     throw;
   }
   if (defines(node)) definitionsSeen_ = true;
+  if (node.kind == StatementKind::RunText) textSeen_ = true;
 }
 
 int BatchCompiler::lineAt(int token) {
@@ -277,6 +301,10 @@ void BatchCompiler::dispatch(const StatementNode& node) {
       return transaction(node, TransactionStep::Verb::Commit);
     case StatementKind::Rollback:
       return transaction(node, TransactionStep::Verb::Rollback);
+    case StatementKind::Cursor:
+      return cursor(node);
+    case StatementKind::RunText:
+      return runText(node);
     case StatementKind::Save:
       return transaction(node, TransactionStep::Verb::Save);
     case StatementKind::Call:
@@ -319,6 +347,7 @@ void BatchCompiler::conditional(const StatementNode& node) {
 
 void BatchCompiler::loop(const StatementNode& node) {
   if (defines(node)) definitionsSeen_ = true;
+  textSeen_ = textSeen_ || runsText(node);
   loops_.push_back({next(), {}});
   const int test = conditionStep(node, *node.where);
   statement(*node.statements[0], false);
@@ -442,6 +471,7 @@ void BatchCompiler::print(const StatementNode& node) {
 Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const CompileOptions& options) {
   Program program;
   program.placeholders = batch.placeholders;
+  program.variables = options.parameters;
   Parser parser(batch, program.structuralLiterals);
   const auto statements = parser.parseBatch();
   BatchCompiler compiler(batch, catalogue, program, options);
@@ -450,6 +480,11 @@ Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const Comp
   std::ranges::sort(structural);
   structural.erase(std::unique(structural.begin(), structural.end()), structural.end());
   return program;
+}
+
+std::vector<FormalParameter> formalParameters(const ShapedBatch& text) {
+  std::vector<int> structural;
+  return Parser(text, structural).parseParameters();
 }
 
 Program compileDeferred(const ShapedBatch& batch, const Program& program, const DeferredStep& step,

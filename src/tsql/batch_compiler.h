@@ -33,6 +33,7 @@ class BatchCompiler {
   void checkJump(const tree::StatementNode& node, const std::vector<int>& blocks) const;
   void checkLabels() const;
   int labelNumber(const std::string& name) const;
+  void noteTemporaryTable(const tree::StatementNode& node);
   void statement(const tree::StatementNode& node, bool reached);
   void dispatch(const tree::StatementNode& node);
   /// Steps mostly come in the order of the text, so the lines are counted on from the last one.
@@ -62,6 +63,9 @@ class BatchCompiler {
   void tryCatch(const tree::StatementNode& node);
   void transaction(const tree::StatementNode& node, TransactionStep::Verb verb);
   void option(const tree::StatementNode& node);
+  void runText(const tree::StatementNode& node);
+  void cursor(const tree::StatementNode& node);
+  void checkCursorItems(const tree::Select& select) const;
   int conditionStep(const tree::StatementNode& node, const tree::Expression& condition);
 
   // Changes (change_compiler.cpp).
@@ -114,9 +118,11 @@ class BatchCompiler {
   int line_ = 1;
   std::vector<Loop> loops_;
   std::vector<std::pair<const tree::StatementNode*, std::vector<int>>> jumps_;  // with the handlers around them
-  std::set<std::string> identityInsert_;  // tables with SET IDENTITY_INSERT ON, folded
-  bool insideLoop_ = false;               // the statement stands in a loop that is compiled already
-  bool definitionsSeen_ = false;          // the catalogue may have changed since the batch was compiled
+  std::set<std::string> identityInsert_;      // tables with SET IDENTITY_INSERT ON, folded
+  bool insideLoop_ = false;                   // the statement stands in a loop that is compiled already
+  std::vector<std::string> temporaryTables_;  // that statements of the batch make
+  bool textSeen_ = false;                     // the same by a text that the batch runs
+  bool definitionsSeen_ = false;              // the catalogue may have changed since the batch was compiled
 };
 
 }  // namespace tolvane::tsql

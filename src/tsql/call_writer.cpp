@@ -320,6 +320,7 @@ std::optional<Typed> Writer::toldByInterpreter(const Expression& expression) {
 Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
   Typed result;
   if (expression.name == "SCOPE_IDENTITY") {
+    if (inline_) refuse(expression.token, "the function in a definition");
     result.type = Type::decimal(38, 0);
     result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
     return result;

@@ -54,6 +54,8 @@ std::int32_t literalWidth(const Literal& literal);
 struct CompileOptions {
   // Types of the command's "?" parameters, in order; those beyond the list count as nvarchar(4000).
   std::vector<Type> placeholders;
+  // Variables that are there already: the parameters of a text that is run by another batch.
+  std::vector<Variable> parameters;
   // For messages that name a table in full; empty where there is none.
   std::string database;
 };
@@ -64,6 +66,13 @@ struct CompileOptions {
 // no error here: their statements become DeferredStep. An empty batch (blanks and comments only) gives a program
 // without steps.
 Program compile(const ShapedBatch& batch, const Catalogue& catalogue, const CompileOptions& options = {});
+
+// The parameters that a text declares for sp_executesql: "@a int, @b varchar(9) output".
+struct FormalParameter {
+  Variable variable;
+  bool output = false;
+};
+std::vector<FormalParameter> formalParameters(const ShapedBatch& text);
 
 // Compiles the statement of a deferred step of `program` with the catalogue as it is now. The result's steps use the
 // slots of `program.variables`; jumps are relative to its own steps. Throws SqlError, 208 for a table that still is not

@@ -300,8 +300,10 @@ Typed Writer::variable(const Expression& expression) {
       {"@@ERROR", Parameter::Source::Error, Type::of(TypeKind::Int).orNull(false)},
       {"@@TRANCOUNT", Parameter::Source::TranCount, Type::of(TypeKind::Int).orNull(false)},
       {"@@IDENTITY", Parameter::Source::Identity, Type::decimal(38, 0)},
+      {"@@FETCH_STATUS", Parameter::Source::Fetch, Type::of(TypeKind::Int).orNull(false)},
       {"@@DATEFIRST", Parameter::Source::DateFirst, Type::of(TypeKind::TinyInt).orNull(false)},
   };
+  if (inline_) refuse(expression.token, "a variable in a definition");
   Typed result;
   Parameter parameter;
   if (expression.name.starts_with("@@")) {

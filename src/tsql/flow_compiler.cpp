@@ -101,6 +101,28 @@ void BatchCompiler::raise(const StatementNode& node) {
   add(node, std::move(step));
 }
 
+void BatchCompiler::runText(const StatementNode& node) {
+  RunTextStep step;
+  step.parameters = !node.value;
+  std::string values;
+  if (node.value) {
+    const Typed text =
+        writer_.convert(writer_.expression(*node.value, nullptr), Type::text(TypeKind::NVarChar, maxLength));
+    values = text.sql;
+  }
+  for (std::size_t i = 0; i < node.passed.size(); ++i) {
+    const auto& passed = node.passed[i];
+    const Typed value = writer_.expression(*passed.value, nullptr);
+    values += (values.empty() ? "" : ",") + value.sql;
+    int slot = RunTextStep::notOutput;
+    if (passed.output) slot = writer_.variableSlot(passed.value->name, passed.value->token);
+    step.arguments.push_back({passed.name, value.type, slot});
+  }
+  step.query.statement = writer_.finish("SELECT " + values);
+  program_.returnsRows = true;
+  add(node, std::move(step));
+}
+
 void BatchCompiler::throwError(const StatementNode& node) {
   ThrowStep step;
   if (!node.arguments.empty()) {

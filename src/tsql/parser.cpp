@@ -35,7 +35,8 @@ constexpr std::array<std::string_view, 123> reserved{
     "SELECT",   "SET",    "SHUTDOWN",  "SOME",        "STATISTICS", "TABLE",       "TEXTSIZE",   "THEN",
     "TO",       "TOP",    "TRAN",      "TRANSACTION", "TRIGGER",    "TRUNCATE",    "UNION",      "UNIQUE",
     "UPDATE",   "USE",    "VALUES"};
-constexpr std::array<std::string_view, 7> reservedMore{"VARYING", "VIEW", "WAITFOR", "WHEN", "WHERE", "WHILE", "WITH"};
+constexpr std::array<std::string_view, 10> reservedMore{"CHECKPOINT", "DBCC", "DEALLOCATE", "VARYING", "VIEW",
+                                                        "WAITFOR",    "WHEN", "WHERE",      "WHILE",   "WITH"};
 static_assert(std::ranges::is_sorted(reserved) && std::ranges::is_sorted(reservedMore));
 
 }  // namespace

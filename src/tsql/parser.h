@@ -20,6 +20,8 @@ class Parser {
   std::vector<tree::StatementPtr> parseBatch();
   // The statement that begins at a token.
   tree::StatementPtr parseStatementAt(int token);
+  // Declarations of parameters up to the end of the text.
+  std::vector<FormalParameter> parseParameters();
 
  private:
   // Tokens.
@@ -80,6 +82,13 @@ class Parser {
   [[nodiscard]] bool isFirstStatement() const;
   tree::StatementPtr procedureCall(bool execute);
   bool procedureArgument();
+  tree::StatementPtr runText();
+  [[nodiscard]] bool beginsCursor() const;
+  tree::StatementPtr declareCursor();
+  tree::StatementPtr cursorCommand();
+  tree::StatementPtr fetch();
+  tree::StatementPtr runTextWithParameters();
+  tree::ExpressionPtr textToRun();
   tree::StatementPtr insert();
   tree::StatementPtr update();
   tree::StatementPtr remove();

@@ -186,4 +186,82 @@ void Parser::transactionName(tree::StatementNode& statement) {
   if (token().kind == TokenKind::Literal) ++at_;
 }
 
+// EXEC ('text' + @variable + ...)
+StatementPtr Parser::runText() {
+  auto result = makeStatement(StatementKind::RunText);
+  ++at_;
+  result->value = textToRun();
+  expectOperator(")");
+  if (isWord("AS") || isWord("AT")) refuse("EXEC of a text as somebody else or elsewhere");
+  return result;
+}
+
+// Texts and variables, joined; nothing else is computed there.
+tree::ExpressionPtr Parser::textToRun() {
+  auto left = constantOrVariable(false);
+  int chain = 0;
+  while (isOperator("+")) {
+    if (++chain > 400) fail();
+    auto result = make(tree::ExpressionKind::Binary);
+    result->name = "+";
+    ++at_;
+    result->arguments.push_back(std::move(left));
+    result->arguments.push_back(constantOrVariable(false));
+    left = std::move(result);
+  }
+  return left;
+}
+
+// sp_executesql [@stmt =] text [, [@params =] declarations [, [@parameter =] value [OUTPUT], ...]]
+StatementPtr Parser::runTextWithParameters() {
+  auto result = makeStatement(StatementKind::RunText);
+  bool named = false;
+  do {
+    tree::Argument argument;
+    if (token().kind == TokenKind::Variable && isOperator(1, "=")) {
+      argument.name = here();
+      at_ += 2;
+    } else if (named) {
+      throw SqlError(119, 15,
+                     "Must pass parameter number " + std::to_string(result->passed.size() + 1) +
+                         " and subsequent parameters as '@name = value'. After the form '@name = value' has been used, "
+                         "all subsequent parameters must be passed in the form '@name = value'.")
+          .at(lineOf(batch_, at_));
+    }
+    // The names of the first two are their own.
+    const bool own = result->passed.size() < 2;
+    named = named || (!argument.name.empty() && !own);
+    argument.value = constantOrVariable(true);
+    if (isWord("OUTPUT") || isWord("OUT")) {
+      if (argument.value->kind != tree::ExpressionKind::Variable || own) fail();
+      ++at_;
+      argument.output = true;
+    }
+    result->passed.push_back(std::move(argument));
+  } while (takeOperator(","));
+  return result;
+}
+
+std::vector<FormalParameter> Parser::parseParameters() {
+  std::vector<FormalParameter> result;
+  while (!isEnd()) {
+    if (!result.empty()) expectOperator(",");
+    if (token().kind != TokenKind::Variable) fail();
+    FormalParameter parameter;
+    parameter.variable.name = here();
+    ++at_;
+    takeWord("AS");
+    typeOrdinal_ = static_cast<int>(result.size()) + 1;
+    parameter.variable.type = type();
+    typeOrdinal_ = 0;
+    Type& type = parameter.variable.type;
+    if (typeRow(type.kind).takesLength && type.length == 0) type.length = 1;
+    if (isOperator("=")) refuse("a default of a parameter");
+    if (isWord("READONLY")) refuse("a table as a parameter");
+    parameter.output = takeWord("OUTPUT") || takeWord("OUT");
+    result.push_back(std::move(parameter));
+  }
+  return result;
+}
+
 }  // namespace tolvane::tsql

@@ -66,6 +66,8 @@ StatementPtr Parser::simpleStatement() {
   if (isWord("GOTO")) return goTo();
   if (isName() && isOperator(1, ":")) return label();
   if (beginsThrow()) return throwError();
+  if (isWord("FETCH")) return fetch();
+  if (isWord("OPEN") || isWord("CLOSE") || isWord("DEALLOCATE")) return cursorCommand();
   refuseKnownStatement();
   const bool execute = isWord("EXEC") || isWord("EXECUTE");
   if (execute || (isName() && isFirstStatement())) return procedureCall(execute);
@@ -74,9 +76,9 @@ StatementPtr Parser::simpleStatement() {
 
 void Parser::refuseKnownStatement() const {
   static constexpr std::string_view known[] = {
-      "MERGE",      "GRANT",   "REVOKE",      "DENY",     "USE",        "WAITFOR",    "OPEN", "FETCH",    "CLOSE",
-      "BACKUP",     "RESTORE", "DBCC",        "KILL",     "CHECKPOINT", "DEALLOCATE", "BULK", "READTEXT", "WRITETEXT",
-      "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN", "REVERT",     "DUMP",       "LOAD"};
+      "MERGE",      "GRANT",   "REVOKE",      "DENY",       "USE",    "WAITFOR",  "BACKUP",
+      "RESTORE",    "DBCC",    "KILL",        "CHECKPOINT", "BULK",   "READTEXT", "WRITETEXT",
+      "UPDATETEXT", "SETUSER", "RECONFIGURE", "SHUTDOWN",   "REVERT", "DUMP",     "LOAD"};
   for (const auto word : known) {
     if (isWord(word)) refuse("the statement");
   }
@@ -91,13 +93,18 @@ bool Parser::isFirstStatement() const {
 // Server brings along, which are refused.
 StatementPtr Parser::procedureCall(bool execute) {
   auto result = makeStatement(StatementKind::Call);
+  int word = at_;
   if (execute) {
-    const int word = at_++;
+    word = at_++;
     if (token().kind == TokenKind::Variable && isOperator(1, "=")) at_ += 2;
+    if (isOperator("(")) return runText();
     if (!isName()) throw notSupported(batch_, word, "the statement");
   }
   const int first = at_;
   const auto procedure = tableName();
+  if (sameName(procedure.name, "sp_executesql") && execute && first == word + 1) {
+    return runTextWithParameters();
+  }
   if (procedure.name.starts_with("sp_") || procedure.name.starts_with("xp_")) {
     throw notSupported(batch_, first, "the procedure");
   }
@@ -296,13 +303,11 @@ StatementPtr Parser::begin() {
 StatementPtr Parser::declare() {
   auto result = makeStatement(StatementKind::Declare);
   ++at_;
+  if (beginsCursor()) return declareCursor();
   do {
     tree::Declaration declaration;
     declaration.token = at_;
-    if (token().kind != TokenKind::Variable) {
-      if (isName() && isWord(1, "CURSOR")) refuse("a cursor");
-      fail();
-    }
+    if (token().kind != TokenKind::Variable) fail();
     declaration.name = here();
     ++at_;
     takeWord("AS");

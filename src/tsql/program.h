@@ -173,6 +173,34 @@ struct ThrowStep {
   std::optional<Query> query;
 };
 
+// EXEC of a text: the query's first value. With `parameters` (sp_executesql) the second one declares parameters, and
+// the others are their values.
+struct RunTextStep {
+  struct Argument {
+    std::string name;  // empty: by position
+    Type type;
+    int slot = notOutput;  // the variable that takes the value back
+  };
+  static constexpr int notOutput = -1;
+  Query query;
+  bool parameters = false;
+  std::vector<Argument> arguments;
+};
+
+// DECLARE, OPEN, FETCH INTO, CLOSE, DEALLOCATE of a cursor. The query is that of DECLARE, or the number of an ABSOLUTE
+// or RELATIVE one.
+struct CursorStep {
+  enum class Verb { Declare, Open, Close, Deallocate, Next, Prior, First, Last, Absolute, Relative };
+  Verb verb = Verb::Declare;
+  std::string name;
+  Query query;
+  std::vector<std::string> reads;  // tables of the query
+  std::vector<int> slots;          // variables of INTO
+  bool keeps = false;              // STATIC
+  bool forward = false;            // NEXT only
+  bool local = false;              // ends with the batch
+};
+
 // SET NOCOUNT ON and others that only have to be accepted; the name is in capitals ("NOCOUNT").
 struct OptionStep {
   std::string name;
@@ -191,8 +219,9 @@ struct DeferredStep {
   int continueTo = noLoop;
 };
 
-using StepBody = std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep,
-                              TransactionStep, ErrorStep, RaiseStep, ThrowStep, OptionStep, DeferredStep>;
+using StepBody =
+    std::variant<QueryStep, ExecuteStep, DdlStep, JumpUnlessStep, JumpStep, AssignStep, PrintStep, TransactionStep,
+                 ErrorStep, RaiseStep, ThrowStep, OptionStep, RunTextStep, CursorStep, DeferredStep>;
 
 struct Step {
   int line = 1;  // where the statement begins in the batch

@@ -220,6 +220,8 @@ enum class StatementKind {
   Label,
   GoTo,
   Save,
+  Cursor,   // name, operation: the verb; query, value, columns: the variables
+  RunText,  // EXEC of a text, sp_executesql
 };
 
 struct Declaration {
@@ -228,6 +230,13 @@ struct Declaration {
   ExpressionPtr value;
   int token = 0;
   StatementPtr table;  // of a table variable: its definition
+};
+
+// A value that is handed to a procedure.
+struct Argument {
+  std::string name;  // of the parameter, if it is said
+  ExpressionPtr value;
+  bool output = false;
 };
 
 struct StatementNode {
@@ -257,6 +266,7 @@ struct StatementNode {
   ExpressionPtr value;                   // SET, PRINT
   std::string operation;                 // SET @x += ...
   std::vector<ExpressionPtr> arguments;  // RAISERROR, THROW
+  std::vector<Argument> passed;          // to a procedure
   std::vector<TableName> tables;         // DROP TABLE a, b
 };
 

@@ -197,6 +197,7 @@ class Writer {
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() {
     parameters_.clear();
+    inline_ = false;
     // A statement that was left in the middle, because a table is missing, leaves its own behind.
     commonTables_.clear();
   }

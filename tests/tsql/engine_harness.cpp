@@ -550,6 +550,12 @@ struct EngineHarness::State : Catalogue {
     }
     throw error;
   }
+  std::string run(const RunTextStep&, const Program&, const ShapedBatch&, int&, bool&) {
+    throw SqlError(50004, 16, "texts are run by the embedded engine only");
+  }
+  std::string run(const CursorStep&, const Program&, const ShapedBatch&, int&, bool&) {
+    throw SqlError(50004, 16, "cursors are run by the embedded engine only");
+  }
   std::string run(const OptionStep&, const Program&, const ShapedBatch&, int&, bool&) { return {}; }
   std::string run(const DeferredStep& step, const Program& program, const ShapedBatch& batch, int& next, bool& ended) {
     const Program inner = compileDeferred(batch, program, step, *this);
