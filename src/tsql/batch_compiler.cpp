@@ -150,7 +150,8 @@ void BatchCompiler::written(const Table& table) {
 
 void BatchCompiler::dispatch(const StatementNode& node) {
   writer_.beginStatement();
-  writer_.defineCommonTables(node.with, tree::Query().maxRecursion);
+  writer_.keepRows(node.kind == StatementKind::Update || node.kind == StatementKind::Delete);
+  writer_.defineCommonTables(node.with, node.maxRecursion);
   switch (node.kind) {
     case StatementKind::Select:
       return select(node);

@@ -10,7 +10,7 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 58> functions{{
+constexpr std::array<FunctionRow, 65> functions{{
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
@@ -70,6 +70,13 @@ constexpr std::array<FunctionRow, 58> functions{{
     {"ROW_NUMBER",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"RANK",        "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
     {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
+    {"NTILE",       "",                  1, 1, {Integer},                             R::BigInt,          0, no,                false},
+    {"PERCENT_RANK", "",                 0, 0, {},                                    R::Float,           0, no,                false},
+    {"CUME_DIST",   "",                  0, 0, {},                                    R::Float,           0, no,                false},
+    {"LAG",         "",                  1, 3, {Any, Integer, Any},                   R::FirstNumber,     0, no,                true},
+    {"LEAD",        "",                  1, 3, {Any, Integer, Any},                   R::FirstNumber,     0, no,                true},
+    {"FIRST_VALUE", "",                  1, 1, {Any},                                 R::FirstNumber,     0, no,                true},
+    {"LAST_VALUE",  "",                  1, 1, {Any},                                 R::FirstNumber,     0, no,                true},
 }};
 
 constexpr std::array<AggregateRow, 10> aggregates{{
@@ -97,7 +104,7 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 11> emitted{
+constexpr std::array<std::string_view, 12> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
@@ -106,6 +113,7 @@ constexpr std::array<std::string_view, 11> emitted{
     "ts_assign",         // value, packed from, packed to, 'table.column', the verb for messages unless it is INSERT
     "ts_like",           // text, pattern, escape or null, 1 for unicode text
     "ts_single",         // aggregate: the only value of a sub-query
+    "ts_string_agg",     // aggregate: text, separator, packed result, then value, packed type, 1 for DESC of each key
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'

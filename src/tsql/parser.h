@@ -62,6 +62,7 @@ class Parser {
   [[nodiscard]] bool isFirstStatement() const;
   tree::StatementPtr procedureCall(bool execute);
   bool procedureArgument();
+  tree::StatementPtr change();
   tree::StatementPtr insert();
   tree::StatementPtr update();
   tree::StatementPtr remove();
@@ -73,6 +74,8 @@ class Parser {
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
   void options(tree::Query& query);
+  void queryHint(tree::Query& query);
+  void bracketed();
   std::vector<tree::Assignment> assignments();
   void fromAndWhere(tree::StatementNode& statement);
   void top(tree::StatementNode& statement);
@@ -93,6 +96,11 @@ class Parser {
   std::unique_ptr<tree::QueryBody> intersection();
   std::unique_ptr<tree::QueryBody> queryTerm();
   std::unique_ptr<tree::Select> select();
+  tree::ExpressionPtr rowCountOfTop();
+  void groups(tree::Select& select);
+  void groupingItem(tree::Select& select, std::vector<std::vector<int>>& choices);
+  std::vector<int> groupingKeys(tree::Select& select);
+  int groupingKey(tree::Select& select, tree::ExpressionPtr key);
   tree::SelectItem selectItem();
   std::vector<std::vector<tree::ExpressionPtr>> valueRows();
   std::vector<tree::OrderItem> orderBy();
@@ -100,6 +108,7 @@ class Parser {
   tree::TableReferencePtr joinedTable();
   tree::TableReferencePtr tablePrimary();
   bool joinKind(tree::JoinKind& kind);
+  void refuseTableOperators();
   void tableAlias(tree::TableReference& reference);
   void tableHints();
   bool beginsQuery(int ahead) const;
@@ -124,6 +133,9 @@ class Parser {
   tree::ExpressionPtr convertExpression();
   tree::ExpressionPtr call(std::string name);
   void window(tree::Expression& call);
+  void withinGroup(tree::Expression& call);
+  std::unique_ptr<tree::WindowFrame> windowFrame();
+  tree::WindowBound windowBound();
   tree::ExpressionPtr columnName();
   tree::ExpressionPtr make(tree::ExpressionKind kind) const;
 
