@@ -12,6 +12,11 @@ using tree::ExpressionKind;
 
 namespace {
 
+std::string lowered(std::string name) {
+  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  return name;
+}
+
 Type longest(const Type& text) {
   return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar,
                     text.length == maxLength || text.isLongText() ? maxLength
@@ -309,6 +314,14 @@ Typed Writer::aggregate(const Expression& expression, Scope* scope) {
 Scope* Writer::beginAggregate(const Expression& expression, Scope* scope) {
   Scope* owner = scope == nullptr ? nullptr : ownerOf(expression, scope);
   if (owner != nullptr && owner->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
+  if (owner != nullptr && owner->clause == Scope::Clause::Set) {
+    fail(expression.token, 157, "An aggregate may not appear in the set list of an UPDATE statement.");
+  }
+  if (owner != nullptr && owner->clause == Scope::Clause::On) {
+    fail(expression.token, 1015,
+         "An aggregate cannot appear in an ON clause unless it is in a subquery contained in a HAVING clause or a "
+         "select list, and the column being aggregated is an outer reference.");
+  }
   if (owner == nullptr || !owner->aggregatesAllowed) {
     fail(expression.token, 147,
          "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause or a "
@@ -429,7 +442,7 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
   Typed result;
   const bool counts = row.rule == AggregateRule::Count || row.rule == AggregateRule::CountBig;
   if (expression.star ? !counts : expression.arguments.size() != 1) {
-    fail(expression.token, Message::FunctionArgumentCount, {expression.name, "1"});
+    fail(expression.token, Message::FunctionArgumentCount, {lowered(expression.name), "1"});
   }
   const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt);
   if (expression.star) {

@@ -100,6 +100,10 @@ std::string BatchCompiler::insertQuery(const tree::Query& query, const Table& ta
 }
 
 void BatchCompiler::insert(const StatementNode& node) {
+  const auto isTarget = [&](const tree::CommonTable& table) { return sameName(table.name, node.table.name); };
+  if (node.table.schema.empty() && std::ranges::any_of(node.with, isTarget)) {
+    throw notSupported(batch_, node.table.token, "adding rows to a common table expression");
+  }
   const Table& table = changedTable(node.table);
   ExecuteStep step;
   step.verb = ExecuteStep::Verb::Insert;
@@ -220,6 +224,7 @@ void BatchCompiler::update(const StatementNode& node) {
   bool keys = false;
   std::vector<int> columns;
   std::vector<std::string> values;
+  scope.clause = Scope::Clause::Set;
   for (const auto& assignment : node.assignments) {
     const int ordinal = assignedColumn(assignment, changed);
     const Column& column = table.columns[static_cast<std::size_t>(ordinal)];
@@ -252,6 +257,7 @@ void BatchCompiler::update(const StatementNode& node) {
     keys = keys || (unique && value.parameter < 0);
     values.push_back(writer_.assign(value, table, column, "UPDATE"));
   }
+  scope.clause = Scope::Clause::Select;
   std::string where;
   if (node.where) where = " WHERE " + writer_.condition(*node.where, &scope);
   written(table);
@@ -274,7 +280,7 @@ void BatchCompiler::update(const StatementNode& node) {
   for (std::size_t i = 0; i < values.size(); ++i) rows += "," + values[i] + " AS c" + std::to_string(i + 1);
   rows += " FROM " + changed.from + where;
   if (node.top) {
-    rows += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
+    rows += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), -1, node.top->token);
   }
   if (keys) return updateInTwoPasses(node, table, columns, rows);
   step.statements.push_back(
@@ -330,7 +336,7 @@ void BatchCompiler::remove(const StatementNode& node) {
   } else {
     text = "DELETE FROM " + name + " WHERE rowid IN (SELECT " + changed.alias + ".rowid FROM " + changed.from + where;
     if (node.top) {
-      text += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
+      text += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), -1, node.top->token);
     }
     text += ")";
   }

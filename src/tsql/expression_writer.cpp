@@ -450,7 +450,7 @@ Typed Writer::expression(const Expression& expression, Scope* scope) {
       result = scalarSubquery(expression, scope);
       break;
     case ExpressionKind::Default:
-      fail(expression.token, Message::IncorrectSyntaxKeyword, {"DEFAULT"});
+      fail(expression.token, Message::IncorrectSyntaxKeyword, {written(expression.token)});
     default: {
       const Token& token = batch_.tokens[static_cast<std::size_t>(expression.token)];
       fail(expression.token, Message::IncorrectSyntax, {batch_.text.substr(token.begin, token.end - token.begin)});
@@ -478,7 +478,10 @@ void Writer::makeKey(Typed& value, const Scope& scope, int key) const {
 
 Typed Writer::unary(const Expression& expression, Scope* scope) {
   Typed value = this->expression(*expression.arguments[0], scope);
-  if (expression.name == "+") return value;
+  if (expression.name == "+") {
+    value.column = nullptr;
+    return value;
+  }
   if (value.type.kind == TypeKind::Null) return value;
   Typed result;
   result.type = value.type;
@@ -546,8 +549,8 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
     Typed result;
     measure(left);
     measure(right);
-    if (left.type.kind == TypeKind::Null) left.type = right.type;
-    if (right.type.kind == TypeKind::Null) right.type = left.type;
+    if (left.type.kind == TypeKind::Null) left.type = right.type.orNull();
+    if (right.type.kind == TypeKind::Null) right.type = left.type.orNull();
     result.type = concatenation(left.type, right.type);
     result.sql = "(" + left.sql + "||" + right.sql + ")";
     result.subquery = left.subquery || right.subquery;

@@ -108,7 +108,7 @@ constexpr std::array<std::string_view, 12> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
-    "ts_top",            // what TOP gives, the greatest there may be or -1
+    "ts_top",            // what TOP gives, the greatest there may be or -1; -2 for OFFSET, -3 for FETCH
     "ts_depth",          // the step of a recursion, how many there may be
     "ts_assign",         // value, packed from, packed to, 'table.column', the verb for messages unless it is INSERT
     "ts_like",           // text, pattern, escape or null, 1 for unicode text

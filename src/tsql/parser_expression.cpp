@@ -315,7 +315,7 @@ ExpressionPtr Parser::call(std::string function) {
   auto result = make(ExpressionKind::Call);
   result->name = std::move(function);
   at_ += 2;
-  if (isOperator("*") && isOperator(1, ")")) {
+  if (isOperator("*") && isOperator(1, ")") && result->name.starts_with("COUNT")) {
     result->star = true;
     ++at_;
   } else if (!isOperator(")")) {

@@ -32,6 +32,11 @@ tree::QueryPtr Parser::query() {
   result->body = setOperation();
   if (isWord("ORDER")) result->order = orderBy();
   if (!result->order.empty() && takeWord("OFFSET")) page(*result);
+  const bool fetches = isWord("FETCH") && (isWord(1, "NEXT") || isWord(1, "FIRST")) && !isWord(2, "FROM");
+  if (!result->order.empty() && !result->offset && fetches) {
+    throw SqlError(153, 15, "Invalid usage of the option " + std::string(text(peek(1))) + " in the FETCH statement.")
+        .at(lineOf(batch_, at_ + 1));
+  }
   if (isWord("FOR")) refuse("FOR");
   if (isWord("COMPUTE")) refuse("COMPUTE");
   return result;
@@ -152,7 +157,7 @@ int Parser::groupingKey(Select& select, tree::ExpressionPtr key) {
 std::vector<int> Parser::groupingKeys(Select& select) {
   std::vector<int> keys;
   const int begin = at_;
-  if (takeOperator("(")) {
+  if (!beginsQuery(0) && takeOperator("(")) {
     if (takeOperator(")")) return keys;
     do {
       keys.push_back(groupingKey(select, expression()));
@@ -443,7 +448,7 @@ TableReferencePtr Parser::tablePrimary() {
       result->query->body->select->values = valueRows();
       expectOperator(")");
       tableAlias(*result);
-      if (result->alias.empty() || result->columnAliases.empty()) fail();
+      if (result->alias.empty()) fail();
       return result;
     }
     result = joinedTable();

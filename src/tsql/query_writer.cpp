@@ -34,6 +34,9 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   BoundQuery result;
   result.scope = std::make_unique<Scope>();
   result.scope->parent = parent;
+  if (subquery && tree::intoOf(*query.body) != nullptr) {
+    fail(query.token, Message::IncorrectSyntaxKeyword, {"into"});
+  }
   const std::size_t known = commonTables_.size();
   defineCommonTables(query.with, query.maxRecursion);
   result.body = bindBody(*query.body, query, *result.scope, parent);
@@ -87,6 +90,11 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
     return result;
   }
   auto result = std::make_unique<BoundBody>();
+  const auto intoLater = [&](const tree::QueryBody& side) { return side.select && !side.select->into.empty(); };
+  if (intoLater(*body.right)) {
+    fail(body.right->token, 196,
+         "SELECT INTO must be the first query in a statement containing a UNION, INTERSECT or EXCEPT operator.");
+  }
   result->operation = body.operation;
   result->token = body.token;
   result->left = bindBody(*body.left, query, scope, parent);
@@ -297,12 +305,12 @@ std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
   around.parent = &scope;
   around.rowCount = true;
   Typed value = expression(*select.top, &around);
-  return rowCount(std::move(value), select.percent, select.top->token);
+  return rowCount(std::move(value), select.percent ? 100 : -1, select.top->token);
 }
 
 // What TOP gives, for a LIMIT. A number that no literal gives is looked at when the statement runs.
-std::string Writer::rowCount(Typed value, bool percent, int token) {
-  if (percent) {
+std::string Writer::rowCount(Typed value, int greatest, int token) {
+  if (greatest == 100) {
     if (value.type.kind == TypeKind::Null) fail(token, Message::InvalidTop);
     return "ts_top(" + convert(std::move(value), Type::of(TypeKind::Float)).sql + ",100)";
   }
@@ -312,7 +320,7 @@ std::string Writer::rowCount(Typed value, bool percent, int token) {
     fail(token, 1060, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
   }
   if (value.literal >= 0 && value.type.isInteger()) return value.sql;
-  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + ",-1)";
+  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + "," + std::to_string(greatest) + ")";
 }
 
 // --- the columns of set operations
@@ -468,21 +476,20 @@ void Writer::bindOffset(const tree::Query& query, BoundQuery& bound) {
   if (bound.body->operation == SetOperator::None && query.body->select && query.body->select->top) {
     fail(query.token, 10741, "A TOP can not be used in the same query or sub-query as a OFFSET.");
   }
-  Typed offset = expression(*query.offset, bound.scope->parent);
-  if (offset.digitsOf >= 0) {
-    fail(query.token, 10742, "The offset specified in a OFFSET clause may not be negative.");
-  }
+  Scope around;
+  around.parent = bound.scope.get();
+  around.rowCount = true;
+  Typed offset = expression(*query.offset, &around);
+  if (offset.digitsOf >= 0) fail(query.token, Message::NegativeOffset);
   std::string fetch = "-1";
   if (query.fetch) {
-    Typed count = expression(*query.fetch, bound.scope->parent);
+    Typed count = expression(*query.fetch, &around);
     if (count.literal >= 0) structural(count.literal);
     const bool isZero = count.literal >= 0 && batch_.literals[static_cast<std::size_t>(count.literal)].integer == 0;
-    if (isZero || count.digitsOf >= 0) {
-      fail(query.token, 10744, "The number of rows provided for a FETCH clause must be greater then zero.");
-    }
-    fetch = rowCount(std::move(count), false, query.fetch->token);
+    if (isZero || count.digitsOf >= 0) fail(query.token, Message::EmptyFetch);
+    fetch = rowCount(std::move(count), -3, query.fetch->token);
   }
-  bound.page = " LIMIT " + fetch + " OFFSET " + rowCount(std::move(offset), false, query.offset->token);
+  bound.page = " LIMIT " + fetch + " OFFSET " + rowCount(std::move(offset), -2, query.offset->token);
 }
 
 // --- text

@@ -83,7 +83,9 @@ std::string Writer::joinText(const TableReference& reference, Scope& scope, std:
     const std::size_t visible = scope.firstVisible;
     scope.firstVisible = first;
     ++scope.insideGroupKey;
+    scope.clause = Scope::Clause::On;
     text += " ON " + condition(*reference.on, &scope);
+    scope.clause = Scope::Clause::Select;
     --scope.insideGroupKey;
     scope.firstVisible = visible;
   }

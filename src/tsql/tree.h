@@ -145,6 +145,13 @@ struct QueryBody {
   std::unique_ptr<QueryBody> right;
 };
 
+// The query that says INTO, which is the first one of several; null where none does.
+inline const Select* intoOf(const QueryBody& body) {
+  const QueryBody* first = &body;
+  while (first->left) first = first->left.get();
+  return first->select && !first->select->into.empty() ? first->select.get() : nullptr;
+}
+
 struct CommonTable {
   std::string name;
   std::vector<std::string> columns;

@@ -71,7 +71,7 @@ struct Scope {
   bool aggregatesOutside = false;  // an aggregate of a query around this one was written
   bool usedInside = false;         // a sub-query named one of its columns
   bool rowCount = false;           // the expression of a TOP, whose query is the scope around it
-  enum class Clause { Select, GroupBy, Having, OrderBy };
+  enum class Clause { Select, On, Set, GroupBy, Having, OrderBy };
   Clause clause = Clause::Select;       // which one is being written
   std::string ungrouped;                // the first column that stands neither in an aggregate nor in a group key ...
   Clause ungroupedIn = Clause::Select;  // ... and where it stands
@@ -205,7 +205,8 @@ class Writer {
   // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
   Query bindRows(const tree::Query& query, Scope& scope);
 
-  std::string rowCount(Typed value, bool percent, int token);  // of a TOP, for a LIMIT
+  // Of a TOP, for a LIMIT; `greatest` is what ts_top wants to know.
+  std::string rowCount(Typed value, int greatest, int token);
 
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() {
