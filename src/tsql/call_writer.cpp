@@ -382,6 +382,7 @@ Typed Writer::grouping(const Expression& expression, Scope* scope) {
   if (expression.name == "GROUPING" && expression.arguments.size() != 1) {
     fail(expression.token, Message::FunctionArgumentCount, {"GROUPING", "1"});
   }
+  if (expression.arguments.empty()) refuse(expression.token, "GROUPING_ID of nothing");
   const bool allowed = scope != nullptr && scope->groupKeys != nullptr && scope->aggregatesAllowed;
   std::int64_t flags = 0;
   for (std::size_t i = 0; i < expression.arguments.size(); ++i) {
