@@ -129,9 +129,17 @@ void showAggregate(sqlite3_context* context) {
   });
 }
 
-// Rows leave a window of ROWS or RANGE only, which the compiler refuses.
-void leaveAggregate(sqlite3_context* context, int, sqlite3_value**) {
-  sqlite3_result_error(context, "a row left a window", -1);
+// A row leaves a window whose beginning moves.
+void leaveAggregate(sqlite3_context* context, int count, sqlite3_value** values) {
+  guarded(context, [&] {
+    auto* state = static_cast<StatePointer*>(sqlite3_aggregate_context(context, 0));
+    if (!state || !*state) return;
+    auto& entry = entryOf(context);
+    withArguments(count, values, [&](std::span<const tsql::Datum> arguments) {
+      tsql::Call call{arguments, accountSetCollation(), entry.bridge->session()};
+      (*state)->leave(call);
+    });
+  });
 }
 
 std::string_view view(int size, const void* text) {

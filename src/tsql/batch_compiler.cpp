@@ -19,8 +19,7 @@ bool isDefinition(StatementKind kind) {
 
 bool defines(const StatementNode& node) {
   if (isDefinition(node.kind)) return true;
-  if (node.kind == StatementKind::Select && node.query->body->select && !node.query->body->select->into.empty())
-    return true;
+  if (node.kind == StatementKind::Select && tree::intoOf(*node.query->body) != nullptr) return true;
   return std::ranges::any_of(node.statements, [](const auto& inner) { return defines(*inner); });
 }
 
@@ -241,7 +240,8 @@ void BatchCompiler::written(const Table& table) {
 
 void BatchCompiler::dispatch(const StatementNode& node) {
   writer_.beginStatement();
-  writer_.defineCommonTables(node.with, tree::Query().maxRecursion);
+  writer_.keepRows(node.kind == StatementKind::Update || node.kind == StatementKind::Delete);
+  writer_.defineCommonTables(node.with, node.maxRecursion);
   switch (node.kind) {
     case StatementKind::Select:
       return select(node);
@@ -399,7 +399,7 @@ void BatchCompiler::assignVariable(const StatementNode& node, const std::string&
 
 void BatchCompiler::select(const StatementNode& node) {
   const auto& body = *node.query->body;
-  if (body.select && !body.select->into.empty()) return selectInto(node, *body.select);
+  if (const tree::Select* into = tree::intoOf(body)) return selectInto(node, *into);
   const bool assigns =
       body.select && std::ranges::any_of(body.select->items, [](const auto& item) { return !item.variable.empty(); });
   if (assigns) return selectVariables(node, *body.select);

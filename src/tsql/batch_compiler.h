@@ -83,7 +83,11 @@ class BatchCompiler {
     std::string alias;
     std::string from;  // FROM text with the target in it
     bool joined = false;
+    std::string name;                   // as expressions call it
+    std::vector<SourceColumn> columns;  // of a query in the place of a table
   };
+  void takeSource(const tree::StatementNode& node, const Source& source, Target& target) const;
+  int assignedColumn(const tree::Assignment& assignment, const Target& target) const;
   Target target(const tree::StatementNode& node, Scope& scope);
   void updateInTwoPasses(const tree::StatementNode& node, const Table& table, const std::vector<int>& columns,
                          const std::string& rows);

@@ -12,6 +12,11 @@ using tree::ExpressionKind;
 
 namespace {
 
+std::string lowered(std::string name) {
+  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  return name;
+}
+
 Type longest(const Type& text) {
   return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar,
                     text.length == maxLength || text.isLongText() ? maxLength
@@ -133,6 +138,8 @@ void Writer::failOfUnknownFunction(const Expression& call) const {
 Typed Writer::call(const Expression& expression, Scope* scope) {
   if (!expression.qualifier.empty()) failOfUnknownFunction(expression);
   if (expression.over) return windowed(expression, scope);
+  if (expression.name == "GROUPING" || expression.name == "GROUPING_ID") return grouping(expression, scope);
+  if (expression.name == "STRING_AGG") return joinedText(expression, scope);
   if (findAggregateRow(expression.name) != nullptr) return aggregate(expression, scope);
   const FunctionRow* row = findFunctionRow(expression.name);
   if (row == nullptr) {
@@ -326,7 +333,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
     return result;
   }
   if (auto told = toldByInterpreter(expression)) return *told;
-  if (expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK") {
+  if (isWindowFunction(expression.name)) {
     fail(expression.token, 10753, "The function '" + written(expression.token) + "' must have an OVER clause.");
   }
   std::vector<Typed> values;
@@ -382,18 +389,141 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
 }
 
 Typed Writer::aggregate(const Expression& expression, Scope* scope) {
-  if (scope != nullptr && scope->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
-  if (scope == nullptr || !scope->aggregatesAllowed) {
+  Scope* owner = beginAggregate(expression, scope);
+  if (owner == scope) return aggregateOf(expression, scope);
+  scope->aggregatesOutside = true;
+  if (!scope->aggregatesAllowed) refuse(expression.token, "an aggregate of a query around it, in a condition,");
+  ++owner->insideAggregate;
+  Typed result = aggregateOf(expression, scope);
+  --owner->insideAggregate;
+  return result;
+}
+
+// The query whose rows are added up.
+Scope* Writer::beginAggregate(const Expression& expression, Scope* scope) {
+  Scope* owner = scope == nullptr ? nullptr : ownerOf(expression, scope);
+  if (owner != nullptr && owner->clause == Scope::Clause::GroupBy) failInGroupKey(expression.token);
+  if (owner != nullptr && owner->clause == Scope::Clause::Set) {
+    fail(expression.token, 157, "An aggregate may not appear in the set list of an UPDATE statement.");
+  }
+  if (owner != nullptr && owner->clause == Scope::Clause::On) {
+    fail(expression.token, 1015,
+         "An aggregate cannot appear in an ON clause unless it is in a subquery contained in a HAVING clause or a "
+         "select list, and the column being aggregated is an outer reference.");
+  }
+  if (owner == nullptr || !owner->aggregatesAllowed) {
     fail(expression.token, 147,
          "An aggregate may not appear in the WHERE clause unless it is in a subquery contained in a HAVING clause or a "
          "select list, and the column being aggregated is an outer reference.");
   }
-  if (scope->insideAggregate > 0) {
+  if (owner->insideAggregate > 0) {
     fail(expression.token, 130,
          "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
   }
-  scope->aggregated = true;
-  return aggregateOf(expression, scope);
+  owner->aggregated = true;
+  return owner;
+}
+
+// An aggregate of a column of a query around the sub-query that it stands in belongs to that query.
+Scope* Writer::ownerOf(const Expression& aggregate, Scope* scope) const {
+  if (scope->parent == nullptr) return scope;
+  std::vector<const Expression*> columns;
+  const auto collect = [&](const Expression& part, const auto& again) -> void {
+    if (part.kind == ExpressionKind::Column) columns.push_back(&part);
+    for (const auto& argument : part.arguments) again(*argument, again);
+    if (part.operand) again(*part.operand, again);
+    if (part.otherwise) again(*part.otherwise, again);
+  };
+  for (const auto& argument : aggregate.arguments) collect(*argument, collect);
+  Scope* owner = scope;
+  for (const Expression* column : columns) {
+    Scope* home = scopeOf(*column, scope);
+    if (home != scope) owner = home;
+  }
+  if (owner == scope) return scope;
+  const Expression& first = *columns.front();
+  const bool alone =
+      std::ranges::all_of(columns, [&](const Expression* other) { return sameExpression(first, *other); });
+  if (!alone) {
+    fail(aggregate.token, 8124,
+         "Multiple columns are specified in an aggregated expression containing an outer reference. If an expression "
+         "being aggregated contains an outer reference, then that outer reference must be the only column referenced "
+         "in the expression.");
+  }
+  return owner;
+}
+
+// Where a column would be found; the innermost query where it is found nowhere.
+Scope* Writer::scopeOf(const Expression& column, Scope* scope) const {
+  for (Scope* at = scope; at != nullptr; at = at->parent) {
+    for (std::size_t i = at->firstVisible; i < at->sources.size(); ++i) {
+      const Source& source = at->sources[i];
+      if (!column.qualifier.empty() && !sameName(source.name, column.qualifier)) continue;
+      const auto isIt = [&](const SourceColumn& candidate) { return sameName(candidate.name, column.name); };
+      if (!column.qualifier.empty() || std::ranges::any_of(source.columns, isIt)) return at;
+    }
+  }
+  return scope;
+}
+
+// 1 for a key that the row is not grouped by; GROUPING_ID reads the answers for several keys as one binary number.
+Typed Writer::grouping(const Expression& expression, Scope* scope) {
+  if (expression.name == "GROUPING" && expression.arguments.size() != 1) {
+    fail(expression.token, Message::FunctionArgumentCount, {"GROUPING", "1"});
+  }
+  if (expression.arguments.empty()) refuse(expression.token, "GROUPING_ID of nothing");
+  const bool allowed = scope != nullptr && scope->groupKeys != nullptr && scope->aggregatesAllowed;
+  std::int64_t flags = 0;
+  for (std::size_t i = 0; i < expression.arguments.size(); ++i) {
+    const int key = allowed ? keyOf(*expression.arguments[i], *scope) : -1;
+    if (key < 0) {
+      fail(expression.token, 8161,
+           "Argument " + std::to_string(i + 1) + " of the " + expression.name +
+               " function does not match any of the expressions in the GROUP BY clause.");
+    }
+    const bool left = !scope->emptyKeys.empty() && scope->emptyKeys[static_cast<std::size_t>(key)];
+    flags = flags * 2 + (left ? 1 : 0);
+  }
+  Typed result;
+  result.type = Type::of(expression.name == "GROUPING" ? TypeKind::TinyInt : TypeKind::Int);
+  result.sql = std::to_string(flags);
+  return result;
+}
+
+// STRING_AGG(value, separator): in the order that WITHIN GROUP says, else in the order in which the rows come.
+Typed Writer::joinedText(const Expression& expression, Scope* scope) {
+  if (expression.arguments.size() != 2) fail(expression.token, Message::FunctionArgumentCount, {"STRING_AGG", "2"});
+  if (expression.distinct || expression.star) refuse(expression.token, "DISTINCT in STRING_AGG");
+  Scope* owner = beginAggregate(expression, scope);
+  if (owner != scope) refuse(expression.token, "STRING_AGG of a column of a query around it");
+  ++scope->insideAggregate;
+  Typed value = this->expression(*expression.arguments[0], scope);
+  Typed separator = this->expression(*expression.arguments[1], scope);
+  measure(value);
+  if (value.type.isLongText() || value.type.kind == TypeKind::Image) invalidArgument(expression, 0, value.type);
+  if (!value.type.isText()) value = convert(std::move(value), Type::text(TypeKind::NVarChar, 4000));
+  if (!separator.type.isText() || separator.column != nullptr)
+    refuse(expression.arguments[1]->token, "such a separator");
+  Typed result;
+  result.type = longest(value.type);
+  result.sql = "ts_string_agg(" + value.sql + "," + separator.sql + "," + std::to_string(result.type.pack());
+  bool subquery = value.subquery || separator.subquery;
+  for (const auto& item : expression.order) {
+    const Typed key = this->expression(*item.expression, scope);
+    comparable(key.type, item.expression->token);
+    if (isConstant(*item.expression)) refuse(item.expression->token, "a constant in the order of a group");
+    if (key.type.kind == TypeKind::UniqueIdentifier)
+      refuse(item.expression->token, "a group in the order of a uniqueidentifier");
+    subquery = subquery || key.subquery;
+    result.sql += "," + key.sql + "," + std::to_string(key.type.pack()) + "," + (item.descending ? "1" : "0");
+  }
+  --scope->insideAggregate;
+  if (subquery) {
+    fail(expression.token, 130,
+         "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
+  }
+  result.sql += ")";
+  return result;
 }
 
 // The call itself, of a group or of a window.
@@ -402,7 +532,7 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
   Typed result;
   const bool counts = row.rule == AggregateRule::Count || row.rule == AggregateRule::CountBig;
   if (expression.star ? !counts : expression.arguments.size() != 1) {
-    fail(expression.token, Message::FunctionArgumentCount, {expression.name, "1"});
+    fail(expression.token, Message::FunctionArgumentCount, {lowered(expression.name), "1"});
   }
   const Type count = Type::of(row.rule == AggregateRule::Count ? TypeKind::Int : TypeKind::BigInt);
   if (expression.star) {
@@ -424,7 +554,8 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
     fail(expression.token, Message::InvalidOperand, {value.type.messageName(), name});
   };
   if (value.type.kind == TypeKind::Null) invalid();
-  if (value.type.isLong() && !counts) invalid();
+  const bool oldLong = value.type.isLongText() || value.type.kind == TypeKind::Image;
+  if (oldLong || (value.type.isLong() && !counts)) invalid();
   if (value.type.kind == TypeKind::Bit && !counts) invalid();
   const std::string distinct = expression.distinct ? "DISTINCT " : "";
   if (counts) {
@@ -442,7 +573,8 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
   if (row.rule == AggregateRule::Spread) {
     value = convert(std::move(value), Type::of(TypeKind::Float));
     result.type = Type::of(TypeKind::Float);
-    result.sql = std::string(row.runtime) + "(" + distinct + value.sql + ")";
+    const std::string moving = isMoving(expression) ? ",1" : "";
+    result.sql = std::string(row.runtime) + "(" + distinct + value.sql + moving + ")";
     return result;
   }
   if (value.type.kind == TypeKind::Decimal) {
@@ -464,76 +596,21 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
           "ts_convert(" + result.sql + "," + std::to_string(Type::of(TypeKind::BigInt).pack()) + "," + packed + ")";
     }
   } else {
-    result.sql = std::string(row.runtime) + "(" + value.sql + "," + packed + ")";
+    const std::string moving = isMoving(expression) ? ",1" : "";
+    result.sql = std::string(row.runtime) + "(" + value.sql + "," + packed + moving + ")";
   }
   return result;
+}
+
+// Whether rows leave the window again.
+bool Writer::isMoving(const Expression& expression) {
+  return expression.frame && expression.frame->start.kind != tree::WindowBound::Kind::Unbounded;
 }
 
 void Writer::failInGroupKey(int token) const {
   fail(token, 144,
        "Cannot use an aggregate or a subquery in an expression used for the group by list of a GROUP BY "
        "clause.");
-}
-
-// Ranks and aggregates; a window is all rows of the partition, or those up to the current one where it is ordered.
-Typed Writer::windowed(const Expression& expression, Scope* scope) {
-  const bool ranks = expression.name == "ROW_NUMBER" || expression.name == "RANK" || expression.name == "DENSE_RANK";
-  const bool aggregates = findAggregateRow(expression.name) != nullptr;
-  if (!ranks && !aggregates) refuse(expression.token, "OVER behind a function other than ranks and aggregates");
-  if (expression.distinct) {
-    throw SqlError(10759, 15, "Use of DISTINCT is not allowed with the OVER clause.")
-        .at(lineOf(batch_, expression.token));
-  }
-  if (scope != nullptr && (scope->insideWindow > 0 || scope->insideAggregate > 0)) {
-    fail(expression.token, 4109,
-         "Windowed functions cannot be used in the context of another windowed function or aggregate.");
-  }
-  if (scope == nullptr || !scope->aggregatesAllowed || scope->clause == Scope::Clause::Having) {
-    fail(expression.token, 4108, "Windowed functions can only appear in the SELECT or ORDER BY clauses.");
-  }
-  if (ranks && !expression.arguments.empty()) {
-    throw SqlError(4114, 15, "The function '" + written(expression.token) + "' takes exactly 0 argument(s).")
-        .at(lineOf(batch_, expression.token));
-  }
-  if (ranks && expression.order.empty()) {
-    fail(expression.token, 4112,
-         "The function '" + written(expression.token) + "' must have an OVER clause with ORDER BY.");
-  }
-  Typed result;
-  if (aggregates) {
-    result = aggregateOf(expression, scope);
-  } else {
-    result.type = Type::of(TypeKind::BigInt);
-    result.sql = expression.name == "ROW_NUMBER" ? "row_number()"
-                 : expression.name == "RANK"     ? "rank()"
-                                                 : "dense_rank()";
-  }
-  result.sql += " OVER (";
-  ++scope->insideWindow;
-  const auto list = [&](std::string_view word, std::size_t count, const auto& item) {
-    for (std::size_t i = 0; i < count; ++i) {
-      result.sql += i == 0 ? std::string(word) : ",";
-      item(i);
-    }
-  };
-  list("PARTITION BY ", expression.partition.size(), [&](std::size_t i) {
-    const Typed value = this->expression(*expression.partition[i], scope);
-    comparable(value.type, expression.token);
-    result.sql += value.sql + collation(value.type);
-  });
-  list(expression.partition.empty() ? "ORDER BY " : " ORDER BY ", expression.order.size(), [&](std::size_t i) {
-    const Typed value = this->expression(*expression.order[i].expression, scope);
-    comparable(value.type, expression.token);
-    // A literal orders nothing (SQL Server refuses it), and SQLite would take it for a position.
-    if (value.literal >= 0)
-      fail(expression.token, 5308,
-           "Windowed functions and NEXT VALUE FOR functions do not support integer indices as ORDER BY clause "
-           "expressions.");
-    result.sql += value.sql + collation(value.type) + (expression.order[i].descending ? " DESC" : "");
-  });
-  --scope->insideWindow;
-  result.sql += ")";
-  return result;
 }
 
 }  // namespace tolvane::tsql

@@ -100,6 +100,10 @@ std::string BatchCompiler::insertQuery(const tree::Query& query, const Table& ta
 }
 
 void BatchCompiler::insert(const StatementNode& node) {
+  const auto isTarget = [&](const tree::CommonTable& table) { return sameName(table.name, node.table.name); };
+  if (node.table.schema.empty() && std::ranges::any_of(node.with, isTarget)) {
+    throw notSupported(batch_, node.table.token, "adding rows to a common table expression");
+  }
   const Table& table = changedTable(node.table);
   ExecuteStep step;
   step.verb = ExecuteStep::Verb::Insert;
@@ -145,20 +149,15 @@ void BatchCompiler::insert(const StatementNode& node) {
 BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& scope) {
   Target result;
   const auto isTarget = [&](const tree::CommonTable& table) { return sameName(table.name, node.table.name); };
-  if (node.table.schema.empty() && std::ranges::any_of(node.with, isTarget)) {
-    throw notSupported(batch_, node.table.token, "changing a common table expression");
-  }
+  const bool common = node.table.schema.empty() && std::ranges::any_of(node.with, isTarget);
   if (!node.hasFrom) {
-    const Table& table = changedTable(node.table);
+    if (!common) (void)changedTable(node.table);
     tree::TableReference reference;
     reference.name = node.table.name;
     reference.token = node.table.token;
     writer_.addTable(reference, scope, result.from);
-    if (scope.sources[0].table == nullptr) {
-      throw notSupported(batch_, node.table.token, "changing a table of the catalogue");
-    }
-    result.table = &table;
-    result.alias = scope.sources[0].sqlAlias;
+    result.joined = common;
+    takeSource(node, scope.sources[0], result);
     return result;
   }
   result.joined = true;
@@ -179,7 +178,7 @@ BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& sc
     }
   }
   if (found == nullptr) {
-    changedTable(node.table);
+    if (!common) (void)changedTable(node.table);
     tree::TableReference reference;
     reference.name = node.table.name;
     reference.token = node.table.token;
@@ -188,10 +187,33 @@ BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& sc
     result.from += "," + text;
     found = &scope.sources.back();
   }
-  if (found->table == nullptr) throw notSupported(batch_, node.table.token, "changing a derived table");
-  result.table = found->table;
-  result.alias = found->sqlAlias;
+  takeSource(node, *found, result);
   return result;
+}
+
+// Of a query in the place of a table, the rows of the table behind it are changed.
+void BatchCompiler::takeSource(const StatementNode& node, const Source& source, Target& target) const {
+  target.table = source.table != nullptr ? source.table : source.base;
+  if (target.table == nullptr) throw notSupported(batch_, node.table.token, "changing what is no single table");
+  target.alias = source.sqlAlias;
+  target.name = source.name;
+  if (source.table == nullptr) target.columns = source.columns;
+}
+
+// The table's column that an assignment means.
+int BatchCompiler::assignedColumn(const tree::Assignment& assignment, const Target& target) const {
+  const Table& table = *target.table;
+  const int ordinal = target.columns.empty() ? table.find(assignment.column) : -1;
+  if (ordinal >= 0) return ordinal;
+  const auto isIt = [&](const SourceColumn& column) { return sameName(column.name, assignment.column); };
+  const auto found = std::ranges::find_if(target.columns, isIt);
+  if (found == target.columns.end()) writer_.fail(assignment.token, Message::InvalidColumn, {assignment.column});
+  if (found->column.empty()) {
+    writer_.fail(assignment.token, 4406,
+                 "Update or insert of view or function '" + target.name +
+                     "' failed because it contains a derived or constant field.");
+  }
+  return table.find(found->column);
 }
 
 void BatchCompiler::update(const StatementNode& node) {
@@ -202,9 +224,9 @@ void BatchCompiler::update(const StatementNode& node) {
   bool keys = false;
   std::vector<int> columns;
   std::vector<std::string> values;
+  scope.clause = Scope::Clause::Set;
   for (const auto& assignment : node.assignments) {
-    const int ordinal = table.find(assignment.column);
-    if (ordinal < 0) writer_.fail(assignment.token, Message::InvalidColumn, {assignment.column});
+    const int ordinal = assignedColumn(assignment, changed);
     const Column& column = table.columns[static_cast<std::size_t>(ordinal)];
     if (column.identity) {
       writer_.fail(assignment.token, 8102, "Cannot update identity column '" + column.name + "'.");
@@ -223,10 +245,10 @@ void BatchCompiler::update(const StatementNode& node) {
       values.push_back(column.defaultText.empty() ? "NULL" : "(" + column.defaultText + ")");
       continue;
     }
-    const Typed value =
-        assignment.operation.empty()
-            ? writer_.expression(*assignment.value, &scope)
-            : writer_.compoundColumn(assignment.operation, column.name, *assignment.value, &scope, assignment.token);
+    const Typed value = assignment.operation.empty()
+                            ? writer_.expression(*assignment.value, &scope)
+                            : writer_.compoundColumn(assignment.operation, changed.name, assignment.column,
+                                                     *assignment.value, &scope, assignment.token);
     // A sub-query must see the old rows, which SQLite grants only to what is read before the first row is changed.
     simple = simple && !value.subquery;
     const bool unique = std::ranges::any_of(table.indexes, [&](const Index& index) {
@@ -235,6 +257,7 @@ void BatchCompiler::update(const StatementNode& node) {
     keys = keys || (unique && value.parameter < 0);
     values.push_back(writer_.assign(value, table, column, "UPDATE"));
   }
+  scope.clause = Scope::Clause::Select;
   std::string where;
   if (node.where) where = " WHERE " + writer_.condition(*node.where, &scope);
   written(table);
@@ -257,7 +280,7 @@ void BatchCompiler::update(const StatementNode& node) {
   for (std::size_t i = 0; i < values.size(); ++i) rows += "," + values[i] + " AS c" + std::to_string(i + 1);
   rows += " FROM " + changed.from + where;
   if (node.top) {
-    rows += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
+    rows += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), -1, node.top->token);
   }
   if (keys) return updateInTwoPasses(node, table, columns, rows);
   step.statements.push_back(
@@ -313,7 +336,7 @@ void BatchCompiler::remove(const StatementNode& node) {
   } else {
     text = "DELETE FROM " + name + " WHERE rowid IN (SELECT " + changed.alias + ".rowid FROM " + changed.from + where;
     if (node.top) {
-      text += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), false, node.top->token);
+      text += " LIMIT " + writer_.rowCount(writer_.expression(*node.top, nullptr), -1, node.top->token);
     }
     text += ")";
   }

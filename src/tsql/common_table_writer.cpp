@@ -36,10 +36,28 @@ bool names(const TableReference& reference, const std::string& name) {
          (reference.right && names(*reference.right, name));
 }
 
+// Whether a sub-query of an expression reads the table.
+bool readsInside(const tree::Expression& expression, const std::string& name) {
+  const auto inside = [&](const auto& part) { return part && readsInside(*part, name); };
+  return (expression.query && names(*expression.query, name)) || std::ranges::any_of(expression.arguments, inside) ||
+         inside(expression.operand) || inside(expression.otherwise);
+}
+
+bool readsInside(const tree::QueryBody& body, const std::string& name) {
+  if (body.left) return readsInside(*body.left, name) || readsInside(*body.right, name);
+  if (!body.select) return false;
+  const auto inItem = [&](const tree::SelectItem& item) {
+    return item.expression && readsInside(*item.expression, name);
+  };
+  const tree::Select& select = *body.select;
+  return (select.where && readsInside(*select.where, name)) || (select.having && readsInside(*select.having, name)) ||
+         std::ranges::any_of(select.items, inItem);
+}
+
 bool joinsOutside(const TableReference& reference) {
   if (reference.kind != TableReference::Kind::Join) return false;
-  const bool outside =
-      reference.join == JoinKind::Left || reference.join == JoinKind::Right || reference.join == JoinKind::Full;
+  const bool outside = reference.join == JoinKind::Left || reference.join == JoinKind::Right ||
+                       reference.join == JoinKind::Full || reference.join == JoinKind::OuterApply;
   return outside || joinsOutside(*reference.left) || joinsOutside(*reference.right);
 }
 
@@ -56,14 +74,20 @@ void Writer::defineCommonTables(const std::vector<tree::CommonTable>& tables, in
   if (tables.empty()) return;
   commonTables_.emplace_back();
   for (const auto& table : tables) {
-    if (names(*table.query, table.name)) {
+    const auto& known = commonTables_.back();
+    if (std::ranges::any_of(known, [&](const auto& other) { return sameName(other->name, table.name); })) {
+      fail(table.token, 239, "Duplicate common table expression name '" + table.name + "' was specified.");
+    }
+    if (names(*table.query, table.name) || readsInside(*table.query->body, table.name)) {
       defineRecursive(table, maxRecursion);
       continue;
     }
     const BoundQuery inner = bind(*table.query, nullptr, true);
+    const BoundBody& body = *inner.body;
     auto text = std::make_unique<CommonTableText>();
     text->name = table.name;
-    text->sql = render(inner, true);
+    if (keepsRows_ && body.operation == SetOperator::None) text->base = body.updatable;
+    text->sql = render(inner, true, text->base != nullptr ? "," + body.rowAlias + ".rowid AS rowid" : "");
     nameColumns(table, inner.outputs, *text);
     commonTables_.back().push_back(std::move(text));
   }
@@ -72,7 +96,7 @@ void Writer::defineCommonTables(const std::vector<tree::CommonTable>& tables, in
 void Writer::nameColumns(const tree::CommonTable& table, const std::vector<Output>& outputs,
                          CommonTableText& text) const {
   if (!table.columns.empty() && table.columns.size() != outputs.size()) {
-    const bool more = table.columns.size() > outputs.size();
+    const bool more = outputs.size() > table.columns.size();
     fail(table.token, more ? 8158 : 8159,
          "'" + table.name + "' has " + (more ? "more" : "fewer") + " columns than were specified in the column list.");
   }
@@ -97,12 +121,16 @@ void Writer::checkRecursivePart(const tree::CommonTable& table, const tree::Quer
   const std::string part = " in the recursive part of a recursive common table expression '" + table.name + "'.";
   if (select.distinct) fail(table.token, 460, "DISTINCT operator is not allowed" + part);
   if (select.top) fail(table.token, 461, "TOP operator is not allowed" + part);
-  if (!select.groupBy.empty() || select.having) {
+  if (!select.groupBy.empty() || !select.groupings.empty() || select.having) {
     fail(table.token, 467, "GROUP BY, HAVING, or aggregate functions are not allowed" + part);
   }
   const auto outside = [](const auto& reference) { return joinsOutside(*reference); };
   if (std::ranges::any_of(select.from, outside)) fail(table.token, 462, "Outer join is not allowed" + part);
   const auto direct = [&](const auto& reference) { return readsDirectly(*reference, table.name); };
+  const bool reads =
+      std::ranges::any_of(select.from, [&](const auto& reference) { return names(*reference, table.name); });
+  if (!reads || readsInside(body, table.name))
+    fail(table.token, 465, "Recursive references are not allowed in subqueries.");
   const bool mixed = select.from.size() > 1 && std::ranges::any_of(select.from, [](const auto& reference) {
                        return reference->kind == TableReference::Kind::Join;
                      });
@@ -115,7 +143,8 @@ void Writer::defineRecursive(const tree::CommonTable& table, int maxRecursion) {
     fail(table.token, 252,
          "Recursive common table expression '" + table.name + "' does not contain a top-level UNION ALL operator.");
   }
-  if (names(*body.left, table.name) || !table.query->order.empty()) refuse(table.token, "such a recursion");
+  const bool before = names(*body.left, table.name) || readsInside(*body.left, table.name);
+  if (before || !table.query->order.empty()) refuse(table.token, "such a recursion");
   checkRecursivePart(table, *body.right);
 
   Scope anchorScope;

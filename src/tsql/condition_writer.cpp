@@ -124,6 +124,7 @@ std::string Writer::compare(std::string_view op, Typed left, Typed right, int to
 std::string Writer::inQuery(const Expression& expression, Scope* scope) {
   Typed value = this->expression(*expression.arguments[0], scope);
   const BoundQuery query = bind(*expression.query, scope, true);
+  if (query.scope->aggregatesOutside) refuse(expression.token, "a list with an aggregate of a query around it");
   if (query.outputs.size() != 1) {
     fail(expression.token, 116,
          "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.");
@@ -147,6 +148,7 @@ std::string Writer::inQuery(const Expression& expression, Scope* scope) {
 std::string Writer::quantified(const Expression& expression, Scope* scope) {
   Typed value = this->expression(*expression.arguments[0], scope);
   const BoundQuery query = bind(*expression.query, scope, true);
+  if (query.scope->aggregatesOutside) refuse(expression.token, "a list with an aggregate of a query around it");
   if (query.outputs.size() != 1) {
     fail(expression.token, 116,
          "Only one expression can be specified in the select list when the subquery is not introduced with EXISTS.");

@@ -335,13 +335,16 @@ Typed Writer::variable(const Expression& expression) {
 }
 
 Typed Writer::column(const Expression& expression, Scope* scope) {
+  const Scope* rowCountOf = nullptr;
   for (Scope* at = scope; at != nullptr; at = at->parent) {
     const SourceColumn* found = nullptr;
     const Source* owner = nullptr;
     bool qualifierKnown = false;
+    if (at->rowCount) rowCountOf = at->parent;
     for (std::size_t i = at->firstVisible; i < at->sources.size(); ++i) {
       const Source& source = at->sources[i];
       if (!expression.qualifier.empty() && !sameName(source.name, expression.qualifier)) continue;
+      if (!expression.prefix.empty() && !prefixFits(expression.prefix, source)) continue;
       qualifierKnown = true;
       for (const SourceColumn& candidate : source.columns) {
         if (!sameName(candidate.name, expression.name)) continue;
@@ -351,10 +354,17 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       }
     }
     if (found != nullptr) {
+      if (at != scope) at->usedInside = true;
+      if (at == rowCountOf) {
+        fail(expression.token, 4115,
+             "The reference to column \"" + expression.name +
+                 "\" is not allowed in an argument to a TOP, OFFSET, or FETCH clause. Only references to columns at an "
+                 "outer scope or standalone expressions and subqueries are allowed here.");
+      }
+      if (rowCountOf != nullptr) refuse(expression.token, "a column of a query around it in a number of rows");
       // A sub-query may use what the query around it groups by.
-      const bool grouped = at->groupKeys != nullptr && std::ranges::any_of(*at->groupKeys, [&](const auto& key) {
-                             return sameExpression(*key, expression);
-                           });
+      const int key = keyOf(expression, *at);
+      const bool grouped = key >= 0;
       if (!grouped && at->insideAggregate == 0 && at->insideGroupKey == 0) {
         at->setUngrouped((owner->objectName.empty() ? "" : owner->objectName + ".") + found->name);
       }
@@ -362,13 +372,16 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       result.sql = found->sql;
       result.type = found->type;
       result.column = found;
+      const bool isKey = grouped && !at->emptyKeys.empty() && at->insideAggregate == 0 && at->insideGroupKey == 0;
+      if (isKey) makeKey(result, *at, key);
       return result;
     }
     if (qualifierKnown && !expression.qualifier.empty())
       fail(expression.token, Message::InvalidColumn, {expression.name});
   }
   if (!expression.qualifier.empty()) {
-    fail(expression.token, Message::MultipartNotBound, {expression.qualifier + "." + expression.name});
+    fail(expression.token, Message::MultipartNotBound,
+         {expression.prefix + expression.qualifier + "." + expression.name});
   }
   fail(expression.token, Message::InvalidColumn, {expression.name});
 }
@@ -379,6 +392,7 @@ bool Writer::sameExpression(const Expression& a, const Expression& b) const {
   if (a.kind != b.kind || a.arguments.size() != b.arguments.size() || a.negated != b.negated || a.query || b.query) {
     return false;
   }
+  if (a.over || b.over || a.distinct != b.distinct || a.star != b.star || a.collated != b.collated) return false;
   if (a.kind == ExpressionKind::Literal) {
     const Literal& left = batch_.literals[static_cast<std::size_t>(a.literal)];
     const Literal& right = batch_.literals[static_cast<std::size_t>(b.literal)];
@@ -404,7 +418,43 @@ bool Writer::sameExpression(const Expression& a, const Expression& b) const {
 
 bool Writer::isGroupKey(const Expression& expression, const Scope& scope) const {
   if (scope.groupKeys == nullptr || scope.insideAggregate > 0 || scope.insideGroupKey > 0) return false;
-  return std::ranges::any_of(*scope.groupKeys, [&](const auto& key) { return sameExpression(*key, expression); });
+  return keyOf(expression, scope) >= 0;
+}
+
+// Which of the query's keys it is, -1 for none.
+int Writer::keyOf(const Expression& expression, const Scope& scope) const {
+  if (scope.groupKeys == nullptr) return -1;
+  const auto& keys = *scope.groupKeys;
+  const auto found = std::ranges::find_if(keys, [&](const auto& key) { return sameExpression(*key, expression); });
+  return found == keys.end() ? -1 : static_cast<int>(found - keys.begin());
+}
+
+// Whether the value is the same whatever row it is asked for: literals and what is computed of them.
+bool Writer::isConstant(const Expression& expression) const {
+  switch (expression.kind) {
+    case ExpressionKind::Literal:
+    case ExpressionKind::Null:
+      return true;
+    case ExpressionKind::Unary:
+      return isConstant(*expression.arguments[0]);
+    case ExpressionKind::Binary: {
+      // What may fail is left to the row.
+      const bool divides = expression.name == "/" || expression.name == "%";
+      return !divides && isConstant(*expression.arguments[0]) && isConstant(*expression.arguments[1]);
+    }
+    default:
+      return false;
+  }
+}
+
+// `dbo.t.a`: an alias stands for itself, and takes nothing before it.
+bool Writer::prefixFits(const std::string& prefix, const Source& source) {
+  if (source.renamed || source.schema.empty()) return false;
+  const auto end = prefix.size() - 1;
+  const auto before = prefix.rfind('.', end == 0 ? 0 : end - 1);
+  const auto begin = before == std::string::npos || before == end ? 0 : before + 1;
+  const std::string_view schema = std::string_view(prefix).substr(begin, end - begin);
+  return schema.empty() || sameName(schema, source.schema);
 }
 
 // --- values
@@ -455,13 +505,16 @@ Typed Writer::expression(const Expression& expression, Scope* scope) {
       result = scalarSubquery(expression, scope);
       break;
     case ExpressionKind::Default:
-      fail(expression.token, Message::IncorrectSyntaxKeyword, {"DEFAULT"});
+      fail(expression.token, Message::IncorrectSyntaxKeyword, {written(expression.token)});
     default: {
       const Token& token = batch_.tokens[static_cast<std::size_t>(expression.token)];
       fail(expression.token, Message::IncorrectSyntax, {batch_.text.substr(token.begin, token.end - token.begin)});
     }
   }
-  if (grouped != nullptr) --grouped->insideGroupKey;
+  if (grouped != nullptr) {
+    --grouped->insideGroupKey;
+    if (!grouped->emptyKeys.empty()) makeKey(result, *grouped, keyOf(expression, *grouped));
+  }
   const bool mayHaveCollation = result.type.isText() || result.type.kind == TypeKind::Null;
   if (expression.collated && !mayHaveCollation) {
     fail(expression.token, Message::CollateOfNoText, {result.type.baseName()});
@@ -469,9 +522,21 @@ Typed Writer::expression(const Expression& expression, Scope* scope) {
   return result;
 }
 
+// A key is null in the rows of a grouping that leaves it out.
+void Writer::makeKey(Typed& value, const Scope& scope, int key) const {
+  value.type.nullable = true;
+  if (!scope.emptyKeys[static_cast<std::size_t>(key)]) return;
+  value.sql = "NULL";
+  value.literal = -1;
+  value.parameter = -1;
+}
+
 Typed Writer::unary(const Expression& expression, Scope* scope) {
   Typed value = this->expression(*expression.arguments[0], scope);
-  if (expression.name == "+") return value;
+  if (expression.name == "+") {
+    value.column = nullptr;
+    return value;
+  }
   if (value.type.kind == TypeKind::Null) return value;
   Typed result;
   result.type = value.type;
@@ -517,10 +582,11 @@ Typed Writer::compound(const std::string& operation, const std::string& variable
   return combine(whole, this->variable(operand), expression(value, nullptr));
 }
 
-Typed Writer::compoundColumn(const std::string& operation, const std::string& name, const Expression& value,
-                             Scope* scope, int token) {
+Typed Writer::compoundColumn(const std::string& operation, const std::string& table, const std::string& name,
+                             const Expression& value, Scope* scope, int token) {
   Expression operand;
   operand.kind = ExpressionKind::Column;
+  operand.qualifier = table;
   operand.name = name;
   operand.token = token;
   Expression whole;
@@ -555,8 +621,8 @@ Typed Writer::combine(const Expression& expression, Typed left, Typed right) {
     Typed result;
     measure(left);
     measure(right);
-    if (left.type.kind == TypeKind::Null) left.type = right.type;
-    if (right.type.kind == TypeKind::Null) right.type = left.type;
+    if (left.type.kind == TypeKind::Null) left.type = right.type.orNull();
+    if (right.type.kind == TypeKind::Null) right.type = left.type.orNull();
     result.type = concatenation(left.type, right.type);
     result.sql = longer(left, '|', "||" + right.sql) ? std::move(left.sql) : "(" + left.sql + "||" + right.sql + ")";
     result.chain = '|';

@@ -115,30 +115,37 @@ constexpr auto functions = std::to_array<FunctionRow>({
     {"ERROR_LINE",      "",              0, 0, {},                                    R::Int,             0, no,                true},
     {"ERROR_PROCEDURE", "",              0, 0, {},                                    R::NVarChar,      128, no,                true},
     {"XACT_STATE",      "",              0, 0, {},                                    R::Int,             0, no,                false},
+    {"NTILE",       "",                  1, 1, {Integer},                             R::BigInt,          0, no,                false},
+    {"PERCENT_RANK", "",                 0, 0, {},                                    R::Float,           0, no,                false},
+    {"CUME_DIST",   "",                  0, 0, {},                                    R::Float,           0, no,                false},
+    {"LAG",         "",                  1, 3, {Any, Integer, Any},                   R::FirstNumber,     0, no,                true},
+    {"LEAD",        "",                  1, 3, {Any, Integer, Any},                   R::FirstNumber,     0, no,                true},
+    {"FIRST_VALUE", "",                  1, 1, {Any},                                 R::FirstNumber,     0, no,                true},
+    {"LAST_VALUE",  "",                  1, 1, {Any},                                 R::FirstNumber,     0, no,                true},
 });
 
 constexpr auto refused = std::to_array<std::string_view>({
     "APPLOCK_MODE", "APPLOCK_TEST", "APPROX_COUNT_DISTINCT", "APPROX_PERCENTILE_CONT", "APPROX_PERCENTILE_DISC", "APP_NAME",
     "ASSEMBLYPROPERTY", "ASYMKEYPROPERTY", "ASYMKEY_ID", "BINARY_CHECKSUM", "BIT_COUNT", "CERTENCODED",
     "CERTPRIVATEKEY", "CERTPROPERTY", "CERT_ID", "CHECKSUM", "CHECKSUM_AGG", "COLLATIONPROPERTY",
-    "COLUMNS_UPDATED", "COMPRESS", "CONNECTIONPROPERTY", "CONTEXT_INFO", "CUME_DIST", "CURRENT_REQUEST_ID",
-    "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID", "DATEDIFF_BIG",
+    "COLUMNS_UPDATED", "COMPRESS", "CONNECTIONPROPERTY", "CONTEXT_INFO", "CURRENT_REQUEST_ID",
+    "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID",
     "DATETIME2FROMPARTS", "DATETIMEOFFSETFROMPARTS", "DATETRUNC", "DATE_BUCKET", "DECOMPRESS", "DECRYPTBYASYMKEY",
     "DECRYPTBYCERT", "DECRYPTBYKEY", "DECRYPTBYKEYAUTOASYMKEY", "DECRYPTBYKEYAUTOCERT", "DECRYPTBYPASSPHRASE", "ENCRYPTBYASYMKEY",
     "ENCRYPTBYCERT", "ENCRYPTBYKEY", "ENCRYPTBYPASSPHRASE",
     "EVENTDATA", "FILEGROUPPROPERTY", "FILEGROUP_ID",
-    "FILEGROUP_NAME", "FILEPROPERTY", "FILE_ID", "FILE_IDEX", "FILE_NAME", "FIRST_VALUE",
+    "FILEGROUP_NAME", "FILEPROPERTY", "FILE_ID", "FILE_IDEX", "FILE_NAME",
     "FORMAT", "FORMATMESSAGE", "FULLTEXTCATALOGPROPERTY", "FULLTEXTSERVICEPROPERTY", "GETANSINULL", "GET_BIT",
-    "GET_FILESTREAM_TRANSACTION_CONTEXT", "GROUPING", "GROUPING_ID", "HASHBYTES", "HAS_DBACCESS", "HAS_PERMS_BY_NAME",
+    "GET_FILESTREAM_TRANSACTION_CONTEXT", "HASHBYTES", "HAS_DBACCESS", "HAS_PERMS_BY_NAME",
     "HOST_ID", "HOST_NAME", "IDENT_CURRENT", "IDENT_SEED", "INDEXKEY_PROPERTY", "INDEXPROPERTY", "INDEX_COL",
     "ISJSON", "IS_MEMBER", "IS_ROLEMEMBER", "IS_SRVROLEMEMBER", "JSON_ARRAY", "JSON_MODIFY",
     "JSON_OBJECT", "JSON_PATH_EXISTS", "JSON_QUERY", "JSON_VALUE", "KEY_GUID", "KEY_ID",
-    "KEY_NAME", "LAG", "LAST_VALUE", "LEAD", "LEFT_SHIFT", "LOGINPROPERTY",
-    "MIN_ACTIVE_ROWVERSION", "NEWSEQUENTIALID", "NTILE", "OBJECTPROPERTYEX", "OBJECT_DEFINITION", "OBJECT_SCHEMA_NAME",
+    "KEY_NAME", "LEFT_SHIFT", "LOGINPROPERTY",
+    "MIN_ACTIVE_ROWVERSION", "NEWSEQUENTIALID", "OBJECTPROPERTYEX", "OBJECT_DEFINITION", "OBJECT_SCHEMA_NAME",
     "OPENJSON", "ORIGINAL_DB_NAME", "ORIGINAL_LOGIN", "PARSE", "PERCENTILE_CONT", "PERCENTILE_DISC",
-    "PERCENT_RANK", "PERMISSIONS", "PUBLISHINGSERVERNAME", "PWDCOMPARE", "PWDENCRYPT", "RIGHT_SHIFT",
+    "PERMISSIONS", "PUBLISHINGSERVERNAME", "PWDCOMPARE", "PWDENCRYPT", "RIGHT_SHIFT",
     "ROWCOUNT_BIG", "SERVERPROPERTY", "SESSIONPROPERTY", "SESSION_CONTEXT", "SET_BIT", "SIGNBYASYMKEY",
-    "SIGNBYCERT", "SQL_VARIANT_PROPERTY", "STATS_DATE", "STRING_AGG", "STRING_ESCAPE", "STRING_SPLIT",
+    "SIGNBYCERT", "SQL_VARIANT_PROPERTY", "STATS_DATE", "STRING_ESCAPE", "STRING_SPLIT",
     "SUSER_ID", "SUSER_SID", "SWITCHOFFSET", "SYMKEYPROPERTY", "SYSDATETIME", "SYSDATETIMEOFFSET",
     "SYSUTCDATETIME", "TERTIARY_WEIGHTS", "TEXTPTR", "TEXTVALID", "TIMEFROMPARTS", "TODATETIMEOFFSET",
     "TRIGGER_NESTLEVEL", "TRY_PARSE", "TYPEPROPERTY", "VERIFYSIGNEDBYASYMKEY", "VERIFYSIGNEDBYCERT",
@@ -178,11 +185,12 @@ constexpr auto emitted = std::to_array<std::string_view>({
     "ts_concat_ws",      // separator, texts
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
-    "ts_top",            // what TOP gives, the greatest there may be or -1
+    "ts_top",            // what TOP gives, the greatest there may be or -1; -2 for OFFSET, -3 for FETCH
     "ts_depth",          // the step of a recursion, how many there may be
     "ts_assign",         // value, packed from, packed to, 'table.column', the verb for messages unless it is INSERT
     "ts_like",           // text, pattern, escape or null, 1 for unicode text
     "ts_single",         // aggregate: the only value of a sub-query
+    "ts_string_agg",     // aggregate: text, separator, packed result, then value, packed type, 1 for DESC of each key
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
     "ts_format_message",  // message of RAISERROR, letters for the kinds of its values, values

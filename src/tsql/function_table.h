@@ -77,8 +77,9 @@ bool isRefusedFunction(std::string_view capitals);
 enum class AggregateRule : std::uint8_t { Count, CountBig, Sum, Average, Least, Greatest, Spread };
 
 // One aggregate. `runtime` gets the argument, and for Sum and Average the packed type of the argument as a second one
-// unless DISTINCT stands there; `distinct` names the one-argument form for DISTINCT, which sees from the value what it
-// adds (integers add up in 64 bits, texts as decimals) and whose result the compiler converts.
+// unless DISTINCT stands there, and 1 as a last one where rows leave the window again; `distinct` names the
+// one-argument form for DISTINCT, which sees from the value what it adds (integers add up in 64 bits, texts as
+// decimals) and whose result the compiler converts.
 struct AggregateRow {
   std::string_view name;
   std::string_view runtime;

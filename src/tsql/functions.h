@@ -85,6 +85,8 @@ class AggregateState {
 
   // Takes in one row; throws SqlError.
   virtual void step(Call& call) = 0;
+  // Takes back the row that was taken in first of those that are left; throws SqlError.
+  virtual void leave(Call& call);
   // The answer for the rows taken in so far, also for none; throws SqlError.
   [[nodiscard]] virtual Result finish() = 0;
 };

@@ -89,6 +89,7 @@ class Parser {
   tree::StatementPtr fetch();
   tree::StatementPtr runTextWithParameters();
   tree::ExpressionPtr textToRun();
+  tree::StatementPtr change();
   tree::StatementPtr insert();
   tree::StatementPtr update();
   tree::StatementPtr remove();
@@ -100,6 +101,8 @@ class Parser {
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
   void options(tree::Query& query);
+  void queryHint(tree::Query& query);
+  void bracketed();
   std::vector<tree::Assignment> assignments();
   void fromAndWhere(tree::StatementNode& statement);
   void top(tree::StatementNode& statement);
@@ -121,6 +124,11 @@ class Parser {
   std::unique_ptr<tree::QueryBody> intersection();
   std::unique_ptr<tree::QueryBody> queryTerm();
   std::unique_ptr<tree::Select> select();
+  tree::ExpressionPtr rowCountOfTop();
+  void groups(tree::Select& select);
+  void groupingItem(tree::Select& select, std::vector<std::vector<int>>& choices);
+  std::vector<int> groupingKeys(tree::Select& select);
+  int groupingKey(tree::Select& select, tree::ExpressionPtr key);
   tree::SelectItem selectItem();
   std::vector<std::vector<tree::ExpressionPtr>> valueRows();
   std::vector<tree::OrderItem> orderBy();
@@ -128,6 +136,7 @@ class Parser {
   tree::TableReferencePtr joinedTable();
   tree::TableReferencePtr tablePrimary();
   bool joinKind(tree::JoinKind& kind);
+  void refuseTableOperators();
   void tableAlias(tree::TableReference& reference);
   void tableHints();
   bool beginsQuery(int ahead) const;
@@ -157,6 +166,9 @@ class Parser {
   tree::ExpressionPtr call(std::string name);
   void callArguments(tree::Expression& call);
   void window(tree::Expression& call);
+  void withinGroup(tree::Expression& call);
+  std::unique_ptr<tree::WindowFrame> windowFrame();
+  tree::WindowBound windowBound();
   tree::ExpressionPtr columnName();
   tree::ExpressionPtr make(tree::ExpressionKind kind) const;
 

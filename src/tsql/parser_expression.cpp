@@ -123,6 +123,8 @@ ExpressionPtr Parser::predicateTail(ExpressionPtr left) {
 }
 
 ExpressionPtr Parser::comparison(ExpressionPtr left) {
+  // The outer joins of old are no operators any more.
+  if (isOperator("*=")) fail();
   static constexpr std::string_view operators[] = {"=", "<>", "!=", "<", ">", "<=", ">=", "!<", "!>"};
   static constexpr std::string_view meanings[] = {"=", "<>", "<>", "<", ">", "<=", ">=", ">=", "<="};
   for (std::size_t i = 0; i < std::size(operators); ++i) {
@@ -388,7 +390,7 @@ ExpressionPtr Parser::call(std::string function) {
 }
 
 void Parser::callArguments(Expression& call) {
-  if (isOperator("*") && isOperator(1, ")")) {
+  if (isOperator("*") && isOperator(1, ")") && call.name.starts_with("COUNT")) {
     call.star = true;
     ++at_;
   } else if (!isOperator(")")) {
@@ -404,7 +406,17 @@ void Parser::callArguments(Expression& call) {
   // These two are no functions to SQL Server: too few values are an error of syntax.
   if ((call.name == "COALESCE" || call.name == "NULLIF") && call.arguments.size() < 2) fail();
   expectOperator(")");
+  if (isWord("WITHIN") && isWord(1, "GROUP")) withinGroup(call);
+  if ((isWord("IGNORE") || isWord("RESPECT")) && isWord(1, "NULLS")) refuse("a rule for nulls");
   if (isWord("OVER")) window(call);
+}
+
+void Parser::withinGroup(Expression& call) {
+  if (call.name != "STRING_AGG") refuse("WITHIN GROUP behind that function");
+  at_ += 2;
+  expectOperator("(");
+  call.order = orderBy();
+  expectOperator(")");
 }
 
 void Parser::window(Expression& call) {
@@ -418,16 +430,59 @@ void Parser::window(Expression& call) {
     } while (takeOperator(","));
   }
   if (isWord("ORDER")) call.order = orderBy();
-  if (isWord("ROWS") || isWord("RANGE")) refuse("a window frame");
+  if (isWord("ROWS") || isWord("RANGE")) call.frame = windowFrame();
   expectOperator(")");
 }
 
-// [[database.]schema.]table.column: the last two parts count.
+// ROWS 2 PRECEDING ends at the current row.
+std::unique_ptr<tree::WindowFrame> Parser::windowFrame() {
+  auto result = std::make_unique<tree::WindowFrame>();
+  result->token = at_;
+  result->range = isWord("RANGE");
+  ++at_;
+  const bool between = takeWord("BETWEEN");
+  const int first = at_;
+  result->start = windowBound();
+  if (between) {
+    expectWord("AND");
+    result->end = windowBound();
+  }
+  // How far a bound is from the rows before all.
+  const auto place = [](const tree::WindowBound& bound) {
+    using enum tree::WindowBound::Kind;
+    return bound.kind == Current ? 0 : bound.following ? 1 : -1;
+  };
+  const bool unbounded = result->start.kind == tree::WindowBound::Kind::Unbounded;
+  const bool endless = result->end.kind == tree::WindowBound::Kind::Unbounded;
+  const bool possible = place(result->start) <= place(result->end) && !(unbounded && result->start.following) &&
+                        !(endless && !result->end.following);
+  if (!possible) throw notSupported(batch_, first, "such a window frame");
+  return result;
+}
+
+tree::WindowBound Parser::windowBound() {
+  tree::WindowBound result;
+  if (takeWord("CURRENT")) {
+    expectWord("ROW");
+    return result;
+  }
+  result.kind = tree::WindowBound::Kind::Unbounded;
+  if (!takeWord("UNBOUNDED")) {
+    result.kind = tree::WindowBound::Kind::Rows;
+    result.rows = structuralInteger();
+  }
+  result.following = takeWord("FOLLOWING");
+  if (!result.following) expectWord("PRECEDING");
+  return result;
+}
+
+// [[database.]schema.]table.column
 ExpressionPtr Parser::columnName() {
   auto result = make(ExpressionKind::Column);
   result->name = name();
   while (isOperator(".") && !isOperator(1, "*")) {
     ++at_;
+    if (!result->qualifier.empty()) result->prefix += result->qualifier + ".";
     result->qualifier = std::move(result->name);
     result->name = anyName();
   }

@@ -10,6 +10,14 @@ using tree::SetOperator;
 using tree::TableReference;
 using tree::TableReferencePtr;
 
+namespace {
+
+// A query with several groupings is one query for each of them.
+constexpr std::size_t mostGroupingParts = 6;
+constexpr std::size_t mostGroupings = 64;
+
+}  // namespace
+
 // Whether a query begins at that token: SELECT, or brackets with a SELECT inside.
 bool Parser::beginsQuery(int ahead) const {
   while (isOperator(ahead, "(")) ++ahead;
@@ -24,6 +32,11 @@ tree::QueryPtr Parser::query() {
   result->body = setOperation();
   if (isWord("ORDER")) result->order = orderBy();
   if (!result->order.empty() && takeWord("OFFSET")) page(*result);
+  const bool fetches = isWord("FETCH") && (isWord(1, "NEXT") || isWord(1, "FIRST")) && !isWord(2, "FROM");
+  if (!result->order.empty() && !result->offset && fetches) {
+    throw SqlError(153, 15, "Invalid usage of the option " + std::string(text(peek(1))) + " in the FETCH statement.")
+        .at(lineOf(batch_, at_ + 1));
+  }
   if (isWord("FOR")) refuse("FOR");
   if (isWord("COMPUTE")) refuse("COMPUTE");
   return result;
@@ -100,9 +113,7 @@ std::unique_ptr<Select> Parser::select() {
   expectWord("SELECT");
   if (!takeWord("ALL")) result->distinct = takeWord("DISTINCT");
   if (takeWord("TOP")) {
-    const bool bracket = takeOperator("(");
-    result->top = bracket ? expression() : primary();
-    if (bracket) expectOperator(")");
+    result->top = rowCountOfTop();
     result->percent = takeWord("PERCENT");
     if (isWord("WITH") && isWord(1, "TIES")) {
       at_ += 2;
@@ -118,16 +129,128 @@ std::unique_ptr<Select> Parser::select() {
   }
   if (takeWord("FROM")) result->from = tableReferences();
   if (takeWord("WHERE")) result->where = requiredCondition();
-  if (takeWord("GROUP")) {
-    expectWord("BY");
-    takeWord("ALL");
-    do {
-      result->groupBy.push_back(expression());
-    } while (takeOperator(","));
-    if (isWord("WITH")) refuse("GROUP BY ... WITH");
-  }
+  if (takeWord("GROUP")) groups(*result);
   if (takeWord("HAVING")) result->having = requiredCondition();
   return result;
+}
+
+// Without brackets, only a number that is written out.
+tree::ExpressionPtr Parser::rowCountOfTop() {
+  if (beginsQuery(1) && isOperator("(")) return primary();
+  if (takeOperator("(")) {
+    auto result = expression();
+    expectOperator(")");
+    return result;
+  }
+  const bool number =
+      token().kind == TokenKind::Literal && batch_.literals[static_cast<std::size_t>(token().literal)].type.isNumber();
+  if (!number) fail();
+  return primary();
+}
+
+int Parser::groupingKey(Select& select, tree::ExpressionPtr key) {
+  select.groupBy.push_back(std::move(key));
+  return static_cast<int>(select.groupBy.size()) - 1;
+}
+
+// A key, or several in brackets.
+std::vector<int> Parser::groupingKeys(Select& select) {
+  std::vector<int> keys;
+  const int begin = at_;
+  if (!beginsQuery(0) && takeOperator("(")) {
+    if (takeOperator(")")) return keys;
+    do {
+      keys.push_back(groupingKey(select, expression()));
+    } while (takeOperator(","));
+    // The bracket may belong to an expression that goes on behind it.
+    if (takeOperator(")") && (isOperator(",") || isOperator(")") || keys.size() > 1)) return keys;
+    select.groupBy.resize(select.groupBy.size() - keys.size());
+    keys.clear();
+    at_ = begin;
+  }
+  keys.push_back(groupingKey(select, expression()));
+  return keys;
+}
+
+// One item of GROUP BY: the groupings that it stands for.
+void Parser::groupingItem(Select& select, std::vector<std::vector<int>>& choices) {
+  const bool rollup = isWord("ROLLUP") && isOperator(1, "(");
+  const bool cube = isWord("CUBE") && isOperator(1, "(");
+  const bool sets = isWord("GROUPING") && isWord(1, "SETS") && isOperator(2, "(");
+  if (!rollup && !cube && !sets) {
+    choices.push_back(groupingKeys(select));
+    return;
+  }
+  const Depth depth(*this);
+  const int word = at_;
+  at_ += sets ? 3 : 2;
+  std::vector<std::vector<int>> parts;
+  do {
+    if (sets) {
+      groupingItem(select, choices);
+    } else {
+      parts.push_back(groupingKeys(select));
+    }
+    if (parts.size() > mostGroupingParts || choices.size() > mostGroupings)
+      throw notSupported(batch_, word, "so many groupings");
+  } while (takeOperator(","));
+  expectOperator(")");
+  if (sets) return;
+  const std::size_t end = std::size_t{1} << parts.size();
+  for (std::size_t left = end; left-- > 0;) {
+    // ROLLUP leaves out from the end only.
+    const bool isPrefix = ((end - 1 - left) & (end - left)) == 0;
+    if (rollup && !isPrefix) continue;
+    std::vector<int> keys;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      if ((left >> (parts.size() - 1 - i) & 1) != 0) keys.insert(keys.end(), parts[i].begin(), parts[i].end());
+    }
+    choices.push_back(std::move(keys));
+  }
+}
+
+void Parser::groups(Select& select) {
+  expectWord("BY");
+  if (isWord("ALL")) refuse("GROUP BY ALL");
+  std::vector<std::vector<int>> groupings{{}};
+  bool several = false;
+  do {
+    const bool plain = !isOperator("(") && !isWord("ROLLUP") && !isWord("CUBE") && !isWord("GROUPING");
+    std::vector<std::vector<int>> choices;
+    const int word = at_;
+    groupingItem(select, choices);
+    several = several || (!plain && (choices.size() != 1 || choices[0].empty()));
+    std::vector<std::vector<int>> product;
+    for (const auto& before : groupings) {
+      for (const auto& choice : choices) {
+        product.push_back(before);
+        product.back().insert(product.back().end(), choice.begin(), choice.end());
+      }
+    }
+    if (product.size() > mostGroupings) throw notSupported(batch_, word, "so many groupings");
+    groupings = std::move(product);
+  } while (takeOperator(","));
+  const bool rollup = isWord("WITH") && isWord(1, "ROLLUP");
+  const bool cube = isWord("WITH") && isWord(1, "CUBE");
+  if (rollup || cube) {
+    const auto keys = static_cast<int>(select.groupBy.size());
+    if (several || (cube && keys > static_cast<int>(mostGroupingParts))) refuse("such a grouping");
+    at_ += 2;
+    groupings.clear();
+    const std::size_t end = std::size_t{1} << (cube ? keys : 0);
+    for (std::size_t left = end; cube && left-- > 0;) {
+      auto& grouping = groupings.emplace_back();
+      for (int i = 0; i < keys; ++i) {
+        if ((left >> (keys - 1 - i) & 1) != 0) grouping.push_back(i);
+      }
+    }
+    for (int count = keys; rollup && count >= 0; --count) {
+      auto& grouping = groupings.emplace_back();
+      for (int i = 0; i < count; ++i) grouping.push_back(i);
+    }
+    several = true;
+  }
+  if (several) select.groupings = std::move(groupings);
 }
 
 SelectItem Parser::selectItem() {
@@ -143,6 +266,7 @@ SelectItem Parser::selectItem() {
     while (isOperator(ahead + 1, ".") && !isOperator(ahead + 2, "*")) ahead += 2;
     if (isOperator(ahead + 1, ".") && isOperator(ahead + 2, "*")) {
       item.star = true;
+      for (int part = 0; part < ahead; part += 2) item.prefix += nameOf(batch_, peek(part)) + ".";
       item.qualifier = nameOf(batch_, peek(ahead));
       at_ += ahead + 3;
       return item;
@@ -254,9 +378,10 @@ TableReferencePtr Parser::joinedTable() {
     join->token = at_;
     join->join = kind;
     join->left = std::move(left);
-    join->right = kind == JoinKind::Cross ? tablePrimary() : joinedTable();
+    const bool conditional = kind < JoinKind::Cross;
+    join->right = conditional ? joinedTable() : tablePrimary();
     // a JOIN b JOIN c ON .. ON ..: the right side has taken what belongs to it.
-    if (kind != JoinKind::Cross) {
+    if (conditional) {
       expectWord("ON");
       join->on = requiredCondition();
     }
@@ -269,8 +394,11 @@ TableReferencePtr Parser::joinedTable() {
 // ..` must stop there: a join word belongs to the left side unless its ON is still owed, which only the brackets-free
 // form `a JOIN b JOIN c ON .. ON ..` has.
 bool Parser::joinKind(JoinKind& kind) {
-  if (isWord("CROSS") && isWord(1, "APPLY")) refuse("CROSS APPLY");
-  if (isWord("OUTER") && isWord(1, "APPLY")) refuse("OUTER APPLY");
+  if ((isWord("CROSS") || isWord("OUTER")) && isWord(1, "APPLY")) {
+    kind = isWord("CROSS") ? JoinKind::CrossApply : JoinKind::OuterApply;
+    at_ += 2;
+    return true;
+  }
   if (takeWord("JOIN")) {
     kind = JoinKind::Inner;
     return true;
@@ -289,8 +417,10 @@ bool Parser::joinKind(JoinKind& kind) {
     return false;
   }
   ++at_;
-  takeWord("OUTER");
-  for (const auto hint : {"LOOP", "HASH", "MERGE", "REMOTE"}) takeWord(hint);
+  const bool cross = kind == JoinKind::Cross;
+  if (kind != JoinKind::Inner && !cross) takeWord("OUTER");
+  const bool hinted = !cross && (takeWord("LOOP") || takeWord("HASH") || takeWord("MERGE") || takeWord("REMOTE"));
+  if (hinted && !isWord("JOIN")) fail();
   expectWord("JOIN");
   return true;
 }
@@ -318,20 +448,26 @@ TableReferencePtr Parser::tablePrimary() {
       result->query->body->select->values = valueRows();
       expectOperator(")");
       tableAlias(*result);
-      if (result->alias.empty() || result->columnAliases.empty()) fail();
+      if (result->alias.empty()) fail();
       return result;
     }
     result = joinedTable();
+    // Brackets are for joins only.
+    if (result->kind == TableReference::Kind::Named && isOperator(")")) fail();
     expectOperator(")");
     return result;
   }
   const bool variable = token().kind == TokenKind::Variable;
   if (variable && isOperator(1, ".")) refuse("a method of a variable as a table");
+  for (const auto function :
+       {"OPENXML", "OPENQUERY", "OPENROWSET", "OPENDATASOURCE", "CONTAINSTABLE", "FREETEXTTABLE"}) {
+    if (isWord(function) && isOperator(1, "(")) refuse("a function as a table");
+  }
   const auto table = changedTable();
   if (isOperator("(") && !isWord(1, "NOLOCK") && !isWord(1, "READUNCOMMITTED") && !isWord(1, "UPDLOCK") &&
       !isWord(1, "HOLDLOCK") && !isWord(1, "ROWLOCK") && !isWord(1, "TABLOCK") && !isWord(1, "TABLOCKX") &&
       !isWord(1, "READPAST") && !isWord(1, "PAGLOCK") && !isWord(1, "XLOCK") && !isWord(1, "INDEX")) {
-    refuse("a function as a table");
+    throw notSupported(batch_, at_ - 1, "a function as a table");
   }
   result->database = table.database;
   result->schema = table.schema;
@@ -339,10 +475,12 @@ TableReferencePtr Parser::tablePrimary() {
   tableHints();
   tableAlias(*result);
   tableHints();
+  refuseTableOperators();
   return result;
 }
 
 void Parser::tableAlias(TableReference& reference) {
+  refuseTableOperators();
   if (takeWord("AS")) {
     reference.alias = name();
   } else if (isAlias()) {
@@ -351,21 +489,23 @@ void Parser::tableAlias(TableReference& reference) {
     return;
   }
   if (reference.kind == TableReference::Kind::Derived && isOperator("(")) reference.columnAliases = nameList();
+  if (reference.kind == TableReference::Kind::Derived) refuseTableOperators();
+}
+
+void Parser::refuseTableOperators() {
+  if (isWord("PIVOT") && isOperator(1, "(")) refuse("PIVOT");
+  if (isWord("UNPIVOT") && isOperator(1, "(")) refuse("UNPIVOT");
+  const bool samples = isWord("TABLESAMPLE") && (isOperator(1, "(") || isWord(1, "SYSTEM"));
+  if (samples) refuse("TABLESAMPLE");
+  if (isWord("FOR") && isWord(1, "SYSTEM_TIME")) refuse("FOR SYSTEM_TIME");
 }
 
 // WITH (NOLOCK), (NOLOCK): there is nothing to hint at.
 void Parser::tableHints() {
   const bool with = isWord("WITH") && isOperator(1, "(");
   if (!with && !(isOperator("(") && peek(1).kind == TokenKind::Word)) return;
-  at_ += with ? 2 : 1;
-  int depth = 1;
-  while (depth > 0) {
-    if (isEnd()) fail();
-    if (isOperator("(")) ++depth;
-    if (isOperator(")")) --depth;
-    if (token().kind == TokenKind::Literal) structural_.push_back(token().literal);
-    ++at_;
-  }
+  if (with) ++at_;
+  bracketed();
 }
 
 }  // namespace tolvane::tsql

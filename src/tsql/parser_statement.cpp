@@ -10,6 +10,8 @@ using tree::StatementPtr;
 
 namespace {
 
+constexpr int mostRecursion = 32767;
+
 StatementPtr makeStatement(StatementKind kind) {
   auto result = std::make_unique<tree::StatementNode>();
   result->kind = kind;
@@ -40,9 +42,7 @@ StatementPtr Parser::statement() {
 StatementPtr Parser::simpleStatement() {
   if (beginsQuery(0)) return selectStatement();
   if (isWord("WITH")) return withQuery();
-  if (isWord("INSERT")) return insert();
-  if (isWord("UPDATE")) return update();
-  if (isWord("DELETE")) return remove();
+  if (isWord("INSERT") || isWord("UPDATE") || isWord("DELETE")) return change();
   if (isWord("IF")) return conditional();
   if (isWord("WHILE")) return loop();
   if (isWord("BEGIN")) return begin();
@@ -137,27 +137,97 @@ StatementPtr Parser::selectStatement() {
   return result;
 }
 
-// OPTION (MAXRECURSION n): the one hint that means something.
+// OPTION (...): of the hints, MAXRECURSION alone means something; those that choose among plans are read only.
 void Parser::options(tree::Query& query) {
   if (!isWord("OPTION") || !isOperator(1, "(")) return;
-  if (!isWord(2, "MAXRECURSION")) refuse("OPTION");
-  at_ += 3;
-  query.maxRecursion = structuralInteger();
+  at_ += 2;
+  do {
+    queryHint(query);
+  } while (takeOperator(","));
   expectOperator(")");
+}
+
+void Parser::queryHint(tree::Query& query) {
+  if (takeWord("MAXRECURSION")) {
+    query.maxRecursion = structuralInteger();
+    if (query.maxRecursion > mostRecursion) {
+      throw SqlError(310, 15,
+                     "The value " + std::to_string(query.maxRecursion) +
+                         " specified for the MAXRECURSION option exceeds the allowed maximum of 32767.")
+          .at(lineOf(batch_, at_ - 1));
+    }
+    return;
+  }
+  for (const auto counted : {"MAXDOP", "FAST", "QUERYTRACEON"}) {
+    if (!takeWord(counted)) continue;
+    structuralInteger();
+    return;
+  }
+  static constexpr std::string_view pairs[][2] = {{"HASH", "JOIN"},
+                                                  {"LOOP", "JOIN"},
+                                                  {"MERGE", "JOIN"},
+                                                  {"HASH", "GROUP"},
+                                                  {"ORDER", "GROUP"},
+                                                  {"HASH", "UNION"},
+                                                  {"MERGE", "UNION"},
+                                                  {"CONCAT", "UNION"},
+                                                  {"FORCE", "ORDER"},
+                                                  {"KEEP", "PLAN"},
+                                                  {"ROBUST", "PLAN"},
+                                                  {"EXPAND", "VIEWS"},
+                                                  {"KEEPFIXED", "PLAN"},
+                                                  {"PARAMETERIZATION", "SIMPLE"},
+                                                  {"PARAMETERIZATION", "FORCED"}};
+  for (const auto& [first, second] : pairs) {
+    if (!isWord(first) || !isWord(1, second)) continue;
+    at_ += 2;
+    return;
+  }
+  if (isWord("OPTIMIZE") && isWord(1, "FOR")) {
+    at_ += 2;
+    if (takeWord("UNKNOWN")) return;
+    if (isOperator("(")) return bracketed();
+  }
+  if (isWord("USE") && isWord(1, "HINT") && isOperator(2, "(")) {
+    at_ += 2;
+    return bracketed();
+  }
+  if (!takeWord("RECOMPILE")) refuse("the hint");
+}
+
+// Steps over brackets with anything between them.
+void Parser::bracketed() {
+  int depth = 0;
+  do {
+    if (isEnd()) fail();
+    if (isOperator("(")) ++depth;
+    if (isOperator(")")) --depth;
+    if (token().kind == TokenKind::Literal) structural_.push_back(token().literal);
+    ++at_;
+  } while (depth > 0);
 }
 
 StatementPtr Parser::withQuery() {
   const int first = at_;
   auto with = commonTables();
   if (isWord("INSERT") || isWord("UPDATE") || isWord("DELETE")) {
-    auto result = isWord("INSERT") ? insert() : isWord("UPDATE") ? update() : remove();
+    auto result = change();
     result->with = std::move(with);
     return result;
   }
+  if (isWord("MERGE")) refuse("the statement");
   if (!beginsQuery(0)) fail();
   auto result = selectStatement();
   result->query->token = first;
   result->query->with = std::move(with);
+  return result;
+}
+
+StatementPtr Parser::change() {
+  auto result = isWord("INSERT") ? insert() : isWord("UPDATE") ? update() : remove();
+  tree::Query hints;
+  options(hints);
+  result->maxRecursion = hints.maxRecursion;
   return result;
 }
 

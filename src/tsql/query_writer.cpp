@@ -34,6 +34,9 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   BoundQuery result;
   result.scope = std::make_unique<Scope>();
   result.scope->parent = parent;
+  if (subquery && tree::intoOf(*query.body) != nullptr) {
+    fail(query.token, Message::IncorrectSyntaxKeyword, {"into"});
+  }
   const std::size_t known = commonTables_.size();
   defineCommonTables(query.with, query.maxRecursion);
   result.body = bindBody(*query.body, query, *result.scope, parent);
@@ -45,10 +48,7 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
          "expressions, unless TOP, OFFSET or FOR XML is also specified.");
   }
   Scope& scope = *result.scope;
-  if (result.body->ties && query.order.empty()) {
-    fail(query.body->select->top->token, 1062,
-         "The TOP N WITH TIES clause is not allowed without a corresponding ORDER BY clause.");
-  }
+  if (result.body->ties && query.order.empty()) failWithoutOrder(query.body->select->top->token);
   scope.clause = Scope::Clause::OrderBy;
   bindOrder(query, result);
   bindOffset(query, result);
@@ -64,6 +64,10 @@ BoundQuery Writer::bind(const tree::Query& query, Scope* parent, bool subquery) 
   return result;
 }
 
+void Writer::failWithoutOrder(int token) const {
+  fail(token, 1062, "The TOP N WITH TIES clause is not allowed without a corresponding ORDER BY clause.");
+}
+
 std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
                                             Scope* parent) {
   if (body.nested) {
@@ -73,13 +77,11 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   if (body.operation == SetOperator::None) {
     if (!body.select->values.empty()) return bindValues(*body.select, parent);
     // ORDER BY may use the scope of a single SELECT; the branches of a set operation have one each.
-    if (&body == query.body.get()) return bindSelect(*body.select, scope, query.order.empty());
+    if (&body == query.body.get()) return bindSelect(*body.select, query, scope, query.order.empty());
     Scope own;
     own.parent = parent;
-    auto result = bindSelect(*body.select, own, query.order.empty());
-    if (result->percent || result->ties) {
-      refuse(body.select->top->token, "TOP ... PERCENT or WITH TIES in one of several joined queries");
-    }
+    auto result = bindSelect(*body.select, query, own, query.order.empty());
+    if (result->ties) failWithoutOrder(body.select->top->token);
     if ((own.aggregated || own.groupKeys != nullptr) && !own.ungrouped.empty()) {
       fail(body.token,
            own.ungroupedIn == Scope::Clause::Having ? Message::HavingColumnNotGrouped : Message::ColumnNotGrouped,
@@ -88,7 +90,13 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
     return result;
   }
   auto result = std::make_unique<BoundBody>();
+  const auto intoLater = [&](const tree::QueryBody& side) { return side.select && !side.select->into.empty(); };
+  if (intoLater(*body.right)) {
+    fail(body.right->token, 196,
+         "SELECT INTO must be the first query in a statement containing a UNION, INTERSECT or EXCEPT operator.");
+  }
   result->operation = body.operation;
+  result->token = body.token;
   result->left = bindBody(*body.left, query, scope, parent);
   result->right = bindBody(*body.right, query, scope, parent);
   const auto width = [](const BoundBody* side) {
@@ -99,61 +107,76 @@ std::unique_ptr<BoundBody> Writer::bindBody(const tree::QueryBody& body, const t
   return result;
 }
 
-std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, Scope& scope, bool unordered) {
+std::unique_ptr<BoundBody> Writer::bindSelect(const tree::Select& select, const tree::Query& query, Scope& scope,
+                                              bool unordered) {
+  if (!select.groupings.empty()) return bindGroupings(select, query, scope);
   auto body = std::make_unique<BoundBody>();
   body->distinct = select.distinct;
-  std::string text;
-  const auto semiJoin = unordered ? boundSemiJoin(select, scope) : std::nullopt;
-  if (semiJoin) {
-    text = semiJoin->from;
-    body->where = semiJoin->where;
-  } else if (!select.from.empty()) {
-    text = " FROM " + from(select.from, scope);
-  }
-  scope.insideGroupKey = 1;  // columns in WHERE need no group
-  if (select.where && !semiJoin) body->where = condition(*select.where, &scope);
-  body->from = text;
-  if (!body->where.empty()) text += " WHERE " + body->where;
-  bindGroups(select, scope, text);
-  scope.insideGroupKey = 0;
-  scope.aggregatesAllowed = true;
-  bindItems(select, scope, *body);
-  if (select.having) {
-    const bool grouped = scope.aggregated || !select.groupBy.empty();
-    scope.clause = Scope::Clause::Having;
-    text += " HAVING " + condition(*select.having, &scope);
-    scope.aggregated = true;
-    // SQLite sees the one group of a query by the aggregates of its columns only.
-    if (!grouped) {
-      Typed& first = body->outputs[0].value;
-      first.sql = "iif(count(*)>=0," + first.sql + ",NULL)";
-      first.literal = -1;
-      first.parameter = -1;
-    }
-  }
-  body->tail = std::move(text);
+  const bool semiJoin = bindParts(select, scope, *body, unordered);
   body->limit = limitOf(select, scope);
   body->percent = select.percent;
   body->ties = select.ties;
   const bool grouped = scope.aggregated || scope.groupKeys != nullptr;
   body->singleRow = scope.aggregated && scope.groupKeys == nullptr;
   if (select.from.empty() && !select.where && !grouped) body->singleRow = true;
+  // SQLite finds the query that an aggregate belongs to from the sub-query's columns only.
+  if (scope.aggregatesOutside && !body->singleRow) {
+    refuse(select.token, "an aggregate of a query around it, in a sub-query of several rows,");
+  }
   if (!select.distinct && !select.percent && !select.ties && !grouped && !semiJoin && scope.sources.size() == 1 &&
       scope.sources[0].table != nullptr && !scope.sources[0].table->view) {
     body->updatable = scope.sources[0].table;
     body->rowAlias = scope.sources[0].sqlAlias;
   }
-  if (select.distinct) {
-    for (const Output& output : body->outputs) {
-      const Type& type = output.value.type;
-      if (type.isLongText() || type.kind == TypeKind::Image) {
-        fail(select.token, 421,
-             "The " + std::string(type.baseName()) +
-                 " data type cannot be selected as DISTINCT because it is not comparable.");
-      }
-    }
-  }
+  checkDistinct(select, *body);
   return body;
+}
+
+void Writer::checkDistinct(const tree::Select& select, const BoundBody& body) const {
+  if (!select.distinct) return;
+  for (const Output& output : body.outputs) {
+    const Type& type = output.value.type;
+    if (!type.isLongText() && type.kind != TypeKind::Image) continue;
+    fail(select.token, 421,
+         "The " + std::string(type.baseName()) +
+             " data type cannot be selected as DISTINCT because it is not comparable.");
+  }
+}
+
+// Everything from FROM to HAVING; says whether a derived table became a condition.
+bool Writer::bindParts(const tree::Select& select, Scope& scope, BoundBody& body, bool unordered) {
+  std::string text;
+  const auto semiJoin = unordered ? boundSemiJoin(select, scope) : std::nullopt;
+  if (semiJoin) {
+    text = semiJoin->from;
+    body.where = semiJoin->where;
+  } else if (!select.from.empty()) {
+    text = " FROM " + from(select.from, scope);
+  }
+  scope.insideGroupKey = 1;  // columns in WHERE need no group
+  if (select.where && !semiJoin) body.where = condition(*select.where, &scope);
+  body.from = text;
+  if (!body.where.empty()) text += " WHERE " + body.where;
+  bindGroups(select, scope, text);
+  scope.insideGroupKey = 0;
+  scope.aggregatesAllowed = true;
+  bindItems(select, scope, body);
+  const bool byKeys = std::ranges::count(scope.emptyKeys, true) < std::ranges::ssize(select.groupBy);
+  const bool oneGroup = !byKeys && !scope.aggregated && (select.having || !select.groupings.empty());
+  if (select.having) {
+    scope.clause = Scope::Clause::Having;
+    text += " HAVING " + condition(*select.having, &scope);
+    scope.aggregated = true;
+  }
+  // SQLite sees the one group of a query by the aggregates of its columns only.
+  if (oneGroup) {
+    Typed& first = body.outputs[0].value;
+    first.sql = "iif(count(*)>=0," + first.sql + ",NULL)";
+    first.literal = -1;
+    first.parameter = -1;
+  }
+  body.tail = std::move(text);
+  return semiJoin.has_value();
 }
 
 // FROM and WHERE with EXISTS in the place of a derived table that only chooses among the rows of the others. Only
@@ -185,10 +208,12 @@ std::optional<Writer::BoundSemiJoin> Writer::boundSemiJoin(const tree::Select& s
 
 std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope* parent) {
   auto body = std::make_unique<BoundBody>();
+  Scope own;
+  own.parent = parent;
   for (const auto& row : select.values) {
     std::vector<Typed> values;
     for (const auto& value : row) {
-      values.push_back(expression(*value, parent));
+      values.push_back(expression(*value, &own));
       measure(values.back());
     }
     if (!body->rows.empty() && values.size() != body->rows[0].size()) {
@@ -196,7 +221,7 @@ std::unique_ptr<BoundBody> Writer::bindValues(const tree::Select& select, Scope*
     }
     body->rows.push_back(std::move(values));
   }
-  for (const Typed& value : body->rows[0]) body->outputs.push_back({value, {}, {}, {}, false});
+  for (const Typed& value : body->rows[0]) body->outputs.push_back({value, nullptr, {}, {}, {}, false});
   return body;
 }
 
@@ -204,7 +229,9 @@ void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& t
   if (select.groupBy.empty()) return;
   scope.groupKeys = &select.groupBy;
   scope.clause = Scope::Clause::GroupBy;
+  bool first = true;
   for (std::size_t i = 0; i < select.groupBy.size(); ++i) {
+    if (i < scope.emptyKeys.size() && scope.emptyKeys[i]) continue;
     const auto& key = *select.groupBy[i];
     const Typed value = expression(key, &scope);
     comparable(value.type, key.token);
@@ -212,7 +239,8 @@ void Writer::bindGroups(const tree::Select& select, Scope& scope, std::string& t
     if (value.literal >= 0 || value.parameter >= 0) {
       fail(key.token, 164, "Each GROUP BY expression must contain at least one column that is not an outer reference.");
     }
-    text += (i == 0 ? " GROUP BY " : ",") + compared(value.sql, value.type);
+    text += (first ? " GROUP BY " : ",") + compared(value.sql, value.type);
+    first = false;
   }
   scope.clause = Scope::Clause::Select;
 }
@@ -225,6 +253,7 @@ void Writer::bindItems(const tree::Select& select, Scope& scope, BoundBody& body
     }
     Output output;
     output.value = expression(*item.expression, &scope);
+    output.expression = item.expression.get();
     measure(output.value);
     if (output.value.column != nullptr) {
       output.name = output.value.column->name;
@@ -243,6 +272,7 @@ void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& b
   bool found = false;
   for (const Source& source : scope.sources) {
     if (!item.qualifier.empty() && !sameName(source.name, item.qualifier)) continue;
+    if (!item.prefix.empty() && !prefixFits(item.prefix, source)) continue;
     found = true;
     for (const SourceColumn& column : source.columns) {
       Output output;
@@ -265,19 +295,22 @@ void Writer::expandStar(const tree::SelectItem& item, Scope& scope, BoundBody& b
     throw SqlError(263, 16, "Must specify table to select from.").at(lineOf(batch_, item.token));
   }
   fail(item.token, 107,
-       "The column prefix '" + item.qualifier + "' does not match with a table name or alias name used in the query.");
+       "The column prefix '" + item.prefix + item.qualifier +
+           "' does not match with a table name or alias name used in the query.");
 }
 
 std::string Writer::limitOf(const tree::Select& select, Scope& scope) {
   if (!select.top) return {};
-  Typed value = expression(*select.top, scope.parent);
-  if (value.column != nullptr || value.subquery) refuse(select.top->token, "TOP of an expression");
-  return rowCount(std::move(value), select.percent, select.top->token);
+  Scope around;
+  around.parent = &scope;
+  around.rowCount = true;
+  Typed value = expression(*select.top, &around);
+  return rowCount(std::move(value), select.percent ? 100 : -1, select.top->token);
 }
 
 // What TOP gives, for a LIMIT. A number that no literal gives is looked at when the statement runs.
-std::string Writer::rowCount(Typed value, bool percent, int token) {
-  if (percent) {
+std::string Writer::rowCount(Typed value, int greatest, int token) {
+  if (greatest == 100) {
     if (value.type.kind == TypeKind::Null) fail(token, Message::InvalidTop);
     return "ts_top(" + convert(std::move(value), Type::of(TypeKind::Float)).sql + ",100)";
   }
@@ -287,7 +320,7 @@ std::string Writer::rowCount(Typed value, bool percent, int token) {
     fail(token, 1060, "The number of rows provided for a TOP or FETCH clauses row count parameter must be an integer.");
   }
   if (value.literal >= 0 && value.type.isInteger()) return value.sql;
-  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + ",-1)";
+  return "ts_top(" + convert(std::move(value), Type::of(TypeKind::BigInt)).sql + "," + std::to_string(greatest) + ")";
 }
 
 // --- the columns of set operations
@@ -317,7 +350,13 @@ std::vector<Output> Writer::unify(BoundBody& body) {
       output.column.clear();
     }
     output.identity = false;
-    if (body.operation != SetOperator::UnionAll) comparable(output.value.type, 0);
+    const bool compared = body.operation != SetOperator::UnionAll;
+    if (compared && (type.isLongText() || type.kind == TypeKind::Image)) {
+      fail(body.token, 5335,
+           "The data type " + std::string(type.baseName()) +
+               " cannot be used as an operand to the UNION, INTERSECT or EXCEPT operators because it is not "
+               "comparable.");
+    }
   }
   return outputs;
 }
@@ -348,13 +387,10 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
     const tree::Expression& key = *item.expression;
     std::size_t position = 0;
     Typed value;
+    if (key.kind != tree::ExpressionKind::Literal && isConstant(key)) failConstantOrder(key.token, bound.order.size());
     if (key.kind == tree::ExpressionKind::Literal) {
       const Literal& literal = batch_.literals[static_cast<std::size_t>(key.literal)];
-      if (literal.type.kind != TypeKind::Int) {
-        fail(key.token, 408,
-             "A constant expression was encountered in the ORDER BY list, position " +
-                 std::to_string(bound.order.size() + 1) + ".");
-      }
+      if (literal.type.kind != TypeKind::Int) failConstantOrder(key.token, bound.order.size());
       structural(key.literal);
       if (literal.integer < 1 || literal.integer > static_cast<std::int64_t>(bound.outputs.size())) {
         fail(key.token, Message::OrderByPosition, {std::to_string(literal.integer)});
@@ -372,20 +408,22 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
       }
     }
     if (position == 0) {
-      if (set) {
-        fail(key.token, 104,
-             "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT or EXCEPT "
-             "operator.");
-      }
-      value = expression(key, bound.scope.get());
+      if (set) checkOrderOfSet(key, bound);
+      const auto& given = bound.scope->orderValues;
+      const auto known = std::ranges::find_if(given, [&](const auto& entry) { return entry.first == &key; });
+      value = known != given.end() ? known->second : expression(key, bound.scope.get());
       for (std::size_t i = 0; i < bound.outputs.size() && position == 0; ++i) {
-        if (bound.outputs[i].value.sql == value.sql) position = i + 1;
+        const Output& output = bound.outputs[i];
+        const bool same =
+            output.expression != nullptr && value.column == nullptr && sameExpression(*output.expression, key);
+        if (output.value.sql == value.sql || same) position = i + 1;
       }
       // A value that is the same for all rows orders nothing.
       if (value.parameter >= 0 && position == 0) {
         fail(key.token, 1008,
              "The SELECT item identified by the ORDER BY number " + std::to_string(bound.order.size() + 1) +
-                 " contains a variable as part of the expression identifying a column position.");
+                 " contains a variable as part of the expression identifying a column position. Variables are only "
+                 "allowed when ordering by an expression referencing a column name.");
       }
     }
     if (position == 0 && distinct) {
@@ -407,27 +445,51 @@ void Writer::bindOrder(const tree::Query& query, BoundQuery& bound) {
   }
 }
 
+void Writer::failConstantOrder(int token, std::size_t before) const {
+  fail(token, 408,
+       "A constant expression was encountered in the ORDER BY list, position " + std::to_string(before + 1) + ".");
+}
+
+// What several queries give together has names, but no tables: names that it has not are looked at first.
+void Writer::checkOrderOfSet(const tree::Expression& key, const BoundQuery& bound) const {
+  const auto check = [&](const tree::Expression& part, const auto& again) -> void {
+    const auto isNamed = [&](const Output& output) { return sameName(output.name, part.name); };
+    if (part.kind == tree::ExpressionKind::Column) {
+      if (!part.qualifier.empty()) {
+        fail(part.token, Message::MultipartNotBound, {part.prefix + part.qualifier + "." + part.name});
+      }
+      if (std::ranges::none_of(bound.outputs, isNamed)) fail(part.token, Message::InvalidColumn, {part.name});
+    }
+    for (const auto& argument : part.arguments) again(*argument, again);
+    if (part.operand) again(*part.operand, again);
+    if (part.otherwise) again(*part.otherwise, again);
+  };
+  check(key, check);
+  fail(key.token, 104,
+       "ORDER BY items must appear in the select list if the statement contains a UNION, INTERSECT or EXCEPT "
+       "operator.");
+}
+
 // OFFSET ... ROWS FETCH NEXT ... ROWS ONLY
 void Writer::bindOffset(const tree::Query& query, BoundQuery& bound) {
   if (!query.offset) return;
   if (bound.body->operation == SetOperator::None && query.body->select && query.body->select->top) {
     fail(query.token, 10741, "A TOP can not be used in the same query or sub-query as a OFFSET.");
   }
-  Typed offset = expression(*query.offset, bound.scope->parent);
-  if (offset.digitsOf >= 0) {
-    fail(query.token, 10742, "The offset specified in a OFFSET clause may not be negative.");
-  }
+  Scope around;
+  around.parent = bound.scope.get();
+  around.rowCount = true;
+  Typed offset = expression(*query.offset, &around);
+  if (offset.digitsOf >= 0) fail(query.token, Message::NegativeOffset);
   std::string fetch = "-1";
   if (query.fetch) {
-    Typed count = expression(*query.fetch, bound.scope->parent);
+    Typed count = expression(*query.fetch, &around);
     if (count.literal >= 0) structural(count.literal);
     const bool isZero = count.literal >= 0 && batch_.literals[static_cast<std::size_t>(count.literal)].integer == 0;
-    if (isZero || count.digitsOf >= 0) {
-      fail(query.token, 10744, "The number of rows provided for a FETCH clause must be greater then zero.");
-    }
-    fetch = rowCount(std::move(count), false, query.fetch->token);
+    if (isZero || count.digitsOf >= 0) fail(query.token, Message::EmptyFetch);
+    fetch = rowCount(std::move(count), -3, query.fetch->token);
   }
-  bound.page = " LIMIT " + fetch + " OFFSET " + rowCount(std::move(offset), false, query.offset->token);
+  bound.page = " LIMIT " + fetch + " OFFSET " + rowCount(std::move(offset), -2, query.offset->token);
 }
 
 // --- text
@@ -449,7 +511,11 @@ std::string Writer::renderBody(const BoundBody& body, const BoundQuery& query, b
           renderBody(side, query, aliases || !side.limit.empty() || !left, false, collated || compare, {}, false);
       const bool plain = side.operation == SetOperator::None ? side.limit.empty() : left;
       if (plain) return inner;
-      if (!side.limit.empty()) inner += " LIMIT " + side.limit;
+      if (side.percent) {
+        inner = renderPart(side, BoundQuery(), true);
+      } else if (!side.limit.empty()) {
+        inner += " LIMIT " + side.limit;
+      }
       std::string columns;
       for (std::size_t i = 0; i < query.outputs.size(); ++i) {
         const std::string name = "c" + std::to_string(i + 1);
@@ -485,7 +551,8 @@ std::string Writer::renderPart(const BoundBody& body, const BoundQuery& query, b
   const std::string rows = renderSelect(body, true, body.distinct, keys, false);
   const std::string part = body.percent ? "(place-1)<total*" + body.limit + "/100.0" : "place<=" + body.limit;
   return "SELECT " + names + " FROM (SELECT *," + (body.ties ? "rank()" : "row_number()") + " OVER (" + order +
-         ") AS place,count(*) OVER () AS total FROM (" + rows + ")) WHERE " + part + " ORDER BY place";
+         ") AS place,count(*) OVER () AS total FROM (" + rows + ")) WHERE " + part +
+         (order.empty() ? "" : " ORDER BY place");
 }
 
 std::string Writer::renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,

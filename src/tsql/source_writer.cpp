@@ -18,13 +18,15 @@ std::string folded(std::string_view name) {
   return result;
 }
 
-void makeNullable(Scope& scope, std::size_t first, std::size_t end) {
+}  // namespace
+
+// What an outer join leaves empty. Values that are no columns would not become null.
+void Writer::makeNullable(Scope& scope, std::size_t first, std::size_t end, int token) const {
   for (std::size_t i = first; i < end; ++i) {
+    if (scope.sources[i].computed) refuse(token, "an outer join of what APPLY gives");
     for (SourceColumn& column : scope.sources[i].columns) column.type.nullable = true;
   }
 }
-
-}  // namespace
 
 const Table* Writer::findTable(const std::string& schema, const std::string& name, int token) const {
   if (!schema.empty() && !sameName(schema, "dbo")) {
@@ -78,6 +80,9 @@ std::string Writer::joinText(const TableReference& reference, Scope& scope, std:
   const std::size_t first = scope.sources.size();
   std::string text = joinText(*reference.left, scope, firstVisible);
   const std::size_t middle = scope.sources.size();
+  if (reference.join == JoinKind::CrossApply || reference.join == JoinKind::OuterApply) {
+    return text + applied(reference, scope, first);
+  }
   std::string right = joinText(*reference.right, scope, middle);
   if (reference.right->kind == TableReference::Kind::Join) right = "(" + right + ")";
   static constexpr std::string_view words[] = {" JOIN ", " LEFT JOIN ", " RIGHT JOIN ", " FULL JOIN ", " CROSS JOIN "};
@@ -86,13 +91,16 @@ std::string Writer::joinText(const TableReference& reference, Scope& scope, std:
     const std::size_t visible = scope.firstVisible;
     scope.firstVisible = first;
     ++scope.insideGroupKey;
+    scope.clause = Scope::Clause::On;
     text += " ON " + condition(*reference.on, &scope);
+    scope.clause = Scope::Clause::Select;
     --scope.insideGroupKey;
     scope.firstVisible = visible;
   }
-  if (reference.join == JoinKind::Right || reference.join == JoinKind::Full) makeNullable(scope, first, middle);
+  if (reference.join == JoinKind::Right || reference.join == JoinKind::Full)
+    makeNullable(scope, first, middle, reference.token);
   if (reference.join == JoinKind::Left || reference.join == JoinKind::Full)
-    makeNullable(scope, middle, scope.sources.size());
+    makeNullable(scope, middle, scope.sources.size(), reference.token);
   return text;
 }
 
@@ -127,6 +135,7 @@ bool Writer::addTable(const TableReference& reference, Scope& scope, std::string
   source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   source.table = table;
+  source.schema = "dbo";
   for (const Column& column : table->columns) {
     source.columns.push_back({column.name, column.type, source.sqlAlias + "." + quoted(column.name), table->name,
                               column.name, column.identity});
@@ -145,6 +154,7 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
       source.renamed = !reference.alias.empty();
       source.objectName = source.name;
       source.sqlAlias = nextAlias();
+      source.base = (*table)->base;
       source.columns = (*table)->columns;
       for (std::size_t i = 0; i < source.columns.size(); ++i) {
         source.columns[i].sql = source.sqlAlias + ".c" + std::to_string(i + 1);
@@ -171,6 +181,7 @@ bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::
   source.renamed = !reference.alias.empty();
   source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
+  source.schema = reference.schema.empty() ? "dbo" : reference.schema;
   for (const SystemColumn& column : table->columns) {
     source.columns.push_back(
         {std::string(column.name), column.type, source.sqlAlias + "." + quoted(column.name), {}, {}, false});
@@ -187,15 +198,27 @@ std::string Writer::derived(const TableReference& reference, Scope& scope) {
   source.renamed = true;
   source.objectName = reference.alias;
   source.sqlAlias = nextAlias();
+  nameColumns(reference, query.outputs, source);
+  const BoundBody& body = *query.body;
+  const bool rows = keepsRows_ && body.operation == tree::SetOperator::None && body.updatable != nullptr;
+  if (rows) source.base = body.updatable;
+  const std::string number = rows ? "," + body.rowAlias + ".rowid AS rowid" : "";
+  const std::string text = "(" + render(query, true, number) + ") AS " + source.sqlAlias;
+  addSource(std::move(source), reference.token, scope);
+  return text;
+}
+
+void Writer::nameColumns(const TableReference& reference, const std::vector<Output>& outputs, Source& source) const {
   const auto& names = reference.columnAliases;
-  if (!names.empty() && names.size() != query.outputs.size()) {
-    fail(reference.token, names.size() > query.outputs.size() ? 8158 : 8159,
-         "'" + reference.alias + "' has " + (names.size() > query.outputs.size() ? "more" : "fewer") +
+  if (!names.empty() && names.size() != outputs.size()) {
+    const bool more = outputs.size() > names.size();
+    fail(reference.token, more ? 8158 : 8159,
+         "'" + reference.alias + "' has " + (more ? "more" : "fewer") +
              " columns than were specified in the column list.");
   }
   std::set<std::string> seen;
-  for (std::size_t i = 0; i < query.outputs.size(); ++i) {
-    const Output& output = query.outputs[i];
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const Output& output = outputs[i];
     const std::string& name = names.empty() ? output.name : names[i];
     if (name.empty()) {
       fail(reference.token, 8155,
@@ -208,9 +231,6 @@ std::string Writer::derived(const TableReference& reference, Scope& scope) {
     source.columns.push_back({name, output.value.type, source.sqlAlias + ".c" + std::to_string(i + 1), output.table,
                               output.column, output.identity});
   }
-  const std::string text = "(" + render(query, true) + ") AS " + source.sqlAlias;
-  addSource(std::move(source), reference.token, scope);
-  return text;
 }
 
 }  // namespace tolvane::tsql

@@ -60,6 +60,8 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
      "The ORDER BY position number %1 is out of range of the number of items in the select list."},
     {Message::InvalidTop, 1014, 15, "A TOP or FETCH clause contains an invalid value."},
     {Message::NegativeTop, 127, 15, "A TOP N or FETCH rowcount value may not be negative."},
+    {Message::NegativeOffset, 10742, 15, "The offset specified in a OFFSET clause may not be negative."},
+    {Message::EmptyFetch, 10744, 15, "The number of rows provided for a FETCH clause must be greater then zero."},
     {Message::TopPercent, 1031, 15, "Percent values must be between 0 and 100."},
     {Message::ProcedureNotFound, 2812, 16, "Could not find stored procedure '%1'."},
     {Message::ObjectExists, 2714, 16, "There is already an object named '%1' in the database."},

@@ -39,10 +39,12 @@ enum class Message {
   OrderByPosition,         // 108: number
   InvalidTop,              // 1014
   NegativeTop,             // 127
-  TopPercent,              // 1031
-  ProcedureNotFound,       // 2812: procedure
-  ObjectExists,            // 2714: object
-  CannotDrop,              // 3701: action, kind, object
+  NegativeOffset,
+  EmptyFetch,
+  TopPercent,         // 1031
+  ProcedureNotFound,  // 2812: procedure
+  ObjectExists,       // 2714: object
+  CannotDrop,         // 3701: action, kind, object
   // Values.
   ArithmeticOverflow,        // 8115: what, type
   OverflowValue,             // 220: type, value

@@ -211,12 +211,15 @@ Result version(Call& call) {
   return call.session.version();
 }
 
-// The number of rows, or of percents, that TOP gives, and the greatest one there may be, -1 for any.
+// The number of rows, or of percents, that TOP gives, and the greatest one there may be, -1 for any; -2 for the number
+// of OFFSET and -3 for that of FETCH.
 Result top(Call& call) {
   if (anyNull(call)) throw SqlError(Message::InvalidTop);
   const Datum& number = call.args[0];
   const double greatest = approximateNumber(call.args[1]);
   const double given = approximateNumber(number);
+  if (greatest == -2 && given < 0) throw SqlError(Message::NegativeOffset);
+  if (greatest == -3 && given < 1) throw SqlError(Message::EmptyFetch);
   if (greatest >= 0 && (given < 0 || given > greatest)) throw SqlError(Message::TopPercent);
   if (given < 0) throw SqlError(Message::NegativeTop);
   return Result(number);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,13 +23,28 @@ struct OrderItem {
   bool descending = false;
 };
 
+// ROWS or RANGE between two bounds: so many rows before or after the current one, or as many as there are.
+struct WindowBound {
+  enum class Kind { Unbounded, Rows, Current };
+  Kind kind = Kind::Current;
+  bool following = false;
+  std::int64_t rows = 0;
+};
+
+struct WindowFrame {
+  bool range = false;
+  WindowBound start;
+  WindowBound end;
+  int token = 0;
+};
+
 enum class ExpressionKind {
   Literal,  // literal
   Null,
   Default,      // the word DEFAULT in VALUES or SET
   Variable,     // name with '@'
   Placeholder,  // literal: its number
-  Column,       // qualifier, name
+  Column,       // prefix, qualifier, name
   Unary,        // name: - + ~; one argument
   Binary,       // name: the operator; two arguments
   Call,         // name, arguments; qualifier of a function that is no built-in one; star for COUNT(*); distinct; over
@@ -54,6 +70,7 @@ struct Expression {
   int token = 0;  // where it stands, for messages
   std::string name;
   std::string qualifier;
+  std::string prefix;  // of a column: database and schema as written, with the points behind them
   int literal = -1;
   bool negated = false;
   bool distinct = false;
@@ -68,9 +85,10 @@ struct Expression {
   QueryPtr query;
   std::vector<ExpressionPtr> partition;
   std::vector<OrderItem> order;
+  std::unique_ptr<WindowFrame> frame;
 };
 
-enum class JoinKind { Inner, Left, Right, Full, Cross };
+enum class JoinKind { Inner, Left, Right, Full, Cross, CrossApply, OuterApply };
 
 struct TableReference {
   enum class Kind { Named, Derived, Join };
@@ -92,6 +110,7 @@ using TableReferencePtr = std::unique_ptr<TableReference>;
 struct SelectItem {
   bool star = false;  // * or qualifier.*
   std::string qualifier;
+  std::string prefix;  // what stands before the qualifier, with its points
   ExpressionPtr expression;
   std::string alias;
   std::string variable;  // SELECT @x = expression
@@ -109,6 +128,8 @@ struct Select {
   std::vector<TableReferencePtr> from;
   ExpressionPtr where;
   std::vector<ExpressionPtr> groupBy;
+  // Several groupings at once, each by some of `groupBy`; empty for a single one by all of it.
+  std::vector<std::vector<int>> groupings;
   ExpressionPtr having;
   std::vector<std::vector<ExpressionPtr>> values;  // a VALUES list in the place of a SELECT
 };
@@ -123,6 +144,13 @@ struct QueryBody {
   std::unique_ptr<QueryBody> left;
   std::unique_ptr<QueryBody> right;
 };
+
+// The query that says INTO, which is the first one of several; null where none does.
+inline const Select* intoOf(const QueryBody& body) {
+  const QueryBody* first = &body;
+  while (first->left) first = first->left.get();
+  return first->select && !first->select->into.empty() ? first->select.get() : nullptr;
+}
 
 struct CommonTable {
   std::string name;
@@ -244,8 +272,9 @@ struct StatementNode {
   int token = 0;                  // first
   int endToken = 0;               // one past the last
   std::vector<CommonTable> with;  // before an INSERT, UPDATE or DELETE
-  QueryPtr query;                 // SELECT; the source of an INSERT
-  TableName table;                // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
+  int maxRecursion = 100;
+  QueryPtr query;   // SELECT; the source of an INSERT
+  TableName table;  // of INSERT, UPDATE, DELETE, CREATE, ALTER, DROP, TRUNCATE
   std::vector<std::string> columns;
   std::vector<Assignment> assignments;
   std::vector<TableReferencePtr> from;

@@ -26,6 +26,19 @@ struct SourceColumn {
   bool identity = false;
 };
 
+// SQLite text of a value, with its T-SQL type.
+struct Typed {
+  std::string sql;
+  Type type;
+  int literal = -1;                      // it is just this literal
+  int parameter = -1;                    // it is just this parameter of the statement being written
+  int digitsOf = -1;                     // it is just this literal with a minus before it
+  bool subquery = false;                 // a sub-query is part of it
+  char chain = '\0';                     // the operator of a call or a concatenation that may take one operand more ...
+  int chained = 0;                       // ... and how many further ones it has taken
+  const SourceColumn* column = nullptr;  // it is just this column
+};
+
 // One entry of a FROM list.
 struct Source {
   std::string name;        // what qualifies its columns: alias or table name
@@ -33,6 +46,10 @@ struct Source {
   std::string objectName;  // the same in messages about groups: the table as written, whatever its alias
   std::string sqlAlias;
   const Table* table = nullptr;
+  // Of a query whose rows are rows of a table: that table. The text has the row number as one column more, `rowid`.
+  const Table* base = nullptr;
+  std::string schema;     // what a name may put before the table's; empty where nothing may stand there
+  bool computed = false;  // its columns are no columns of a table in SQLite's FROM
   std::vector<SourceColumn> columns;
 };
 
@@ -47,8 +64,16 @@ struct Scope {
   int insideAggregate = 0;
   int insideGroupKey = 0;
   int insideWindow = 0;
+  bool windowed = false;  // a windowed function was written
   const std::vector<tree::ExpressionPtr>* groupKeys = nullptr;
-  enum class Clause { Select, GroupBy, Having, OrderBy };
+  // One of several groupings: which of the keys it does not group by. They are null in its rows.
+  std::vector<bool> emptyKeys;
+  // Of a query with several groupings: what its ORDER BY sorts by, written in each of them.
+  std::vector<std::pair<const tree::Expression*, Typed>> orderValues;
+  bool aggregatesOutside = false;  // an aggregate of a query around this one was written
+  bool usedInside = false;         // a sub-query named one of its columns
+  bool rowCount = false;           // the expression of a TOP, whose query is the scope around it
+  enum class Clause { Select, On, Set, GroupBy, Having, OrderBy };
   Clause clause = Clause::Select;       // which one is being written
   std::string ungrouped;                // the first column that stands neither in an aggregate nor in a group key ...
   Clause ungroupedIn = Clause::Select;  // ... and where it stands
@@ -63,22 +88,10 @@ struct Scope {
   const std::map<std::string, const struct CommonTableText*>* commonTables = nullptr;
 };
 
-// SQLite text of a value, with its T-SQL type.
-struct Typed {
-  std::string sql;
-  Type type;
-  int literal = -1;                      // it is just this literal
-  int parameter = -1;                    // it is just this parameter of the statement being written
-  int digitsOf = -1;                     // it is just this literal with a minus before it
-  bool subquery = false;                 // a sub-query is part of it
-  char chain = '\0';                     // the operator of a call or a concatenation that may take one operand more ...
-  int chained = 0;                       // ... and how many further ones it has taken
-  const SourceColumn* column = nullptr;  // it is just this column
-};
-
 // One output column of a query being written.
 struct Output {
   Typed value;
+  const tree::Expression* expression = nullptr;  // what was written, where it was not `*`
   std::string name;
   std::string table;
   std::string column;
@@ -89,6 +102,7 @@ struct Output {
 // columns.
 struct BoundBody {
   tree::SetOperator operation = tree::SetOperator::None;
+  int token = 0;
   std::unique_ptr<BoundBody> left;
   std::unique_ptr<BoundBody> right;
   // operation None:
@@ -127,6 +141,7 @@ struct CommonTableText {
   std::string name;
   std::string sql;
   std::vector<SourceColumn> columns;  // `sql` is c1, c2, ...
+  const Table* base = nullptr;        // its rows are rows of this table, and it has their numbers
   // While its recursive part is written: its name in SQLite, how often it was read, and as what.
   std::string recursion;
   int uses = 0;
@@ -158,8 +173,8 @@ class Writer {
   // @x op= value
   Typed compound(const std::string& operation, const std::string& variable, const tree::Expression& value, int token);
   // column op= value
-  Typed compoundColumn(const std::string& operation, const std::string& column, const tree::Expression& value,
-                       Scope* scope, int token);
+  Typed compoundColumn(const std::string& operation, const std::string& table, const std::string& column,
+                       const tree::Expression& value, Scope* scope, int token);
   Typed convert(Typed value, const Type& to, When when = When::Early);
   // `tries`: what does not convert is null.
   Typed convertExplicitly(Typed value, const Type& to, const std::string& style, bool tries = false);
@@ -174,6 +189,8 @@ class Writer {
 
   // For the queries that are bound until the next statement, or until the query that they belong to is.
   void defineCommonTables(const std::vector<tree::CommonTable>& tables, int maxRecursion);
+  // While set, queries in FROM keep the numbers of their table's rows, so that these can be changed.
+  void keepRows(bool on) { keepsRows_ = on; }
 
   // Queries (query_writer.cpp).
   BoundQuery bind(const tree::Query& query, Scope* parent, bool subquery);
@@ -192,7 +209,8 @@ class Writer {
   // row. Begins the next statement, in which the names of `scope` are parameters (Parameter::Source::RowColumn).
   Query bindRows(const tree::Query& query, Scope& scope);
 
-  std::string rowCount(Typed value, bool percent, int token);  // of a TOP, for a LIMIT
+  // Of a TOP, for a LIMIT; `greatest` is what ts_top wants to know.
+  std::string rowCount(Typed value, int greatest, int token);
 
   // Statements: parameters are collected while text is written, and numbered anew when the text is complete.
   void beginStatement() {
@@ -234,7 +252,20 @@ class Writer {
   Typed writtenOut(const tree::Expression& expression, Scope* scope);
   Typed aggregate(const tree::Expression& expression, Scope* scope);
   Typed aggregateOf(const tree::Expression& expression, Scope* scope);
+  Scope* beginAggregate(const tree::Expression& expression, Scope* scope);
+  static bool isMoving(const tree::Expression& expression);
+  static bool isWindowFunction(std::string_view name);
+  Scope* ownerOf(const tree::Expression& aggregate, Scope* scope) const;
+  Scope* scopeOf(const tree::Expression& column, Scope* scope) const;
+  Typed grouping(const tree::Expression& expression, Scope* scope);
   Typed windowed(const tree::Expression& expression, Scope* scope);
+  void checkWindow(const tree::Expression& expression, Scope* scope) const;
+  Typed windowFunction(const tree::Expression& expression, Scope* scope);
+  Typed neighbour(const tree::Expression& expression, Scope* scope);
+  std::string windowOrder(const tree::Expression& expression, Scope* scope);
+  std::string frameText(const tree::Expression& expression) const;
+  bool isConstant(const tree::Expression& expression) const;
+  Typed joinedText(const tree::Expression& expression, Scope* scope);
   Typed scalarSubquery(const tree::Expression& expression, Scope* scope);
   std::vector<Typed> asTexts(const tree::Expression& call, std::vector<Typed> values);
   Typed joined(const tree::Expression& call, std::vector<Typed> values);
@@ -260,7 +291,13 @@ class Writer {
 
   std::unique_ptr<BoundBody> bindBody(const tree::QueryBody& body, const tree::Query& query, Scope& scope,
                                       Scope* parent);
-  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, Scope& scope, bool unordered);
+  std::unique_ptr<BoundBody> bindSelect(const tree::Select& select, const tree::Query& query, Scope& scope,
+                                        bool unordered);
+  std::unique_ptr<BoundBody> bindGroupings(const tree::Select& select, const tree::Query& query, Scope& scope);
+  std::vector<bool> keysLeftOut(const tree::Select& select, const std::vector<int>& grouping) const;
+  bool bindParts(const tree::Select& select, Scope& scope, BoundBody& body, bool unordered);
+  std::string orderValues(const tree::Query& query, Scope& branch, const BoundBody& part);
+  std::string orderOfGroups(const tree::Select& select, Scope& branch, std::string& order);
   struct BoundSemiJoin {
     std::string from;
     std::string where;
@@ -275,8 +312,15 @@ class Writer {
   void nameColumns(const tree::CommonTable& table, const std::vector<Output>& outputs, CommonTableText& text) const;
   void bindOffset(const tree::Query& query, BoundQuery& bound);
   void bindOrder(const tree::Query& query, BoundQuery& bound);
+  void checkOrderOfSet(const tree::Expression& key, const BoundQuery& bound) const;
   std::string limitOf(const tree::Select& select, Scope& scope);
+  int keyOf(const tree::Expression& expression, const Scope& scope) const;
+  void makeKey(Typed& value, const Scope& scope, int key) const;
+  void checkDistinct(const tree::Select& select, const BoundBody& body) const;
+  static bool prefixFits(const std::string& prefix, const Source& source);
   [[noreturn]] void failInGroupKey(int token) const;
+  [[noreturn]] void failWithoutOrder(int token) const;
+  [[noreturn]] void failConstantOrder(int token, std::size_t before) const;
   std::vector<Output> unify(BoundBody& body);
   void convertOutputs(BoundBody& body, const std::vector<Output>& outputs);
   std::string renderBody(const BoundBody& body, const BoundQuery& query, bool aliases, bool top, bool collated,
@@ -285,7 +329,14 @@ class Writer {
   std::string renderSelect(const BoundBody& body, bool aliases, bool collated, std::string_view extra,
                            bool withoutLong);
   std::string joinText(const tree::TableReference& reference, Scope& scope, std::size_t firstVisible);
+  void makeNullable(Scope& scope, std::size_t first, std::size_t end, int token) const;
   std::string derived(const tree::TableReference& reference, Scope& scope);
+  std::string applied(const tree::TableReference& reference, Scope& scope, std::size_t first);
+  std::string appliedText(const tree::TableReference& reference, Scope& scope, Source& source);
+  std::string appliedRows(const BoundBody& body, Source& source);
+  std::string appliedTop(const tree::TableReference& reference, Scope& scope, const BoundQuery& query, Source& source);
+  std::string appliedQuery(const tree::TableReference& reference, const BoundQuery& query, Source& source);
+  void nameColumns(const tree::TableReference& reference, const std::vector<Output>& outputs, Source& source) const;
   void addSource(Source source, int token, Scope& scope);
   bool addCommonTable(const tree::TableReference& reference, Scope& scope, std::string& text);
   bool addSystemTable(const tree::TableReference& reference, Scope& scope, std::string& text);
@@ -298,6 +349,7 @@ class Writer {
   std::vector<std::vector<std::unique_ptr<CommonTableText>>> commonTables_;
   int aliases_ = 0;
   bool inline_ = false;
+  bool keepsRows_ = false;
 };
 
 // A name between double quotes, for SQLite text.

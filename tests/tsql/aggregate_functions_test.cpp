@@ -12,6 +12,9 @@ const std::vector<AggregateCase>& aggregateCases() {
   static const Datum real = packed(TypeKind::Float);
   static const Datum money = packed(TypeKind::Money);
   static const Datum number = decimal(10, 2);
+  static const Datum wide = packed(Type::text(TypeKind::VarChar, 8000));
+  static const std::string long3000(3000, 'x');
+  static const Datum longText{std::string_view(long3000)};
   static const std::vector<AggregateCase> rows{
       {"ts_single", {}, "null"},
       {"ts_single", {{"a"}}, "'a'"},
@@ -20,6 +23,16 @@ const std::vector<AggregateCase>& aggregateCases() {
        "512 Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= , >, >= "
        "or "
        "when the subquery is used as an expression."},
+      {"ts_string_agg", {}, "null"},
+      {"ts_string_agg", {{"b", ", ", wide}, {Datum(), ", ", wide}, {"a", ", ", wide}}, "'b, a'"},
+      {"ts_string_agg", {{"b", "", wide, 2, integer, 0}, {"a", "", wide, 1, integer, 0}}, "'ab'"},
+      {"ts_string_agg",
+       {{"a", "", wide, "1.00", number, 1}, {"b", "", wide, "10.00", number, 1}, {"c", "", wide, Datum(), number, 1}},
+       "'bac'"},
+      {"ts_string_agg",
+       {{longText, longText, wide}, {longText, longText, wide}},
+       "9829 STRING_AGG aggregation result exceeded the limit of 8000 bytes. Use LOB types to avoid result "
+       "truncation."},
       {"ts_sum", {}, "null"},
       {"ts_sum", {{Datum(), integer}}, "null"},
       {"ts_sum", {{1, integer}, {Datum(), integer}, {2, integer}}, "3"},
@@ -76,6 +89,36 @@ TEST(AggregateFunctions, AnswerAsTheirRowsSay) {
   for (const AggregateCase& row : aggregateCases()) {
     EXPECT_EQ(aggregated(row), row.expected) << row.name << " of " << row.rows.size() << " rows";
   }
+}
+
+// Rows that leave a window are taken back, floats without a trace.
+TEST(AggregateFunctions, TakeRowsBack) {
+  struct Case {
+    std::string_view name;
+    std::vector<std::vector<Datum>> rows;
+    std::string_view expected;  // of all rows but the first
+  };
+  const std::vector<Case> cases{
+      {"ts_sum", {{1, packed(TypeKind::Int), 1}, {2, packed(TypeKind::Int), 1}, {3, packed(TypeKind::Int), 1}}, "5"},
+      {"ts_sum", {{1e17, packed(TypeKind::Float), 1}, {0.25, packed(TypeKind::Float), 1}}, "0.25"},
+      {"ts_avg", {{"1.00", decimal(10, 2), 1}, {"2.00", decimal(10, 2), 1}}, "'2.000000'"},
+      {"ts_sum", {{Datum(), packed(TypeKind::Int), 1}, {2, packed(TypeKind::Int), 1}}, "2"},
+      {"ts_var", {{1e9, 1}, {2.0, 1}, {4.0, 1}}, "2.0"},
+  };
+  const PlainCollation collation;
+  FixedSession session;
+  for (const Case& row : cases) {
+    const auto state = findAggregate(row.name)->create();
+    for (const auto& args : row.rows) {
+      Call call{args, collation, session};
+      state->step(call);
+    }
+    Call first{row.rows[0], collation, session};
+    state->leave(first);
+    EXPECT_EQ(shown(state->finish()), row.expected) << row.name;
+  }
+  Call call{cases[0].rows[0], collation, session};
+  EXPECT_THROW(findAggregate("ts_single")->create()->leave(call), SqlError);
 }
 
 // The true value is 30; SQL Server works with the sums of values and of squares, too.

@@ -179,8 +179,17 @@ void showAggregate(sqlite3_context* context) {
   }
 }
 
-void leaveAggregate(sqlite3_context* context, int, sqlite3_value**) {
-  sqlite3_result_error(context, "a row left a window", -1);
+void leaveAggregate(sqlite3_context* context, int count, sqlite3_value** values) {
+  auto& registered = *static_cast<Registered*>(sqlite3_user_data(context));
+  auto** state = static_cast<AggregateState**>(sqlite3_aggregate_context(context, 0));
+  std::vector<Datum> args;
+  for (int i = 0; i < count; ++i) args.push_back(datumOf(values[i]));
+  Call call{args, registered.shared->collation, registered.shared->session};
+  try {
+    if (state != nullptr && *state != nullptr) (*state)->leave(call);
+  } catch (const SqlError& error) {
+    raise(context, *registered.shared, error);
+  }
 }
 
 int compareTexts(void* shared, int leftSize, const void* left, int rightSize, const void* right) {

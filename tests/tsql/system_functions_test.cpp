@@ -67,6 +67,10 @@ const std::vector<CallRow>& systemRows() {
       {"ts_top", {3, -1}, "3"},
       {"ts_top", {-1, -1}, "127 A TOP N or FETCH rowcount value may not be negative."},
       {"ts_top", {Datum(), -1}, "1014 A TOP or FETCH clause contains an invalid value."},
+      {"ts_top", {0, -2}, "0"},
+      {"ts_top", {-1, -2}, "10742 The offset specified in a OFFSET clause may not be negative."},
+      {"ts_top", {1, -3}, "1"},
+      {"ts_top", {0, -3}, "10744 The number of rows provided for a FETCH clause must be greater then zero."},
       {"ts_top", {12.5, 100}, "12.5"},
       {"ts_top", {100.5, 100}, "1031 Percent values must be between 0 and 100."},
   };
