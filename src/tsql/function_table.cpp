@@ -11,13 +11,14 @@ using R = ResultRule;
 constexpr auto no = Extra::Nothing;
 
 // clang-format off
-constexpr std::array<FunctionRow, 95> functions{{
+constexpr std::array<FunctionRow, 96> functions{{
     // name         run time         least most  arguments                           result            length extra       null
     {"GETDATE",     "ts_now",            0, 0, {},                                    R::DateTime,        0, no,                false},
     {"DATEPART",    "ts_datepart",       2, 2, {DatePart, DateTime},                  R::Int,             0, no,                false},
     {"DATENAME",    "ts_datename",       2, 2, {DatePart, DateTime},                  R::NVarChar,       30, no,                false},
     {"DATEADD",     "ts_dateadd",        3, 3, {DatePart, Integer, Any},              R::DateOfArgument,  0, Extra::ResultType, false},
     {"DATEDIFF",    "ts_datediff",       3, 3, {DatePart, DateTime, DateTime},        R::Int,             0, no,                false},
+    {"DATEDIFF_BIG", "ts_datediff_big",  3, 3, {DatePart, DateTime, DateTime},        R::BigInt,          0, no,                false},
     {"YEAR",        "ts_year",           1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"MONTH",       "ts_month",          1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"DAY",         "ts_day",            1, 1, {DateTime},                            R::Int,             0, no,                false},
@@ -110,13 +111,12 @@ constexpr std::array<FunctionRow, 95> functions{{
     {"DENSE_RANK",  "",                  0, 0, {},                                    R::BigInt,          0, no,                false},
 }};
 
-constexpr std::array<std::string_view, 145> refused{
+constexpr std::array<std::string_view, 144> refused{
     "APPLOCK_MODE", "APPLOCK_TEST", "APPROX_COUNT_DISTINCT", "APPROX_PERCENTILE_CONT", "APPROX_PERCENTILE_DISC", "APP_NAME",
     "ASSEMBLYPROPERTY", "ASYMKEYPROPERTY", "ASYMKEY_ID", "BINARY_CHECKSUM", "BIT_COUNT", "CERTENCODED",
     "CERTPRIVATEKEY", "CERTPROPERTY", "CERT_ID", "CHECKSUM", "CHECKSUM_AGG", "COLLATIONPROPERTY",
     "COLUMNS_UPDATED", "COMPRESS", "CONNECTIONPROPERTY", "CONTEXT_INFO", "CUME_DIST", "CURRENT_REQUEST_ID",
-    "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID", "DATEDIFF_BIG",
-    "DATETIME2FROMPARTS", "DATETIMEOFFSETFROMPARTS", "DATETRUNC", "DATE_BUCKET", "DECOMPRESS", "DECRYPTBYASYMKEY",
+    "CURRENT_TRANSACTION_ID", "CURSOR_STATUS", "DATABASEPROPERTY", "DATABASEPROPERTYEX", "DATABASE_PRINCIPAL_ID", "DATETIME2FROMPARTS", "DATETIMEOFFSETFROMPARTS", "DATETRUNC", "DATE_BUCKET", "DECOMPRESS", "DECRYPTBYASYMKEY",
     "DECRYPTBYCERT", "DECRYPTBYKEY", "DECRYPTBYKEYAUTOASYMKEY", "DECRYPTBYKEYAUTOCERT", "DECRYPTBYPASSPHRASE", "ENCRYPTBYASYMKEY",
     "ENCRYPTBYCERT", "ENCRYPTBYKEY", "ENCRYPTBYPASSPHRASE", "ERROR_LINE", "ERROR_MESSAGE", "ERROR_NUMBER",
     "ERROR_PROCEDURE", "ERROR_SEVERITY", "ERROR_STATE", "EVENTDATA", "FILEGROUPPROPERTY", "FILEGROUP_ID",
