@@ -79,8 +79,9 @@ std::optional<std::int64_t> fineDifference(DatePart part, const Moment& from, co
     const std::int64_t unit = perUnit(part);
     return fine / unit - (fine % unit < 0 ? 1 : 0);
   };
-  const std::int64_t difference = count(to) - count(from);
-  return part == DatePart::Nanosecond ? difference * 100 : difference;
+  std::int64_t difference = count(to) - count(from);
+  if (part == DatePart::Nanosecond && __builtin_mul_overflow(difference, 100, &difference)) return std::nullopt;
+  return difference;
 }
 
 Result now(Call& call) {
@@ -201,20 +202,22 @@ Result dateadd(Call& call) {
   return dateAlone ? storedDate(sum->days) : storedDateTime(*sum);
 }
 
-// part, from, to.
+// part, from, to: the distance as an int, or as a bigint.
+template <typename Integer>
 Result datediff(Call& call) {
+  constexpr std::string_view function = sizeof(Integer) > 4 ? "datediff_big" : "datediff";
   if (anyNull(call)) return {};
-  const DatePart part = partOf(call.args[0], "datediff");
+  const DatePart part = partOf(call.args[0], function);
   if (part == DatePart::IsoWeek) {
-    throw SqlError(9806, 16, "The datepart iso_week is not supported by date function datediff.");
+    throw SqlError(9806, 16, "The datepart iso_week is not supported by date function " + std::string(function) + ".");
   }
   const Moment from = momentOf(call.args[1]);
   const Moment to = momentOf(call.args[2]);
   const bool fine = isFinerThanSecond(part) && (from.fraction || to.fraction);
   const auto difference = fine ? fineDifference(part, from, to) : dateDiff(part, from.value, to.value);
-  if (!difference || *difference > std::numeric_limits<std::int32_t>::max() ||
-      *difference < std::numeric_limits<std::int32_t>::min()) {
-    throw SqlError(Message::DatediffOverflow);
+  if (!difference || *difference > std::numeric_limits<Integer>::max() ||
+      *difference < std::numeric_limits<Integer>::min()) {
+    throw SqlError(Message::DatediffOverflow, {function});
   }
   return *difference;
 }
@@ -246,7 +249,8 @@ constexpr std::array functions{
     Function{"ts_datepart", 2, 2, true, datepart},
     Function{"ts_datename", 2, 2, true, datename},
     Function{"ts_dateadd", 4, 4, true, dateadd},
-    Function{"ts_datediff", 3, 3, true, datediff},
+    Function{"ts_datediff", 3, 3, true, datediff<std::int32_t>},
+    Function{"ts_datediff_big", 3, 3, true, datediff<std::int64_t>},
     Function{"ts_year", 1, 1, true, partCall<DatePart::Year>},
     Function{"ts_month", 1, 1, true, partCall<DatePart::Month>},
     Function{"ts_day", 1, 1, true, partCall<DatePart::Day>},

@@ -18,6 +18,7 @@ constexpr auto functions = std::to_array<FunctionRow>({
     {"DATENAME",    "ts_datename",       2, 2, {DatePart, DateTime},                  R::NVarChar,       30, no,                false},
     {"DATEADD",     "ts_dateadd",        3, 3, {DatePart, Integer, Any},              R::DateOfArgument,  0, Extra::ResultType, false},
     {"DATEDIFF",    "ts_datediff",       3, 3, {DatePart, DateTime, DateTime},        R::Int,             0, no,                false},
+    {"DATEDIFF_BIG", "ts_datediff_big",  3, 3, {DatePart, DateTime, DateTime},        R::BigInt,          0, no,                false},
     {"YEAR",        "ts_year",           1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"MONTH",       "ts_month",          1, 1, {DateTime},                            R::Int,             0, no,                false},
     {"DAY",         "ts_day",            1, 1, {DateTime},                            R::Int,             0, no,                false},

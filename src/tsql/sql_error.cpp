@@ -87,8 +87,8 @@ constexpr std::array<Row, static_cast<std::size_t>(Message::Count_)> rows{{
     {Message::SmallDateSyntax, 295, 16, "Conversion failed when converting character string to smalldatetime data type."},
     {Message::DateOverflow, 517, 16, "Adding a value to a '%1' column caused an overflow."},
     {Message::DatediffOverflow, 535, 16,
-     "The datediff function resulted in an overflow. The number of dateparts separating two date/time instances is too "
-     "large. Try to use datediff with a less precise datepart."},
+     "The %1 function resulted in an overflow. The number of dateparts separating two date/time instances is too "
+     "large. Try to use %1 with a less precise datepart."},
     {Message::InvalidStyle, 281, 16, "%1 is not a valid style number when converting from %2 to a character string."},
     {Message::UniqueidentifierSyntax, 8169, 16,
      "Conversion failed when converting from a character string to uniqueidentifier."},

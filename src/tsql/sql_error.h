@@ -62,7 +62,7 @@ enum class Message {
   DateRange,                 // 242: type, type
   SmallDateSyntax,           // 295
   DateOverflow,              // 517: type
-  DatediffOverflow,          // 535
+  DatediffOverflow,          // 535: function
   InvalidStyle,              // 281: number, type
   UniqueidentifierSyntax,    // 8169
   UniqueidentifierSpace,     // 8170

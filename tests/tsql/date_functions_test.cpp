@@ -46,6 +46,11 @@ const std::vector<CallRow>& dateRows() {
       {"ts_moment", {"10:11"}, "'1900-01-01 10:11:00.0000000'"},
       {"ts_moment", {"2012-02-30"}, "241 Conversion failed when converting date and/or time from character string."},
       {"ts_moment", {Datum()}, "null"},
+      {"ts_datediff_big", {"millisecond", "1900-01-01 00:00:00.000", "2020-01-01 00:00:00.000"}, "3786825600000"},
+      {"ts_datediff_big",
+       {"nanosecond", "1900-01-01 00:00:00.000", "9999-01-01 00:00:00.000"},
+       "535 The datediff_big function resulted in an overflow. The number of dateparts separating two date/time "
+       "instances is too large. Try to use datediff_big with a less precise datepart."},
       {"ts_utc_now", {}, "'2012-03-15 05:02:03.123'"},
       {"ts_eomonth", {"2020-02-10"}, "'2020-02-29'"},
       {"ts_eomonth", {"2020-01-31", 1}, "'2020-02-29'"},
