@@ -53,6 +53,8 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
   } else if (const auto* execute = std::get_if<tsql::ExecuteStep>(&body)) {
     takeAll(execute->statements);
   } else if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
+    for (const auto& refusal : ddl->refusals) step.pools.push_back(poolOf(refusal.query.text));
+    takeAll(ddl->preparations);
     takeAll(ddl->statements);
   } else if (const auto* jump = std::get_if<tsql::JumpUnlessStep>(&body)) {
     takeQuery(jump->condition);

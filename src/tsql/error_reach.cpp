@@ -8,8 +8,8 @@ namespace tolvane::tsql {
 ErrorReach reachOf(const SqlError& error) {
   // The errors after which SQL Server runs the next statement of the batch; all others end it.
   static constexpr std::array statementErrors{220,  232,  234,  237,  242,  281,  512,  515,  517,  535,  536,
-                                              537,  544,  547,  1505, 2601, 2627, 2705, 2714, 2812, 3623, 3701,
-                                              3726, 3902, 3903, 4712, 8101, 8115, 8134, 8152, 50000};
+                                              537,  544,  545,  547,  1505, 2601, 2627, 2705, 2714, 2812, 3623,
+                                              3701, 3726, 3902, 3903, 4712, 8101, 8115, 8134, 8152, 50000};
   const bool goesOn = std::ranges::find(statementErrors, error.number()) != statementErrors.end();
   return goesOn ? ErrorReach::Statement : ErrorReach::Batch;
 }

@@ -97,7 +97,7 @@ constexpr std::array<OperatorRow, 9> operators{{
     {"~", "'~'",      "ts_not"},
 }};
 
-constexpr std::array<std::string_view, 11> emitted{
+constexpr std::array<std::string_view, 14> emitted{
     "ts_convert",        // value, packed from, packed to, style
     "ts_bytes",          // a binary without the zeros at its end
     "ts_moment",         // text of a date and time, of which a part is asked for
@@ -108,6 +108,9 @@ constexpr std::array<std::string_view, 11> emitted{
     "ts_single",         // aggregate: the only value of a sub-query
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
+    "ts_identity",       // table, packed type, seed, step: the next value of its identity column
+    "ts_identity_given", // value that a row brings along, then the same
+    "ts_default_text",   // CREATE TABLE text of SQLite, column: its default as T-SQL tells it
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
 };
 // clang-format on

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -182,8 +183,8 @@ struct ColumnDefinition {
   Type type;
   std::optional<bool> nullable;
   bool identity = false;
-  long seed = 1;
-  long increment = 1;
+  std::int64_t seed = 1;
+  std::int64_t increment = 1;
   std::vector<Constraint> constraints;
 };
 
@@ -196,7 +197,8 @@ enum class StatementKind {
   CreateTable,
   CreateIndex,
   AlterAdd,
-  AlterDropColumn,
+  AlterColumn,
+  AlterDrop,
   DropTable,
   DropIndex,
   If,
@@ -215,6 +217,14 @@ enum class StatementKind {
   Option,
   IdentityInsert,
   Call,  // of a procedure; there are none
+};
+
+// What ALTER TABLE ... DROP takes off a table.
+struct DropItem {
+  std::string name;
+  bool column = false;  // otherwise a constraint
+  bool ifExists = false;
+  int token = 0;
 };
 
 struct Declaration {
@@ -247,6 +257,9 @@ struct StatementNode {
   bool unique = false;
   bool on = false;
   bool ifExists = false;
+  bool unchecked = false;             // ALTER TABLE ... WITH NOCHECK
+  std::vector<std::string> included;  // CREATE INDEX ... INCLUDE
+  std::vector<DropItem> drops;
   ExpressionPtr value;                   // SET, PRINT
   std::string operation;                 // SET @x += ...
   std::vector<ExpressionPtr> arguments;  // RAISERROR
