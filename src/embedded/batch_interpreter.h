@@ -72,7 +72,10 @@ class BatchRun {
   void bindCaught(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter);
   void beginTableVariables();
   void finish();
-  void loseIdentity(const tsql::StepBody& body);
+  void loseIdentity(const tsql::StepBody& body, bool refused);
+  [[nodiscard]] tsql::SqlError brokenDefinition(const tsql::DdlStep& step, const ConstraintFailure& failure) const;
+  void checkIdentityInsert(const tsql::ExecuteStep& step) const;
+  void setIdentityInsert(const tsql::OptionStep& step);
 
   void runQuery(CompiledProgram& program, std::size_t index, const tsql::QueryStep& step);
   void runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step);

@@ -202,16 +202,11 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
     const auto* raised = std::get_if<tsql::RaiseStep>(&body);
     if (!keepsError) session_->setLastError(raised && raised->setsError ? userError : 0);
   } catch (const tsql::SqlError& error) {
-    if (error.number() == nullError) loseIdentity(body);
+    loseIdentity(body, error.number() == nullError);
     handle(error);
   } catch (const ConstraintFailure& failure) {
-    loseIdentity(body);
-    if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
-      return handle(tsql::SqlError(1505, 16,
-                                   "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for "
-                                   "the object name '" +
-                                       ddl->table + "' and the index name '" + ddl->index + "'."));
-    }
+    loseIdentity(body, true);
+    if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) return handle(brokenDefinition(*ddl, failure));
     const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
     const std::string_view verb = !execute                                           ? "INSERT"
                                   : execute->verb == tsql::ExecuteStep::Verb::Insert ? "INSERT"
@@ -226,9 +221,20 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
 }
 
 // A row that a constraint keeps out has got its identity value already.
-void BatchRun::loseIdentity(const tsql::StepBody& body) {
+void BatchRun::loseIdentity(const tsql::StepBody& body, bool refused) {
   const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
-  if (execute && execute->setsIdentity) session_->lostIdentity(execute->table);
+  if (execute && execute->setsIdentity && (refused || execute->makesIdentity)) session_->lostIdentity(execute->table);
+}
+
+// The rows that are there do not allow a definition.
+tsql::SqlError BatchRun::brokenDefinition(const tsql::DdlStep& step, const ConstraintFailure& failure) const {
+  const bool isKey = failure.code() == SQLITE_CONSTRAINT_UNIQUE || failure.code() == SQLITE_CONSTRAINT_PRIMARYKEY;
+  if (!isKey && !step.redefinitions.empty()) {
+    return session_->catalogue().explain(failure, step.verb, step.redefinitions.front().table);
+  }
+  return {1505, 16,
+          "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object name '" +
+              step.table + "' and the index name '" + step.index + "'."};
 }
 
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
@@ -292,8 +298,41 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
   session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));
 }
 
+// One table of the connection may have it ON.
+void BatchRun::setIdentityInsert(const tsql::OptionStep& step) {
+  const auto& current = session_->identityInsert();
+  if (!step.on) {
+    if (current == step.table) session_->setIdentityInsert({});
+    return;
+  }
+  if (!current.empty() && current != step.table) {
+    const std::string database = current.starts_with('#') ? "tempdb" : session_->databaseName();
+    throw tsql::SqlError(8107, 16,
+                         "IDENTITY_INSERT is already ON for table '" + database + ".dbo." + current +
+                             "'. Cannot perform SET operation for table '" + step.written + "'.");
+  }
+  session_->setIdentityInsert(step.table);
+}
+
+void BatchRun::checkIdentityInsert(const tsql::ExecuteStep& step) const {
+  using Gives = tsql::ExecuteStep::GivesIdentity;
+  const bool on = session_->identityInsert() == step.table;
+  if (step.givesIdentity == Gives::Yes && !on) {
+    throw tsql::SqlError(544, 16,
+                         "Cannot insert explicit value for identity column in table '" + step.table +
+                             "' when IDENTITY_INSERT is set to OFF.");
+  }
+  if (step.givesIdentity == Gives::No && on) {
+    throw tsql::SqlError(545, 16,
+                         "Explicit value must be specified for identity column in table '" + step.table +
+                             "' either when IDENTITY_INSERT is set to ON or when a replication user is inserting into "
+                             "a NOT FOR REPLICATION identity column.");
+  }
+}
+
 void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
   refuseDoomed(step.table);
+  if (step.givesIdentity != tsql::ExecuteStep::GivesIdentity::Anyhow) checkIdentityInsert(step);
   session_->beforeChange(step.table);
   auto& database = session_->database();
   if (step.truncates && ConstraintExplainer(database, session_->catalogue()).isReferenced(step.table)) {
@@ -303,6 +342,7 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
   }
   const auto& pools = program.steps[index].pools;
   std::int64_t changed = 0;
+  std::optional<std::int64_t> made;
   const auto work = [&] {
     for (std::size_t i = 0; i < step.statements.size(); ++i) {
       const auto statement = bound(pools[i], step.statements[i], SQLITE_STATIC);
@@ -310,9 +350,10 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
       }
       if (static_cast<int>(i) == step.counted) changed = sqlite3_changes64(database.get());
     }
+    if (step.makesIdentity) made = session_->keepMadeIdentities();
   };
   // Alone and outside a transaction SQLite itself makes a statement whole or not at all.
-  if (step.oneRow || (step.statements.size() == 1 && !database.inTransaction())) {
+  if (step.oneRow || (step.statements.size() == 1 && !step.makesIdentity && !database.inTransaction())) {
     work();
   } else {
     session_->atomically(work);
@@ -322,6 +363,7 @@ void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsq
   if (step.verb != tsql::ExecuteStep::Verb::Insert) return;
   if (!step.setsIdentity) return session_->setIdentity({});
   if (changed == 0) return;
+  if (step.makesIdentity) return session_->setIdentity(made);
   session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
   session_->usedIdentity(step.table, sqlite3_last_insert_rowid(database.get()));
 }
@@ -367,12 +409,24 @@ void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::D
   }
   const auto& pools = program.steps[index].pools;
   session_->atomically([&] {
-    for (std::size_t i = 0; i < step.statements.size(); ++i) {
-      const auto statement = bound(pools[i], step.statements[i], SQLITE_STATIC);
-      while (database.step(statement.get())) {
-      }
+    auto pool = pools.begin();
+    for (const auto& refusal : step.refusals) {
+      const auto statement = bound(*pool++, refusal.query, SQLITE_STATIC);
+      if (database.step(statement.get())) throw tsql::SqlError(refusal.number, 16, refusal.message);
     }
+    const auto run = [&](const std::vector<tsql::Statement>& statements) {
+      for (const auto& each : statements) {
+        const auto statement = bound(*pool++, each, SQLITE_STATIC);
+        while (database.step(statement.get())) {
+        }
+      }
+    };
+    run(step.preparations);
+    for (const auto& change : step.redefinitions) database.redefine(change.table, change.temporary, change.text);
+    run(step.statements);
+    (void)session_->keepMadeIdentities();
   });
+  for (const auto& table : step.dropped) session_->forgetTable(table);
   session_->setDefinitionsChanged();
   session_->setRowCount(0);
 }
@@ -478,6 +532,7 @@ void BatchRun::runTransaction(CompiledProgram& program, std::size_t index, const
 // Most options need nothing done: row counts are not results here, with NOCOUNT or without.
 void BatchRun::runOption(CompiledProgram& program, std::size_t index, const tsql::OptionStep& step) {
   constexpr int daysOfTheWeek = 7;
+  if (step.name == "IDENTITY_INSERT") return setIdentityInsert(step);
   if (step.name == "XACT_ABORT") return session_->setAbortsTransactions(step.on);
   if (step.name == "LANGUAGE") return session_->setDateFirst(daysOfTheWeek);
   if (step.name != "DATEFIRST") return;

@@ -66,6 +66,21 @@ const tsql::Index* indexOver(const tsql::Table& table, const std::vector<std::st
   return nullptr;
 }
 
+// Of a key that stands in its table's text, SQLite's names are "T/1", "T/2" for the first, the second without a name.
+const tsql::Index* indexStored(const tsql::Table& table, std::string_view stored) {
+  std::size_t number = 0;
+  for (const auto& index : table.indexes) {
+    if (index.stored == stored) return &index;
+    if (!index.stored.empty() || !index.constraint ||
+        (index.primary && index.columns.size() == 1 &&
+         table.columns[static_cast<std::size_t>(index.columns[0])].identity)) {
+      continue;
+    }
+    if (index.name == stored || table.name + "/" + std::to_string(++number) == stored) return &index;
+  }
+  return nullptr;
+}
+
 std::string withSchema(std::string_view table) {
   return "dbo." + std::string(table);
 }
@@ -98,26 +113,29 @@ tsql::SqlError ConstraintExplainer::explain(const ConstraintFailure& failure, st
 }
 
 tsql::SqlError ConstraintExplainer::duplicate(std::string_view object, std::string_view table) const {
+  const tsql::Table* written = nullptr;
+  const tsql::Index* index = nullptr;
   if (auto name = indexInQuotes(object)) {
     if (name->ends_with(SchemaCatalogue::nullIndexEnd)) {
       name->resize(name->size() - SchemaCatalogue::nullIndexEnd.size());
     }
-    if (catalogue_.findByIndex(*name)) return {Message::DuplicateIndexRow, {withSchema(table), *name}};
-    return {Message::DuplicateKey, {"UNIQUE KEY", *name, withSchema(table)}};
+    written = catalogue_.find(table);
+    if (written) index = indexStored(*written, *name);
+    if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", *name, withSchema(table)}};
+  } else {
+    written = catalogue_.find(tableOf(object));
+    index = written ? indexOver(*written, columnsOf(object)) : nullptr;
+    if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", std::string(object), withSchema(tableOf(object))}};
   }
-  const auto owner = tableOf(object);
-  const auto* written = catalogue_.find(owner);
-  const auto* index = written ? indexOver(*written, columnsOf(object)) : nullptr;
-  if (!index) return {Message::DuplicateKey, {"UNIQUE KEY", std::string(object), withSchema(owner)}};
-  if (index->primary) return {Message::DuplicateKey, {"PRIMARY KEY", index->name, withSchema(owner)}};
-  const auto made = catalogue_.findByIndex(index->name) || catalogue_.findByIndex(written->name + "." + index->name);
-  if (made) return {Message::DuplicateIndexRow, {withSchema(owner), index->name}};
-  return {Message::DuplicateKey, {"UNIQUE KEY", index->name, withSchema(owner)}};
+  if (!index->constraint) return {Message::DuplicateIndexRow, {withSchema(written->name), index->name}};
+  return {Message::DuplicateKey,
+          {index->primary ? "PRIMARY KEY" : "UNIQUE KEY", index->name, withSchema(written->name)}};
 }
 
 // A condition over one column names it.
 tsql::SqlError ConstraintExplainer::checkFailed(const std::string& name, std::string_view verb,
                                                 std::string_view table) const {
+  if (name == "identity/int") return {Message::ArithmeticOverflow, {"IDENTITY", "int"}};
   std::vector<std::string> columns;
   const auto* written = catalogue_.find(table);
   for (const auto& check : constraintNames(catalogue_.definition(table)).checks) {

@@ -10,12 +10,16 @@ bool isWordCharacter(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '#' || c == '$' || (c & 0x80) != 0;
 }
 
-// Words and quoted names of the text, and its other characters one by one. Texts in apostrophes are left out.
+// Words and quoted names of the text, and its other characters one by one. Texts in apostrophes and comments are left
+// out.
 std::vector<std::string> words(std::string_view text) {
   std::vector<std::string> result;
   for (std::size_t i = 0; i < text.size();) {
     const char c = text[i];
-    if (c == '\'' || c == '"' || c == '[' || c == '`') {
+    if (text.substr(i, 2) == "/*") {
+      const auto end = text.find("*/", i + 2);
+      i = end == std::string_view::npos ? text.size() : end + 2;
+    } else if (c == '\'' || c == '"' || c == '[' || c == '`') {
       const char close = c == '[' ? ']' : c;
       const auto end = std::min(text.find(close, i + 1), text.size());
       if (c != '\'') result.emplace_back(text.substr(i + 1, end - i - 1));

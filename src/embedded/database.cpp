@@ -219,7 +219,11 @@ bool Database::step(sqlite3_stmt* statement) {
 }
 
 bool Database::stepOwn(sqlite3_stmt* statement) {
-  return outcome(statement, sqlite3_step(statement));
+  // A run-time function may ask in the middle of a step.
+  const bool stepping = std::exchange(stepping_, false);
+  const int code = sqlite3_step(statement);
+  stepping_ = stepping;
+  return outcome(statement, code);
 }
 
 bool Database::outcome(sqlite3_stmt* statement, int code) {
@@ -247,6 +251,30 @@ void Database::fail(int resultCode) {
     throw tsql::SqlError(40517, 16, "A statement of this depth or width is not supported: " + message + ".");
   }
   throw storageError(name_, resultCode, message);
+}
+
+void Database::redefine(std::string_view table, bool temporary, const std::string& text) {
+  const std::string schema = temporary ? "temp." : "main.";
+  std::int64_t version = 0;
+  {
+    const auto pragma = prepare("PRAGMA " + schema + "schema_version");
+    if (stepOwn(pragma.get())) version = sqlite3_column_int64(pragma.get(), 0);
+  }
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
+  try {
+    const auto update = prepare("UPDATE " + schema + "sqlite_schema SET sql=?1 WHERE type='table' AND name=?2");
+    sqlite3_bind_text(update.get(), 1, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+    sqlite3_bind_text(update.get(), 2, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+    while (stepOwn(update.get())) {
+    }
+  } catch (const std::exception&) {
+    sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_WRITABLE_SCHEMA, 0, nullptr);
+    throw;
+  }
+  sqlite3_db_config(handle_.get(), SQLITE_DBCONFIG_WRITABLE_SCHEMA, 0, nullptr);
+  // SQLite reads its schema anew when the version has changed, here and in other connections.
+  run(("PRAGMA " + schema + "schema_version=" + std::to_string(version + 1)).c_str());
+  run(("SELECT 1 FROM " + schema + "sqlite_schema LIMIT 1").c_str());
 }
 
 void Database::checkDeadline() const {

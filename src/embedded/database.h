@@ -97,6 +97,9 @@ class Database {
   /// The same for one of the engine's own statements, which mean the same whatever happened to the tables.
   [[nodiscard]] bool stepOwn(sqlite3_stmt* statement);
 
+  /// Gives a table another text in SQLite's schema. Rows and indexes stay as they are, so the text must fit them.
+  void redefine(std::string_view table, bool temporary, const std::string& text);
+
   /// Keeps the error that a run-time function ended with, until step() raises it.
   void setFunctionError(tsql::SqlError error) { functionError_ = std::move(error); }
 

@@ -19,6 +19,7 @@ constexpr std::size_t keptSessions = 4;
 
 std::shared_ptr<EmbeddedConnection> connectionOf(KeptSession& kept) {
   if (auto connection = kept.connection.lock()) return connection;
+  kept.session->forgetOptions();
   auto connection = std::make_shared<EmbeddedConnection>(kept.session);
   kept.connection = connection;
   return connection;

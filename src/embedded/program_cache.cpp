@@ -53,6 +53,8 @@ PreparedStep prepared(const tsql::StepBody& body, const std::vector<std::string>
   } else if (const auto* execute = std::get_if<tsql::ExecuteStep>(&body)) {
     takeAll(execute->statements);
   } else if (const auto* ddl = std::get_if<tsql::DdlStep>(&body)) {
+    for (const auto& refusal : ddl->refusals) step.pools.push_back(poolOf(refusal.query.text));
+    takeAll(ddl->preparations);
     takeAll(ddl->statements);
   } else if (const auto* jump = std::get_if<tsql::JumpUnlessStep>(&body)) {
     takeQuery(jump->condition);
@@ -90,6 +92,10 @@ void appendTypes(std::string& key, const tsql::CompileOptions& options) {
 }
 
 }  // namespace
+
+const char* schemaName(std::string_view table) {
+  return table.starts_with('#') || table.starts_with('@') ? "temp" : "main";
+}
 
 std::string quotedName(std::string_view name) {
   std::string quoted = "\"";

@@ -45,6 +45,8 @@ struct CompiledProgram {
 
 /// A name in the quotes of SQLite.
 [[nodiscard]] std::string quotedName(std::string_view name);
+/// The SQLite schema of a table, "main" or "temp": temporary tables and table variables tell by their first sign.
+[[nodiscard]] const char* schemaName(std::string_view table);
 
 /// Keeps the programs used last, up to a bound. A program is good for one version of the catalogue.
 class ProgramCache {

@@ -155,7 +155,7 @@ void RowSet::readLong(std::size_t row, std::size_t column) {
     const auto stored = Cell::of(lease.get(), 0);
     if (stored.kind != Cell::Kind::integer) return buffer_.set(row, column, stored);
     sqlite3_blob* opened = nullptr;
-    const auto* schema = shape_->table.starts_with('#') ? "temp" : "main";
+    const auto* schema = schemaName(shape_->table);
     int code = sqlite3_blob_open(database.get(), schema, shape_->table.c_str(), shape_->columns[column].column.c_str(),
                                  buffer_.rowNumber(row), 0, &opened);
     const BlobHandle blob(opened);

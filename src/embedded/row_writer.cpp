@@ -1,6 +1,7 @@
 #include "embedded/row_writer.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "embedded/errors.h"
@@ -71,13 +72,21 @@ class Writer {
     const auto text = position == 0 ? "INSERT INTO " + table + " DEFAULT VALUES"
                                     : "INSERT INTO " + table + " (" + names + ") VALUES (" + marks + ")";
     std::int64_t number = 0;
-    run([&] {
+    const auto add = [&] {
       execute(text, 0);
       number = sqlite3_last_insert_rowid(session_.database().get());
       writePieces(number);
-    });
+      identity_ = session_.keepMadeIdentities();
+    };
+    if (makesIdentity()) {
+      session_.atomically(add);
+    } else {
+      run(add);
+    }
     return number;
   }
+  /// The value that the engine made for the identity column of the new row.
+  [[nodiscard]] std::optional<std::int64_t> identity() const { return identity_; }
 
   bool update(std::int64_t rowNumber) {
     std::string text = "UPDATE " + quotedName(shape_.table) + " SET ";
@@ -125,7 +134,7 @@ class Writer {
   }
 
   void writePieces(std::int64_t rowNumber) {
-    const auto* schema = shape_.table.starts_with('#') ? "temp" : "main";
+    const auto* schema = schemaName(shape_.table);
     for (const auto& [column, edit] : edits_) {
       if (!isWrittenInPieces(edit)) continue;
       sqlite3_blob* opened = nullptr;
@@ -142,9 +151,16 @@ class Writer {
     }
   }
 
+  [[nodiscard]] bool makesIdentity() const {
+    const auto* table = session_.catalogue().find(shape_.table);
+    const int column = table ? table->identityColumn() : -1;
+    return column >= 0 && table->columns[static_cast<std::size_t>(column)].made;
+  }
+
   Session& session_;
   const ResultShape& shape_;
   const RowEdits& edits_;
+  std::optional<std::int64_t> identity_;
 };
 
 template <typename Work>
@@ -172,9 +188,14 @@ std::int64_t insertRow(Session& session, const ResultShape& shape, const RowEdit
                        const OpenReader& changer) {
   std::int64_t number = 0;
   session.beforeChange(shape.table, &changer);
-  translated(session, shape, "INSERT", sql, [&] { number = Writer(session, shape, edits).insert(); });
+  std::optional<std::int64_t> made;
+  translated(session, shape, "INSERT", sql, [&] {
+    Writer writer(session, shape, edits);
+    number = writer.insert();
+    made = writer.identity();
+  });
   const auto* table = session.catalogue().find(shape.table);
-  if (table && table->identityColumn() >= 0) session.setIdentity(number);
+  if (table && table->identityColumn() >= 0) session.setIdentity(made.value_or(number));
   return number;
 }
 

@@ -107,6 +107,17 @@ const tsql::Table* SchemaCatalogue::findByIndex(std::string_view indexName) cons
   return owner == owners_.end() ? nullptr : find(owner->second);
 }
 
+std::vector<const tsql::Table*> SchemaCatalogue::tables() const {
+  readNames();
+  std::vector<const tsql::Table*> result;
+  for (auto& [key, entry] : entries_) {
+    if (entry.kind != "table" || entry.name.starts_with("__")) continue;
+    if (!entry.table) readTable(entry);
+    result.push_back(entry.table.get());
+  }
+  return result;
+}
+
 std::optional<std::int64_t> SchemaCatalogue::objectId(std::string_view name) const {
   const auto* found = entry(name);
   if (!found) return std::nullopt;
@@ -126,6 +137,7 @@ void SchemaCatalogue::readTable(Entry& entry) const {
   entry.table->name = entry.name;
   entry.table->view = entry.kind == "view";
   entry.table->temporary = entry.schema == "temp";
+  entry.table->text = entry.sql;
   std::vector<int> key;
   readColumns(entry, key);
   if (!entry.table->view) readIndexes(entry, key);
@@ -142,9 +154,10 @@ void SchemaCatalogue::readColumns(Entry& entry, std::vector<int>& key) const {
           const auto type = tsql::Type::fromDeclared(declared);
           column.type = type.value_or(tsql::Type::text(tsql::TypeKind::NVarChar, tsql::maxLength));
           const int place = sqlite3_column_int(row, 4);
-          column.identity = numbered && place == 1 && lowered(declared) == "integer";
-          column.type.nullable = sqlite3_column_int(row, 2) == 0 && !column.identity;
           column.defaultText = columnText(row, 3);
+          tsql::readIdentity(column);
+          column.identity = column.made || (numbered && place == 1 && lowered(declared) == "integer");
+          column.type.nullable = sqlite3_column_int(row, 2) == 0 && !column.identity;
           if (place > 0) keyColumns.emplace_back(place, static_cast<int>(entry.table->columns.size()));
           entry.table->columns.push_back(std::move(column));
         });
@@ -161,28 +174,29 @@ void SchemaCatalogue::readIndexes(Entry& entry, const std::vector<int>& key) con
   query(database_, "SELECT name, \"unique\", origin FROM pragma_index_list(?1, ?2) ORDER BY seq DESC",
         {entry.name, entry.schema}, [&](sqlite3_stmt* row) {
           tsql::Index index;
-          index.name = columnText(row, 0);
-          if (index.name.ends_with(nullIndexEnd)) return;
+          const auto stored = columnText(row, 0);
+          if (stored.ends_with(nullIndexEnd)) return;
           index.unique = sqlite3_column_int(row, 1) != 0;
           const auto origin = columnText(row, 2);
-          query(database_, "SELECT cid FROM pragma_index_info(?1, ?2) ORDER BY seqno", {index.name, entry.schema},
+          query(database_, "SELECT cid FROM pragma_index_info(?1, ?2) ORDER BY seqno", {stored, entry.schema},
                 [&](sqlite3_stmt* column) { index.columns.push_back(sqlite3_column_int(column, 0)); });
-          if (origin == "pk") {
+          if (origin == "c") {
+            table.nameIndex(index, stored);
+          } else if (origin == "pk") {
             index.primary = keyListed = true;
             index.name = names.primaryKey.empty() ? "PK__" + table.name : names.primaryKey;
-          } else if (origin == "u") {
+          } else {
             const auto number = uniqueNumber++;
             const bool named = number < names.uniques.size() && !names.uniques[number].empty();
             index.name = named ? names.uniques[number] : "UQ__" + table.name + "__" + std::to_string(number + 1);
           }
-          // An index whose name was taken in the database stands under its table's name.
-          const auto prefix = table.name + ".";
-          if (index.name.starts_with(prefix)) index.name.erase(0, prefix.size());
+          index.constraint = index.constraint || origin != "c";
           table.indexes.push_back(std::move(index));
         });
   if (!keyListed && !key.empty()) {
     // The row number itself is the key: SQLite keeps no index for it.
-    table.indexes.push_back({names.primaryKey.empty() ? "PK__" + table.name : names.primaryKey, key, true, true});
+    table.indexes.push_back(
+        {names.primaryKey.empty() ? "PK__" + table.name : names.primaryKey, key, true, true, true, {}});
   }
 }
 

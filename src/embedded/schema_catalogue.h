@@ -23,6 +23,7 @@ class SchemaCatalogue final : public tsql::Catalogue {
 
   const tsql::Table* find(std::string_view name) const override;
   const tsql::Table* findByIndex(std::string_view indexName) const override;
+  std::vector<const tsql::Table*> tables() const override;
   std::uint64_t version() const override { return version_; }
 
   /// Reads everything anew from now on, because this connection changed the tables.

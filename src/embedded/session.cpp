@@ -60,39 +60,80 @@ void Session::rollbackOfBatch() {
 
 void Session::usedIdentity(const std::string& table, std::int64_t value) {
   if (depth_ == 0) return;
-  auto& highest = usedIdentities_[table];
+  auto& highest = usedIdentities_[table].value;
   highest = std::max(highest, value);
 }
 
+std::optional<std::int64_t> Session::writtenIdentity(std::string_view table) {
+  const auto sequence = own("SELECT seq FROM " + std::string(schemaName(table)) + ".sqlite_sequence WHERE name=?1");
+  sqlite3_bind_text(sequence.get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+  if (!database_.stepOwn(sequence.get())) return std::nullopt;
+  return sqlite3_column_int64(sequence.get(), 0);
+}
+
 void Session::lostIdentity(const std::string& table) {
+  if (made_) {
+    // Values that the engine makes are counted one by one.
+    try {
+      (void)keepMadeIdentities();
+    } catch (const std::exception&) {
+      made_.reset();
+    }
+    return;
+  }
   const auto* written = catalogue_.find(table);
   if (!written || written->temporary) return;
-  std::int64_t last = 0;
-  {
-    const auto sequence = own("SELECT seq FROM main.sqlite_sequence WHERE name=?1");
-    sqlite3_bind_text(sequence.get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
-    if (database_.stepOwn(sequence.get())) last = sqlite3_column_int64(sequence.get(), 0);
-  }
-  auto& highest = usedIdentities_[table];
+  const int identity = written->identityColumn();
+  if (identity < 0 || written->columns[static_cast<std::size_t>(identity)].made) return;
+  const std::int64_t last = writtenIdentity(table).value_or(0);
+  auto& highest = usedIdentities_[table].value;
   highest = std::max(highest, last) + 1;
   keepIdentities();
+}
+
+std::optional<std::int64_t> Session::lastIdentityOf(std::string_view table) {
+  if (!made_ || made_->table != table) made_ = Made{std::string(table), writtenIdentity(table), {}, false};
+  return made_->last;
+}
+
+void Session::gaveIdentity(std::string_view table, std::int64_t value, bool isLast) {
+  if (!made_ || made_->table != table) made_ = Made{std::string(table), writtenIdentity(table), {}, false};
+  made_->given = value;
+  if (!isLast) return;
+  made_->last = value;
+  made_->changed = true;
+}
+
+std::optional<std::int64_t> Session::keepMadeIdentities() {
+  if (!made_) return std::nullopt;
+  const Made made = std::move(*made_);
+  made_.reset();
+  if (made.changed && made.last) {
+    writeIdentity(made.table, *made.last);
+    if (depth_ > 0) usedIdentities_[made.table] = {*made.last, true};
+  }
+  return made.given;
+}
+
+void Session::writeIdentity(const std::string& table, std::int64_t value) {
+  const std::string schema = schemaName(table);
+  const auto update = own("UPDATE " + schema + ".sqlite_sequence SET seq=?2 WHERE name=?1");
+  const auto insert =
+      own("INSERT INTO " + schema + ".sqlite_sequence(name,seq) SELECT ?1,?2 WHERE EXISTS (SELECT 1 FROM " + schema +
+          ".sqlite_schema WHERE name=?1) AND NOT EXISTS (SELECT 1 FROM " + schema + ".sqlite_sequence WHERE name=?1)");
+  for (const auto* statement : {&update, &insert}) {
+    sqlite3_bind_text(statement->get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+    sqlite3_bind_int64(statement->get(), 2, value);
+    while (database_.stepOwn(statement->get())) {
+    }
+  }
 }
 
 // What was undone is written again: the numbers are gone.
 void Session::keepIdentities() noexcept {
   try {
-    for (const auto& [table, value] : usedIdentities_) {
-      const auto insert =
-          own("INSERT INTO main.sqlite_sequence(name,seq) SELECT ?1,?2 WHERE EXISTS (SELECT 1 FROM main.sqlite_schema "
-              "WHERE "
-              "name=?1) AND NOT EXISTS (SELECT 1 FROM main.sqlite_sequence WHERE name=?1)");
-      const auto update = own("UPDATE main.sqlite_sequence SET seq=?2 WHERE name=?1 AND seq<?2");
-      for (const auto* statement : {&update, &insert}) {
-        sqlite3_bind_text(statement->get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
-        sqlite3_bind_int64(statement->get(), 2, value);
-        while (database_.stepOwn(statement->get())) {
-        }
-      }
+    for (const auto& [table, used] : usedIdentities_) {
+      if (used.made || writtenIdentity(table).value_or(0) < used.value) writeIdentity(table, used.value);
     }
   } catch (const std::exception&) {
     // A value may be given once more then, which is better than to fail a second time.

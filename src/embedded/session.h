@@ -130,10 +130,24 @@ class Session final : public tsql::Session {
   void giveBackShape(tsql::ShapedBatch shape) noexcept { shape_ = std::move(shape); }
 
   // What the running batch tells the next statement.
-  void beginStatement() { now_.reset(); }
+  void beginStatement() {
+    now_.reset();
+    made_.reset();
+  }
   void setRowCount(std::int64_t rows) { rowCount_ = rows; }
   void setLastError(std::int32_t number) { lastError_ = number; }
   void setIdentity(std::optional<std::int64_t> identity) { identity_ = identity; }
+  /// SET IDENTITY_INSERT: the table that is ON for it; empty without one.
+  [[nodiscard]] const std::string& identityInsert() const { return identityInsert_; }
+  void setIdentityInsert(std::string table) { identityInsert_ = std::move(table); }
+  /// A new connection has the options of the server.
+  void forgetOptions() {
+    abortsTransactions_ = false;
+    identityInsert_.clear();
+  }
+  /// The identity values that the running statement has made are written down, with its rows or after it has failed;
+  /// gives the last one, if it made any.
+  std::optional<std::int64_t> keepMadeIdentities();
   // Identity values are never given twice, whatever becomes of the rows that got them.
   /// The rows of the table have got values up to this one.
   void usedIdentity(const std::string& table, std::int64_t value);
@@ -141,6 +155,11 @@ class Session final : public tsql::Session {
   void lostIdentity(const std::string& table);
   /// The values begin anew.
   void forgetIdentity(const std::string& table) { usedIdentities_.erase(table); }
+  /// The table is gone.
+  void forgetTable(const std::string& table) {
+    forgetIdentity(table);
+    if (identityInsert_ == table) identityInsert_.clear();
+  }
   void setDefinitionsChanged();
   [[nodiscard]] std::vector<std::string> temporaryTables();
   /// Drops all temporary tables but these; `before` runs if there is one to drop.
@@ -162,6 +181,8 @@ class Session final : public tsql::Session {
   [[nodiscard]] std::int32_t transactionCount() const override { return depth_; }
   [[nodiscard]] std::optional<std::int64_t> identity() const override { return identity_; }
   [[nodiscard]] std::optional<std::int64_t> scopeIdentity() const override { return identity_; }
+  [[nodiscard]] std::optional<std::int64_t> lastIdentityOf(std::string_view table) override;
+  void gaveIdentity(std::string_view table, std::int64_t value, bool isLast) override;
   [[nodiscard]] std::string databaseName() const override;
   [[nodiscard]] std::string userName() const override { return "dbo"; }
   [[nodiscard]] std::string version() const override;
@@ -177,6 +198,8 @@ class Session final : public tsql::Session {
  private:
   void undo(bool whole) noexcept;
   void keepIdentities() noexcept;
+  [[nodiscard]] std::optional<std::int64_t> writtenIdentity(std::string_view table);
+  void writeIdentity(const std::string& table, std::int64_t value);
   void settleRunning();
 
   Database database_;
@@ -195,7 +218,20 @@ class Session final : public tsql::Session {
   TableVariables tableVariables_{*this};
   Cursors cursors_;
   int dateFirst_ = 7;
-  std::map<std::string, std::int64_t> usedIdentities_;  // by tables that the open transaction has written
+  struct Used {
+    std::int64_t value = 0;
+    bool made = false;  // by the engine, up or down; otherwise by SQLite, which counts up
+  };
+  std::map<std::string, Used> usedIdentities_;  // by tables that the open transaction has written
+  // What the running statement has made of the values of one table; no statement adds rows to two.
+  struct Made {
+    std::string table;
+    std::optional<std::int64_t> last;   // from which the next one is counted
+    std::optional<std::int64_t> given;  // the last that a row got
+    bool changed = false;
+  };
+  std::optional<Made> made_;
+  std::string identityInsert_;
   bool definitionsChanged_ = false;
   std::int64_t rowCount_ = 0;
   std::int32_t lastError_ = 0;

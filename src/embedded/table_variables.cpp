@@ -79,15 +79,26 @@ void TableVariables::make(const tsql::TableVariable& variable) {
 void TableVariables::empty(const tsql::TableVariable& variable) {
   session_.runOwn("DELETE FROM " + tableName(variable));
   if (variable.table->identityColumn() < 0) return;
-  {
-    const auto sequence = session_.own("DELETE FROM temp.sqlite_sequence WHERE name=?1");
-    bindName(sequence.get(), variable.table->name);
-    while (session_.database().stepOwn(sequence.get())) {
-    }
-  }
+  forgetLastIdentity(variable.table->name);
   // What follows the table and its indexes says where the identity begins.
   for (const auto& statement : variable.definition) {
     if (statement.starts_with("INSERT")) session_.runOwn(statement);
+  }
+}
+
+void TableVariables::forgetLastIdentity(const std::string& table) {
+  const auto sequence = session_.own("DELETE FROM temp.sqlite_sequence WHERE name=?1");
+  bindName(sequence.get(), table);
+  while (session_.database().stepOwn(sequence.get())) {
+  }
+}
+
+void TableVariables::setLastIdentity(const std::string& table, std::int64_t value) {
+  forgetLastIdentity(table);
+  const auto sequence = session_.own("INSERT INTO temp.sqlite_sequence(name,seq) VALUES(?1,?2)");
+  bindName(sequence.get(), table);
+  sqlite3_bind_int64(sequence.get(), 2, value);
+  while (session_.database().stepOwn(sequence.get())) {
   }
 }
 
@@ -152,12 +163,7 @@ void TableVariables::putBack() {
       while (session_.database().stepOwn(insert.get())) {
       }
     }
-    if (variable.table->identityColumn() < 0) continue;
-    const auto sequence = session_.own("UPDATE temp.sqlite_sequence SET seq=?2 WHERE name=?1");
-    bindName(sequence.get(), variable.table->name);
-    sqlite3_bind_int64(sequence.get(), 2, kept_[i].lastIdentity);
-    while (session_.database().stepOwn(sequence.get())) {
-    }
+    if (kept_[i].lastIdentity) setLastIdentity(variable.table->name, *kept_[i].lastIdentity);
   }
   kept_.clear();
 }

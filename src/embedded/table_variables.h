@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -32,11 +33,13 @@ class TableVariables {
  private:
   struct Kept {
     std::vector<std::vector<tsql::Result>> rows;
-    std::int64_t lastIdentity = 0;
+    std::optional<std::int64_t> lastIdentity;
   };
 
   void make(const tsql::TableVariable& variable);
   void empty(const tsql::TableVariable& variable);
+  void forgetLastIdentity(const std::string& table);
+  void setLastIdentity(const std::string& table, std::int64_t value);
   [[nodiscard]] bool exists(const std::string& name);
 
   Session& session_;

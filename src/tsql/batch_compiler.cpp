@@ -12,9 +12,12 @@ using tree::StatementNode;
 
 namespace {
 
+constexpr int notSupportedNumber = 40517;
+
 bool isDefinition(StatementKind kind) {
   return kind == StatementKind::CreateTable || kind == StatementKind::CreateIndex || kind == StatementKind::AlterAdd ||
-         kind == StatementKind::AlterDropColumn || kind == StatementKind::DropTable || kind == StatementKind::DropIndex;
+         kind == StatementKind::AlterDrop || kind == StatementKind::AlterColumn || kind == StatementKind::DropTable ||
+         kind == StatementKind::DropIndex;
 }
 
 bool defines(const StatementNode& node) {
@@ -51,8 +54,10 @@ bool namesTables(StatementKind kind) {
 SqlError noObject(StatementKind kind, const std::string& name) {
   int number = 0;
   if (kind == StatementKind::Truncate) number = 4701;
-  if (kind == StatementKind::AlterAdd || kind == StatementKind::AlterDropColumn) number = 4902;
-  if (kind == StatementKind::CreateIndex) number = 1088;
+  if (kind == StatementKind::AlterAdd || kind == StatementKind::AlterDrop || kind == StatementKind::AlterColumn) {
+    number = 4902;
+  }
+  if (kind == StatementKind::CreateIndex || kind == StatementKind::IdentityInsert) number = 1088;
   if (number == 0) return SqlError(Message::InvalidObject, {name});
   return {number, 16,
           "Cannot find the object \"" + name + "\" because it does not exist or you do not have permissions."};
@@ -100,12 +105,14 @@ void BatchCompiler::declareVariable(const tree::Declaration& declaration) {
     return;
   }
   writer_.beginStatement();
-  auto table = std::make_shared<Table>(tableOf(*declaration.table));
-  DdlStep definition = tableDefinition(*declaration.table, *table);
+  Definition definition = definitionOf(*declaration.table);
   TableVariable variable;
-  variable.table = std::move(table);
+  variable.table = std::make_shared<Table>(definition.table);
   variable.token = declaration.token;
-  for (auto& statement : definition.statements) variable.definition.push_back(std::move(statement.text));
+  DdlStep step = finish(std::move(definition));
+  for (auto* statements : {&step.preparations, &step.statements}) {
+    for (auto& statement : *statements) variable.definition.push_back(std::move(statement.text));
+  }
   program_.tableVariables.push_back(std::move(variable));
 }
 
@@ -197,7 +204,10 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
     defer();
   } catch (SqlError& failure) {
     if (failure.line() == 0) failure.at(lineOf(batch_, node.token));
-    throw;
+    // Definitions are judged when they run; what is not supported is refused before anything runs.
+    if (reached || !isDefinition(node.kind) || failure.number() == notSupportedNumber) throw;
+    program_.steps.resize(steps);
+    error(node, failure);
   }
   if (defines(node)) definitionsSeen_ = true;
   if (node.kind == StatementKind::RunText) textSeen_ = true;
@@ -259,8 +269,10 @@ void BatchCompiler::dispatch(const StatementNode& node) {
       return createIndex(node);
     case StatementKind::AlterAdd:
       return alterAdd(node);
-    case StatementKind::AlterDropColumn:
+    case StatementKind::AlterDrop:
       return alterDrop(node);
+    case StatementKind::AlterColumn:
+      return alterColumn(node);
     case StatementKind::DropTable:
       return dropTable(node);
     case StatementKind::DropIndex:
@@ -312,13 +324,14 @@ void BatchCompiler::dispatch(const StatementNode& node) {
     case StatementKind::Option:
       return option(node);
     case StatementKind::IdentityInsert: {
-      const std::string& name = changedTable(node.table).name;
-      if (node.on) {
-        identityInsert_.insert(name);
-      } else {
-        identityInsert_.erase(name);
+      const Table& table = changedTable(node.table);
+      const std::string written = (node.table.schema.empty() ? "" : node.table.schema + ".") + node.table.name;
+      if (table.identityColumn() < 0) {
+        return error(node, SqlError(8106, 16,
+                                    "Table '" + written +
+                                        "' does not have the identity property. Cannot perform SET operation."));
       }
-      add(node, OptionStep{"IDENTITY_INSERT " + name, node.on, {}});
+      add(node, OptionStep{"IDENTITY_INSERT", node.on, {}, table.name, written});
       return;
     }
   }

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <set>
 #include <string>
 #include <vector>
 
+#include "tsql/table_text.h"
 #include "tsql/writer.h"
 
 namespace tolvane::tsql {
@@ -94,25 +94,64 @@ class BatchCompiler {
 
   // Definitions (definition_compiler.cpp).
   void selectInto(const tree::StatementNode& node, const tree::Select& select);
+  // A table that is made or altered: as it will be, its text in SQLite, and what has to be done besides.
+  struct Definition {
+    Table table;
+    TableText text;
+    DdlStep step;
+    std::vector<Statement> keys;        // made when the table has its text
+    const Table* before = nullptr;      // as it is, of one that is altered
+    bool unchecked = false;             // WITH NOCHECK
+    std::vector<std::string> names;     // of constraints, so far
+    std::vector<Redefinition> parents;  // of foreign keys
+    bool makesIdentity = false;
+  };
   void createTable(const tree::StatementNode& node);
-  DdlStep tableDefinition(const tree::StatementNode& node, Table& table);
+  Definition definitionOf(const tree::StatementNode& node);
   void createIndex(const tree::StatementNode& node);
-  void alterAdd(const tree::StatementNode& node);
-  void addColumn(const tree::StatementNode& node, const Table& table, const tree::ColumnDefinition& definition,
-                 DdlStep& step);
-  void addConstraint(const tree::StatementNode& node, const Table& table, const tree::Constraint& constraint,
-                     DdlStep& step);
-  void alterDrop(const tree::StatementNode& node);
   void dropTable(const tree::StatementNode& node);
   void dropIndex(const tree::StatementNode& node);
-  std::string defaultText(const tree::Expression& value, const Column& column, bool& constant);
+  std::string defaultText(const tree::Expression& value, const Table& table, const Column& column);
+  static bool isRowNumber(const tree::StatementNode& node, const tree::ColumnDefinition& definition);
+  Column columnOf(const tree::ColumnDefinition& definition) const;
+  Table tableOf(const tree::StatementNode& node) const;
+  void defineColumn(Definition& whole, const tree::ColumnDefinition& definition);
+  void checkIdentity(const Definition& whole, const tree::ColumnDefinition& definition, const Column& column) const;
+
+  // Constraints (constraint_compiler.cpp).
+  void addConstraints(Definition& whole, const tree::StatementNode& node);
+  void addConstraint(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
+  void addKey(Definition& whole, const tree::Constraint& constraint, std::vector<tree::KeyColumn> columns);
+  void addCheck(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
+  void addForeignKey(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
+  void addDefault(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
+  bool isObject(const std::string& name) const;
+  std::string nameFor(Definition& whole, const tree::Constraint& constraint, std::string_view kind,
+                      std::string_view column);
+  std::string place(const Table& table, const std::vector<std::string>& columns) const;
   std::string checkText(const tree::Expression& condition, const Table& table);
-  void checkReferenced(const tree::Constraint& constraint, const Table& target) const;
-  std::string foreignKeyText(const tree::Constraint& constraint, const Table& table);
+  void checkReferenced(const tree::Constraint& constraint, const std::string& name, const Table& target,
+                       const std::vector<int>& columns) const;
+  void checkPair(const tree::Constraint& constraint, const std::string& name, const Table& table, const Column& column,
+                 const Column& referenced) const;
+  void checkActions(const tree::Constraint& constraint, const std::string& name, const Table& table,
+                    const std::vector<int>& columns, const Table& target) const;
+  void compareAs(Definition& whole, const Table& target, const Column& column);
   std::string nullIndex(const std::string& name, const Table& table, const std::vector<int>& columns) const;
   std::vector<int> ordinals(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
   std::string keyText(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const;
-  Table tableOf(const tree::StatementNode& node) const;
+
+  // ALTER TABLE (alter_compiler.cpp).
+  void alterAdd(const tree::StatementNode& node);
+  void fillColumn(Definition& whole, const tree::ColumnDefinition& definition);
+  void alterDrop(const tree::StatementNode& node);
+  void dropConstraint(Definition& whole, const tree::DropItem& item);
+  void dropColumn(Definition& whole, const tree::DropItem& item);
+  void alterColumn(const tree::StatementNode& node);
+  void checkUnused(const Definition& whole, const Column& column, int token) const;
+  void checkUnreferenced(const Definition& whole, const Index& key, int token) const;
+  Definition altered(const Table& table) const;
+  static DdlStep finish(Definition whole);
 
   const ShapedBatch& batch_;
   const Catalogue& catalogue_;
@@ -122,11 +161,17 @@ class BatchCompiler {
   int line_ = 1;
   std::vector<Loop> loops_;
   std::vector<std::pair<const tree::StatementNode*, std::vector<int>>> jumps_;  // with the handlers around them
-  std::set<std::string> identityInsert_;      // tables with SET IDENTITY_INSERT ON, folded
   bool insideLoop_ = false;                   // the statement stands in a loop that is compiled already
   std::vector<std::string> temporaryTables_;  // that statements of the batch make
   bool textSeen_ = false;                     // the same by a text that the batch runs
   bool definitionsSeen_ = false;              // the catalogue may have changed since the batch was compiled
 };
+
+// "temp." for a temporary table.
+std::string schemaOf(const Table& table);
+// A name as SQL Server makes one up: kind, beginnings of table and column, hexadecimal digits.
+std::string madeUpName(std::string_view kind, std::string_view table, std::string_view column, std::size_t number);
+// A value that a row brings along for an identity column whose values the engine makes.
+std::string givenIdentity(const std::string& sql, std::string_view table, const Column& column);
 
 }  // namespace tolvane::tsql

@@ -16,7 +16,6 @@ const Table& BatchCompiler::changedTable(const tree::TableName& name) const {
 
 std::vector<int> BatchCompiler::insertColumns(const StatementNode& node, const Table& table) {
   std::vector<int> columns;
-  const bool identities = identityInsert_.contains(table.name);
   if (node.columns.empty()) {
     for (std::size_t i = 0; i < table.columns.size(); ++i) {
       if (!table.columns[i].identity) columns.push_back(static_cast<int>(i));
@@ -34,11 +33,6 @@ std::vector<int> BatchCompiler::insertColumns(const StatementNode& node, const T
               "A column cannot be assigned more than one value in the same clause. Modify the clause to make sure that "
               "a column is updated only once. If this statement updates or inserts columns into a view, column "
               "aliasing can conceal the duplication in your code.");
-    }
-    if (table.columns[static_cast<std::size_t>(ordinal)].identity && !identities) {
-      writer_.fail(node.table.token, 544,
-                   "Cannot insert explicit value for identity column in table '" + table.name +
-                       "' when IDENTITY_INSERT is set to OFF.");
     }
     columns.push_back(ordinal);
   }
@@ -75,10 +69,15 @@ std::string BatchCompiler::insertValues(const tree::Select& select, const Table&
       const Column& column = table.columns[static_cast<std::size_t>(columns[i])];
       const tree::Expression& value = *select.values[row][i];
       if (i > 0) text += ',';
-      if (value.kind == tree::ExpressionKind::Default) {
+      const bool isDefault = value.kind == tree::ExpressionKind::Default;
+      if (column.identity && (isDefault || value.kind == tree::ExpressionKind::Null)) {
+        writer_.fail(value.token, 339, "DEFAULT or NULL are not allowed as explicit identity values.");
+      }
+      if (isDefault) {
         text += column.defaultText.empty() ? "NULL" : "(" + column.defaultText + ")";
       } else {
-        text += writer_.assignInserted(writer_.expression(value, nullptr), table, column);
+        const std::string given = writer_.assignInserted(writer_.expression(value, nullptr), table, column);
+        text += column.made ? givenIdentity(given, table.name, column) : given;
       }
     }
     text += ')';
@@ -93,7 +92,9 @@ std::string BatchCompiler::insertQuery(const tree::Query& query, const Table& ta
     Typed value = bound.outputs[i].value;
     value.sql = "c" + std::to_string(i + 1);
     if (i > 0) text += ',';
-    text += writer_.assign(value, table, table.columns[static_cast<std::size_t>(columns[i])]);
+    const Column& column = table.columns[static_cast<std::size_t>(columns[i])];
+    const std::string given = writer_.assign(value, table, column);
+    text += column.made ? givenIdentity(given, table.name, column) : given;
   }
   // SQLite would read a following ON as part of an upsert without a WHERE.
   return text + " FROM (" + writer_.render(bound, true) + ") WHERE 1";
@@ -108,7 +109,12 @@ void BatchCompiler::insert(const StatementNode& node) {
   ExecuteStep step;
   step.verb = ExecuteStep::Verb::Insert;
   step.table = table.name;
-  step.setsIdentity = table.identityColumn() >= 0;
+  const int identity = table.identityColumn();
+  step.setsIdentity = identity >= 0;
+  if (identity >= 0) {
+    step.makesIdentity = table.columns[static_cast<std::size_t>(identity)].made;
+    step.givesIdentity = ExecuteStep::GivesIdentity::No;
+  }
   step.checksKeys = true;
   std::string text = "INSERT INTO " + std::string(table.temporary ? "temp." : "") + quoted(table.name);
   if (node.defaultValues) {
@@ -116,6 +122,7 @@ void BatchCompiler::insert(const StatementNode& node) {
   } else {
     const std::vector<int> columns = insertColumns(node, table);
     if (columns.empty()) writer_.fail(node.table.token, Message::InsertColumnCount);
+    if (std::ranges::find(columns, identity) != columns.end()) step.givesIdentity = ExecuteStep::GivesIdentity::Yes;
     text += "(";
     for (std::size_t i = 0; i < columns.size(); ++i) {
       text += (i > 0 ? "," : "") + quoted(table.columns[static_cast<std::size_t>(columns[i])].name);
@@ -130,7 +137,7 @@ void BatchCompiler::insert(const StatementNode& node) {
       }
       for (const auto& row : select->values) checkCount(node, table, row.size(), columns.size());
       text += insertValues(*select, table, columns);
-      step.oneRow = select->values.size() == 1;
+      step.oneRow = select->values.size() == 1 && !step.makesIdentity;
     } else {
       const BoundQuery probe = writer_.bind(*node.query, nullptr, false);
       checkCount(node, table, probe.outputs.size(), columns.size());
@@ -301,6 +308,7 @@ void BatchCompiler::updateInTwoPasses(const StatementNode& node, const Table& ta
   step.statements.push_back({"DROP TABLE IF EXISTS temp.__tolvane_update", {}});
   step.statements.push_back(writer_.finish("CREATE TEMP TABLE __tolvane_update AS " + rows));
   std::string aside;
+  std::string differs;
   std::string sets;
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const int ordinal = columns[i];
@@ -309,11 +317,17 @@ void BatchCompiler::updateInTwoPasses(const StatementNode& node, const Table& ta
       return index.unique && std::ranges::find(index.columns, ordinal) != index.columns.end();
     });
     // A blob is equal to no text and no number, and the row number makes it differ from that of other rows.
-    if (unique) aside += (aside.empty() ? "" : ",") + column + "=CAST('k'||rowid AS BLOB)";
+    if (unique) {
+      aside += (aside.empty() ? "" : ",") + column + "=CAST('k'||u.rowid AS BLOB)";
+      differs += (differs.empty() ? "u." : " OR u.") + column + " IS NOT s.c" + std::to_string(i + 1);
+    }
     sets += (i > 0 ? "," : "") + column + "=s.c" + std::to_string(i + 1);
   }
   step.statements.push_back(
-      {"UPDATE " + name + " SET " + aside + " WHERE rowid IN (SELECT r FROM temp.__tolvane_update)", {}});
+      // A key that stays may be referred to.
+      {"UPDATE " + name + " AS u SET " + aside + " FROM temp.__tolvane_update AS s WHERE u.rowid=s.r AND (" + differs +
+           ")",
+       {}});
   step.counted = static_cast<int>(step.statements.size());
   step.statements.push_back(
       {"UPDATE " + name + " AS u SET " + sets + " FROM temp.__tolvane_update AS s WHERE u.rowid=s.r", {}});

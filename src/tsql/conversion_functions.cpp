@@ -157,6 +157,43 @@ Result numericScaleOf(const Type& type) {
   return scaled ? Result(scaleOf(type)) : Result();
 }
 
+// CHARACTER_OCTET_LENGTH.
+Result octetsOf(const Type& type) {
+  if (type.kind == TypeKind::NText) return static_cast<std::int64_t>(std::numeric_limits<std::int32_t>::max()) - 1;
+  if (typeRow(type.kind).takesLength) return type.storageLength();
+  return charactersOf(type);
+}
+
+Result radixOf(const Type& type) {
+  if (!type.isNumber() || type.kind == TypeKind::Bit) return {};
+  constexpr int binary = 2;
+  constexpr int decimal = 10;
+  return type.isFloat() ? binary : decimal;
+}
+
+Result datePrecisionOf(const Type& type) {
+  return type.isDate() ? Result(type.kind == TypeKind::DateTime ? 3 : 0) : Result();
+}
+
+Result characterSetOf(const Type& type) {
+  if (!type.isText()) return {};
+  return Result(std::string(type.isUnicode() ? "UNICODE" : "cp936"));
+}
+
+Result collationOf(const Type& type) {
+  return type.isText() ? Result(std::string("Chinese_PRC_CI_AS")) : Result();
+}
+
+// prec and scale of syscolumns: characters of texts, bytes of binaries.
+Result columnPrecisionOf(const Type& type) {
+  if (type.isLongText() || type.kind == TypeKind::Image) return {};
+  return typeRow(type.kind).takesLength ? Result(type.length) : Result(precisionOf(type));
+}
+Result columnScaleOf(const Type& type) {
+  const bool scaled = type.isDate() || (type.isNumber() && !type.isFloat() && type.kind != TypeKind::Bit);
+  return scaled ? Result(scaleOf(type)) : Result();
+}
+
 constexpr int numericType = 108;  // in the systypes that tells decimal and numeric apart
 
 // What the system tables tell of a column's type.
@@ -174,6 +211,13 @@ constexpr std::array properties{
     TypeProperty{"characters", charactersOf},
     TypeProperty{"precision", numericPrecisionOf},
     TypeProperty{"scale", numericScaleOf},
+    TypeProperty{"octets", octetsOf},
+    TypeProperty{"radix", radixOf},
+    TypeProperty{"fraction", datePrecisionOf},
+    TypeProperty{"characterset", characterSetOf},
+    TypeProperty{"collation", collationOf},
+    TypeProperty{"prec", columnPrecisionOf},
+    TypeProperty{"columnscale", columnScaleOf},
 };
 
 // Declared column type of SQLite, then the name of one of the properties; null for a type that is none of T-SQL's.

@@ -62,41 +62,11 @@ Datum datumOf(const Literal& literal) {
   return Datum(literal.text);
 }
 
-void addKey(Table& table, const Constraint& constraint, const std::vector<tree::KeyColumn>& columns) {
-  const bool primary = constraint.kind == Constraint::Kind::PrimaryKey;
-  if (!primary && constraint.kind != Constraint::Kind::Unique) return;
-  Index index;
-  index.unique = true;
-  index.primary = primary;
-  for (const auto& column : columns) index.columns.push_back(table.find(column.name));
-  table.indexes.push_back(std::move(index));
-}
-
-// A name as SQL Server makes one up: kind, beginnings of table and column, eight hexadecimal digits.
-std::string madeUpName(std::string_view kind, const Table& table, std::string_view column, std::size_t number) {
-  std::uint32_t hash = 2166136261U;
-  const auto add = [&hash](std::string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-  };
-  add(table.name);
-  add(column);
-  add(std::to_string(number));
-  std::array<char, 9> digits{};
-  std::snprintf(digits.data(), digits.size(), "%08X", hash);
-  return std::string(kind) + "__" + table.name.substr(0, 9) + "__" +
-         (column.empty() ? "" : std::string(column.substr(0, 5)) + "__") + digits.data();
-}
-
-std::string schemaOf(const Table& table) {
-  return table.temporary ? "temp." : "";
-}
-
 }  // namespace
 
 // The default as SQLite's schema holds it. A literal is put into the column's stored form now; anything else
-// (GETDATE(), a computation) stays an expression, which ALTER TABLE does not take.
-std::string BatchCompiler::defaultText(const tree::Expression& value, const Column& column, bool& constant) {
-  constant = true;
+// (GETDATE(), a computation, a literal that does not fit and fails when it is used) stays an expression.
+std::string BatchCompiler::defaultText(const tree::Expression& value, const Table& table, const Column& column) {
   const tree::Expression* leaf = &value;
   const bool minus = value.kind == tree::ExpressionKind::Unary && value.name == "-" &&
                      value.arguments[0]->kind == tree::ExpressionKind::Literal;
@@ -105,9 +75,6 @@ std::string BatchCompiler::defaultText(const tree::Expression& value, const Colu
   if (leaf->kind == tree::ExpressionKind::Literal) {
     writer_.structural(leaf->literal);
     const Literal& literal = batch_.literals[static_cast<std::size_t>(leaf->literal)];
-    if (conversionBetween(literal.type, column.type) != Conversion::Implicit) {
-      writer_.fail(value.token, Message::OperandClash, {literal.type.baseName(), column.type.baseName()});
-    }
     const BareCollation collation;
     const std::string negated = minus ? "-" + std::string(literal.text) : "";
     Datum datum = datumOf(literal);
@@ -115,164 +82,31 @@ std::string BatchCompiler::defaultText(const tree::Expression& value, const Colu
     if (minus && literal.type.kind == TypeKind::Float) datum = Datum(-literal.real);
     if (minus && literal.type.isExactText()) datum = Datum(negated);
     try {
-      return constantText(convert(datum, literal.type, column.type, std::nullopt, collation));
-    } catch (const SqlError& failure) {
-      // SQL Server takes any constant and fails when the default is used.
-      if (literal.type.isBinary()) throw;
-      throw SqlError(failure.number(), failure.severity(), failure.message()).at(lineOf(batch_, value.token));
+      if (conversionBetween(literal.type, column.type) == Conversion::Implicit) {
+        return constantText(assign(datum, literal.type, column.type, column.name, collation));
+      }
+    } catch (const SqlError&) {
+      // It is an expression, then.
     }
   }
-  constant = false;
-  writer_.inlineLiterals(true);
+  const Writer::InlineLiterals inlined(writer_);
   const Typed typed = writer_.expression(value, nullptr);
-  const std::string text = writer_.assignTo(typed, column.type, column.name);
-  writer_.inlineLiterals(false);
-  return "(" + text + ")";
+  return "(" + writer_.assign(typed, table, column) + ")";
 }
 
-std::string BatchCompiler::checkText(const tree::Expression& condition, const Table& table) {
-  Scope scope;
-  Source source;
-  source.name = table.name;
-  for (const Column& column : table.columns) {
-    source.columns.push_back({column.name, column.type, quoted(column.name), {}, {}, false});
-  }
-  scope.sources.push_back(std::move(source));
-  writer_.inlineLiterals(true);
-  const std::string text = writer_.condition(condition, &scope);
-  writer_.inlineLiterals(false);
-  if (text.find("SELECT") != std::string::npos) {
-    writer_.fail(condition.token, 1046,
-                 "Subqueries are not allowed in this context. Only scalar expressions are allowed.");
-  }
-  return "CHECK (" + text + ")";
+// --- CREATE TABLE
+
+Column BatchCompiler::columnOf(const tree::ColumnDefinition& definition) const {
+  Column column;
+  column.name = definition.name;
+  column.identity = definition.identity;
+  column.seed = definition.seed;
+  column.increment = definition.increment;
+  column.type = definition.type.orNull(definition.nullable.value_or(true) && !definition.identity);
+  return column;
 }
 
-std::vector<int> BatchCompiler::ordinals(const std::vector<tree::KeyColumn>& keys, const Table& table,
-                                         int token) const {
-  std::vector<int> result;
-  for (const auto& key : keys) {
-    const int ordinal = table.find(key.name);
-    if (ordinal < 0) {
-      writer_.fail(token, 1911, "Column name '" + key.name + "' does not exist in the target table or view.");
-    }
-    if (table.columns[static_cast<std::size_t>(ordinal)].type.isLong()) {
-      writer_.fail(token, 1919,
-                   "Column '" + key.name + "' in table '" + table.name +
-                       "' is of a type that is invalid for use as a key column in an index.");
-    }
-    result.push_back(ordinal);
-  }
-  return result;
-}
-
-std::string BatchCompiler::keyText(const std::vector<tree::KeyColumn>& keys, const Table& table, int token) const {
-  std::string text = "(";
-  const std::vector<int> columns = ordinals(keys, table, token);
-  for (std::size_t i = 0; i < keys.size(); ++i) {
-    const Column& column = table.columns[static_cast<std::size_t>(columns[i])];
-    text +=
-        (i > 0 ? "," : "") + quoted(column.name) + Writer::collation(column.type) + (keys[i].descending ? " DESC" : "");
-  }
-  return text + ")";
-}
-
-// SQL Server's unique keys hold one null, SQLite's any number. A second index over the rows with a null makes the
-// difference: there, whether a column is null and what it is otherwise must be unique together.
-std::string BatchCompiler::nullIndex(const std::string& name, const Table& table,
-                                     const std::vector<int>& columns) const {
-  std::string keys;
-  std::string condition;
-  for (const int ordinal : columns) {
-    const Column& column = table.columns[static_cast<std::size_t>(ordinal)];
-    const std::string text = quoted(column.name);
-    if (!keys.empty()) keys += ',';
-    if (!column.type.nullable) {
-      keys += text + Writer::collation(column.type);
-      continue;
-    }
-    keys += "(" + text + " IS NULL),ifnull(" + text + ",0)" + Writer::collation(column.type);
-    condition += (condition.empty() ? "" : " OR ") + text + " IS NULL";
-  }
-  if (condition.empty()) return {};
-  return "CREATE UNIQUE INDEX " + schemaOf(table) + quoted(name + "/null") + " ON " + quoted(table.name) + " (" + keys +
-         ") WHERE " + condition;
-}
-
-std::string BatchCompiler::foreignKeyText(const Constraint& constraint, const Table& table) {
-  std::string text = "FOREIGN KEY (";
-  for (std::size_t i = 0; i < constraint.columns.size(); ++i) {
-    const int ordinal = table.find(constraint.columns[i].name);
-    if (ordinal < 0) {
-      writer_.fail(constraint.token, 1769,
-                   "Foreign key '" + constraint.name + "' references invalid column '" + constraint.columns[i].name +
-                       "' in referencing table '" + table.name + "'.");
-    }
-    // SQLite compares the keys with the collation of the declared column, which is none.
-    if (!table.columns[static_cast<std::size_t>(ordinal)].type.isInteger()) {
-      throw notSupported(batch_, constraint.token, "a foreign key over columns other than integers");
-    }
-    text += (i > 0 ? "," : "") + quoted(constraint.columns[i].name);
-  }
-  const Table* target = sameName(constraint.target.name, table.name) ? &table : catalogue_.find(constraint.target.name);
-  if (target == nullptr) {
-    writer_.fail(constraint.token, 1767,
-                 "Foreign key '" + constraint.name + "' references invalid table '" + constraint.target.name + "'.");
-  }
-  checkReferenced(constraint, *target);
-  text += ") REFERENCES " + quoted(target->name);
-  if (!constraint.targetColumns.empty()) {
-    text += "(";
-    for (std::size_t i = 0; i < constraint.targetColumns.size(); ++i) {
-      text += (i > 0 ? "," : "") + quoted(constraint.targetColumns[i]);
-    }
-    text += ")";
-  }
-  if (!constraint.onDelete.empty()) text += " ON DELETE " + constraint.onDelete;
-  if (!constraint.onUpdate.empty()) text += " ON UPDATE " + constraint.onUpdate;
-  return text;
-}
-
-// SQLite looks for the key when a row changes; SQL Server when the constraint is made.
-void BatchCompiler::checkReferenced(const Constraint& constraint, const Table& target) const {
-  std::vector<int> columns;
-  for (const auto& name : constraint.targetColumns) {
-    columns.push_back(target.find(name));
-    if (columns.back() >= 0) continue;
-    writer_.fail(constraint.token, 1770,
-                 "Foreign key '" + constraint.name + "' references invalid column '" + name +
-                     "' in referenced table '" + target.name + "'.");
-  }
-  const int identity = target.identityColumn();
-  const auto primary = std::ranges::find_if(target.indexes, &Index::primary);
-  const bool hasPrimary = identity >= 0 || primary != target.indexes.end();
-  if (columns.empty() && !hasPrimary && !target.indexes.empty()) {
-    writer_.fail(constraint.token, 1773,
-                 "Foreign key '" + constraint.name + "' has implicit reference to object '" + target.name +
-                     "' which does not have a primary key defined on it.");
-  }
-  const std::size_t width = constraint.columns.size();
-  const bool asWide = columns.empty() ? (primary == target.indexes.end() ? 1 : primary->columns.size()) == width
-                                      : columns.size() == width;
-  if (!asWide) {
-    writer_.fail(constraint.token, 8139,
-                 "Number of referencing columns in foreign key differs from number of referenced columns, table '" +
-                     target.name + "'.");
-  }
-  std::ranges::sort(columns);
-  const auto isKey = [&](const Index& index) {
-    auto key = index.columns;
-    std::ranges::sort(key);
-    return index.unique && key == columns;
-  };
-  const bool rowNumber = columns.size() == 1 && columns[0] == identity;
-  if (columns.empty() ? hasPrimary : rowNumber || std::ranges::any_of(target.indexes, isKey)) return;
-  writer_.fail(constraint.token, 1776,
-               "There are no primary or candidate keys in the referenced table '" + target.name +
-                   "' that match the referencing column list in the foreign key '" + constraint.name + "'.");
-}
-
-// The table as the catalogue will tell it; of its indexes, those that its keys make.
+// The table as the catalogue will tell it, without its keys.
 Table BatchCompiler::tableOf(const StatementNode& node) const {
   Table table;
   table.name = node.table.name;
@@ -284,155 +118,153 @@ Table BatchCompiler::tableOf(const StatementNode& node) const {
                    "Column names in each table must be unique. Column name '" + definition.name + "' in table '" +
                        table.name + "' is specified more than once.");
     }
-    Column column{definition.name, definition.type, definition.identity, {}};
-    column.type.nullable = definition.nullable.value_or(true) && !definition.identity;
-    for (const auto& constraint : definition.constraints) {
-      if (constraint.kind == Constraint::Kind::PrimaryKey) column.type.nullable = false;
-    }
-    table.columns.push_back(std::move(column));
-    for (const auto& constraint : definition.constraints) {
-      if (constraint.columns.empty()) addKey(table, constraint, {{definition.name, false}});
-    }
+    table.columns.push_back(columnOf(definition));
   }
-  for (const auto& constraint : node.constraints) {
-    addKey(table, constraint, constraint.columns);
-    if (constraint.kind != Constraint::Kind::PrimaryKey) continue;
-    for (const auto& key : constraint.columns) {
-      const int ordinal = table.find(key.name);
-      if (ordinal >= 0) table.columns[static_cast<std::size_t>(ordinal)].type.nullable = false;
-    }
+  // The columns of the primary key take no nulls, unless they were said to.
+  const auto makeKey = [&](const std::string& name) {
+    const int ordinal = table.find(name);
+    if (ordinal < 0) return;
+    if (node.definitions[static_cast<std::size_t>(ordinal)].nullable.value_or(false)) return;
+    table.columns[static_cast<std::size_t>(ordinal)].type.nullable = false;
+  };
+  const auto keyOf = [&](const Constraint& constraint, const std::string& column) {
+    if (constraint.kind != Constraint::Kind::PrimaryKey) return;
+    if (constraint.columns.empty()) makeKey(column);
+    for (const auto& key : constraint.columns) makeKey(key.name);
+  };
+  for (const auto& definition : node.definitions) {
+    for (const auto& constraint : definition.constraints) keyOf(constraint, definition.name);
   }
+  for (const auto& constraint : node.constraints) keyOf(constraint, {});
   return table;
 }
 
-void BatchCompiler::createTable(const StatementNode& node) {
-  if (catalogue_.find(node.table.name) != nullptr) {
-    return error(node, SqlError(Message::ObjectExists, {node.table.name}));
+// An identity column that is the primary key and counts from 1 on is SQLite's row number.
+bool BatchCompiler::isRowNumber(const StatementNode& node, const tree::ColumnDefinition& definition) {
+  constexpr std::int64_t highestInt = 2147483647;
+  if (definition.type.kind != TypeKind::Int || definition.increment != 1) return false;
+  if (definition.seed < 1 || definition.seed >= highestInt) return false;
+  const auto isKey = [&](const Constraint& constraint, bool ofColumn) {
+    if (constraint.kind != Constraint::Kind::PrimaryKey) return false;
+    if (constraint.columns.empty()) return ofColumn;
+    return constraint.columns.size() == 1 && sameName(constraint.columns[0].name, definition.name);
+  };
+  int keys = 0;
+  int own = 0;
+  const auto count = [&](const Constraint& constraint, bool ofColumn) {
+    if (constraint.kind == Constraint::Kind::PrimaryKey) ++keys;
+    if (isKey(constraint, ofColumn)) ++own;
+  };
+  for (const auto& other : node.definitions) {
+    for (const auto& constraint : other.constraints) count(constraint, &other == &definition);
   }
-  Table table = tableOf(node);
-  add(node, tableDefinition(node, table));
+  for (const auto& constraint : node.constraints) count(constraint, false);
+  return keys == 1 && own == 1;
 }
 
-// The statements that make the table. Its columns are told their defaults.
-DdlStep BatchCompiler::tableDefinition(const StatementNode& node, Table& table) {
-  const int identity = table.identityColumn();
-  DdlStep step;
-  std::string items;
-  std::string constraints;
-  std::vector<std::string> indexes;
-  int primaryKeys = 0;
-  int uniques = 0;
-  const auto named = [](const Constraint& constraint) {
-    return constraint.name.empty() ? std::string() : "CONSTRAINT " + quoted(constraint.name) + " ";
-  };
-  std::size_t madeUp = 0;
-  const auto namedAnyhow = [&](const Constraint& constraint, std::string_view kind, std::string_view column) {
-    if (!constraint.name.empty()) return named(constraint);
-    return "CONSTRAINT " + quoted(madeUpName(kind, table, column, ++madeUp)) + " ";
-  };
-  const auto key = [&](const Constraint& constraint, std::vector<tree::KeyColumn> columns) {
-    const bool primary = constraint.kind == Constraint::Kind::PrimaryKey;
-    const auto ordinalsOfKey = ordinals(columns, table, constraint.token);
-    if (primary && ++primaryKeys > 1) {
-      writer_.fail(constraint.token, 8110,
-                   "Cannot add multiple PRIMARY KEY constraints to table '" + table.name + "'.");
-    }
-    // The identity column is SQLite's row number, which is the primary key already.
-    if (primary && ordinalsOfKey.size() == 1 && ordinalsOfKey[0] == identity) return;
-    constraints += "," + named(constraint) + (primary && identity < 0 ? "PRIMARY KEY " : "UNIQUE ") +
-                   keyText(columns, table, constraint.token);
-    ++uniques;
-    const std::string name = constraint.name.empty() ? table.name + "/" + std::to_string(uniques) : constraint.name;
-    if (auto text = nullIndex(name, table, ordinalsOfKey); !text.empty()) indexes.push_back(std::move(text));
-  };
-  for (std::size_t i = 0; i < node.definitions.size(); ++i) {
-    const auto& definition = node.definitions[i];
-    Column column = table.columns[i];
-    if (i > 0) items += ',';
-    items += quoted(column.name) + " ";
-    if (definition.identity) {
-      if (static_cast<int>(i) != identity) {
-        writer_.fail(definition.token, 2744,
-                     "Multiple identity columns specified for table '" + table.name +
-                         "'. Only one identity column per table is allowed.");
-      }
-      const bool whole = column.type.isInteger() && column.type.kind != TypeKind::Bit;
-      const bool mayBe = whole || (column.type.kind == TypeKind::Decimal && column.type.scale == 0);
-      if (!mayBe) {
-        writer_.fail(definition.token, 2749,
-                     "Identity column '" + column.name +
-                         "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale of "
-                         "0, unencrypted, and constrained to be nonnullable.");
-      }
-      if (!whole || definition.increment != 1) {
-        throw notSupported(batch_, definition.token, "an identity column that is no integer or grows by other than 1");
-      }
-      items += "INTEGER PRIMARY KEY AUTOINCREMENT";
-      if (definition.seed != 1) {
-        indexes.push_back("INSERT INTO " + std::string(table.temporary ? "temp." : "main.") +
-                          "sqlite_sequence(name,seq) VALUES(" + quotedText(table.name) + "," +
-                          std::to_string(definition.seed - 1) + ")");
-      }
+void BatchCompiler::checkIdentity(const Definition& whole, const tree::ColumnDefinition& definition,
+                                  const Column& column) const {
+  const Table& table = whole.table;
+  if (table.columns[static_cast<std::size_t>(table.identityColumn())].name != column.name) {
+    writer_.fail(definition.token, 2744,
+                 "Multiple identity columns specified for table '" + table.name +
+                     "'. Only one identity column per table is allowed.");
+  }
+  const bool whole_ = column.type.isInteger() && column.type.kind != TypeKind::Bit;
+  if (!whole_ && (column.type.kind != TypeKind::Decimal || column.type.scale != 0)) {
+    writer_.fail(definition.token, 2749,
+                 "Identity column '" + column.name +
+                     "' must be of data type int, bigint, smallint, tinyint, or decimal or numeric with a scale of "
+                     "0, unencrypted, and constrained to be nonnullable.");
+  }
+  if (definition.nullable.value_or(false)) {
+    writer_.fail(
+        definition.token, 8147,
+        "Could not create IDENTITY attribute on nullable column '" + column.name + "', table '" + table.name + "'.");
+  }
+  if (column.increment == 0) {
+    writer_.fail(definition.token, 2753, "Identity column '" + column.name + "' contains invalid INCREMENT.");
+  }
+}
+
+void BatchCompiler::defineColumn(Definition& whole, const tree::ColumnDefinition& definition) {
+  Column& column = whole.table.columns[static_cast<std::size_t>(whole.table.find(definition.name))];
+  ColumnText text{column.name, column.type.declared(), {}};
+  if (column.identity) {
+    checkIdentity(whole, definition, column);
+    if (column.made) {
+      whole.makesIdentity = true;
+      text.clauses.push_back({{}, "NOT NULL", {}});
+      text.clauses.push_back(
+          {{}, "DEFAULT (" + identityDefault(whole.table.name, column.type, column.seed, column.increment) + ")", {}});
     } else {
-      items += column.type.declared();
-      if (!column.type.nullable) items += " NOT NULL";
+      text.type = "INTEGER";
     }
-    for (const auto& constraint : definition.constraints) {
-      switch (constraint.kind) {
-        case Constraint::Kind::Default: {
-          bool constant = false;
-          table.columns[i].defaultText = defaultText(*constraint.expression, column, constant);
-          items += " DEFAULT " + table.columns[i].defaultText;
-          break;
-        }
-        case Constraint::Kind::Check:
-          constraints +=
-              "," + namedAnyhow(constraint, "CK", definition.name) + checkText(*constraint.expression, table);
-          break;
-        case Constraint::Kind::ForeignKey: {
-          Constraint own;
-          own.kind = constraint.kind;
-          own.token = constraint.token;
-          own.name = constraint.name;
-          own.target = constraint.target;
-          own.targetColumns = constraint.targetColumns;
-          own.onDelete = constraint.onDelete;
-          own.onUpdate = constraint.onUpdate;
-          own.columns.push_back({definition.name, false});
-          constraints += "," + namedAnyhow(constraint, "FK", definition.name) + foreignKeyText(own, table);
-          break;
-        }
-        case Constraint::Kind::PrimaryKey:
-        case Constraint::Kind::Unique:
-          key(constraint,
-              constraint.columns.empty() ? std::vector<tree::KeyColumn>{{definition.name, false}} : constraint.columns);
-          break;
-      }
+  } else if (!column.type.nullable) {
+    text.clauses.push_back({{}, "NOT NULL", {}});
+  }
+  whole.text.columns.push_back(std::move(text));
+}
+
+void BatchCompiler::createTable(const StatementNode& node) {
+  const bool temporary = node.table.name.starts_with("#");
+  if (catalogue_.find(node.table.name) != nullptr || (!temporary && isObject(node.table.name))) {
+    return error(node, SqlError(Message::ObjectExists, {node.table.name}));
+  }
+  add(node, finish(definitionOf(node)));
+}
+
+BatchCompiler::Definition BatchCompiler::definitionOf(const StatementNode& node) {
+  Definition whole;
+  whole.table = tableOf(node);
+  Table& table = whole.table;
+  whole.text.head = "CREATE " + std::string(table.temporary ? "TEMP " : "") + "TABLE " + quoted(table.name);
+  whole.text.tail = ")";
+  for (const auto& definition : node.definitions) {
+    Column& column = table.columns[static_cast<std::size_t>(table.find(definition.name))];
+    column.made = column.identity && !isRowNumber(node, definition);
+    defineColumn(whole, definition);
+  }
+  addConstraints(whole, node);
+  const std::string schema = table.temporary ? "temp." : "main.";
+  whole.step.statements.push_back({whole.text.text(), {}});
+  const int identity = table.identityColumn();
+  if (identity >= 0) {
+    const Column& column = table.columns[static_cast<std::size_t>(identity)];
+    if (!column.made && column.seed != 1) {
+      whole.step.statements.push_back({"INSERT INTO " + schema + "sqlite_sequence(name,seq) VALUES(" +
+                                           quotedText(table.name) + "," + std::to_string(column.seed - 1) + ")",
+                                       {}});
     }
   }
-  for (const auto& constraint : node.constraints) {
-    switch (constraint.kind) {
-      case Constraint::Kind::Default:
-        throw notSupported(batch_, constraint.token, "DEFAULT as a constraint of the table");
-      case Constraint::Kind::Check:
-        constraints += "," + namedAnyhow(constraint, "CK", {}) + checkText(*constraint.expression, table);
-        break;
-      case Constraint::Kind::ForeignKey:
-        constraints +=
-            "," + namedAnyhow(constraint, "FK", constraint.columns.front().name) + foreignKeyText(constraint, table);
-        break;
-      case Constraint::Kind::PrimaryKey:
-      case Constraint::Kind::Unique:
-        key(constraint, constraint.columns);
-        break;
+  return whole;
+}
+
+// Puts the parts of a step into their order.
+DdlStep BatchCompiler::finish(Definition whole) {
+  DdlStep step = std::move(whole.step);
+  const std::string schema = whole.table.temporary ? "temp." : "main.";
+  // SQLite has its table of numbers as soon as one table counts by itself.
+  if (whole.makesIdentity) {
+    step.preparations.push_back(
+        {"CREATE TABLE IF NOT EXISTS " + schema + "__tolvane_sequence(n INTEGER PRIMARY KEY AUTOINCREMENT)", {}});
+    step.preparations.push_back(
+        {"DELETE FROM " + schema + "sqlite_sequence WHERE name=" + quotedText(whole.table.name), {}});
+  }
+  if (whole.before != nullptr) {
+    auto text = whole.text.text();
+    if (text != whole.before->text) {
+      step.redefinitions.insert(step.redefinitions.begin(), {whole.table.name, whole.table.temporary, std::move(text)});
     }
   }
-  step.statements.push_back({"CREATE " + std::string(table.temporary ? "TEMP " : "") + "TABLE " + quoted(table.name) +
-                                 "(" + items + constraints + ")",
-                             {}});
-  for (auto& index : indexes) step.statements.push_back({std::move(index), {}});
+  for (Redefinition& parent : whole.parents) step.redefinitions.push_back(std::move(parent));
+  // SQLite asks the key that was made last first, SQL Server the primary key.
+  if (whole.before == nullptr) std::ranges::reverse(whole.keys);
+  for (Statement& key : whole.keys) step.statements.push_back(std::move(key));
   return step;
 }
+
+// --- indexes
 
 void BatchCompiler::createIndex(const StatementNode& node) {
   const Table& table = changedTable(node.table);
@@ -445,6 +277,10 @@ void BatchCompiler::createIndex(const StatementNode& node) {
   // Index names belong to a table in T-SQL and to the database in SQLite.
   const bool taken = catalogue_.findByIndex(node.name) != nullptr || catalogue_.find(node.name) != nullptr;
   const std::string name = taken ? table.name + "." + node.name : node.name;
+  for (const auto& column : node.included) {
+    if (table.find(column) >= 0) continue;
+    return error(node, SqlError(1911, 16, "Column name '" + column + "' does not exist in the target table or view."));
+  }
   DdlStep step;
   step.table = "dbo." + table.name;
   step.index = node.name;
@@ -455,112 +291,6 @@ void BatchCompiler::createIndex(const StatementNode& node) {
   if (node.unique) {
     auto text = nullIndex(name, table, ordinals(node.keys, table, node.token));
     if (!text.empty()) step.statements.push_back({std::move(text), {}});
-  }
-  add(node, std::move(step));
-}
-
-void BatchCompiler::alterAdd(const StatementNode& node) {
-  const Table& table = changedTable(node.table);
-  DdlStep step;
-  for (std::size_t i = 0; i < node.definitions.size(); ++i) {
-    const auto& definition = node.definitions[i];
-    const auto begin = node.definitions.begin();
-    const bool before = std::any_of(begin, begin + static_cast<std::ptrdiff_t>(i),
-                                    [&](const auto& other) { return sameName(other.name, definition.name); });
-    if (before || table.find(definition.name) >= 0) {
-      return error(node, SqlError(2705, 16,
-                                  "Column names in each table must be unique. Column name '" + definition.name +
-                                      "' in table '" + table.name + "' is specified more than once."));
-    }
-    const auto gives = [](const Constraint& constraint) { return constraint.kind == Constraint::Kind::Default; };
-    if (!definition.nullable.value_or(true) && std::ranges::none_of(definition.constraints, gives)) {
-      return error(node,
-                   SqlError(4901, 16,
-                            "ALTER TABLE only allows columns to be added that can contain nulls, or have a DEFAULT "
-                            "definition specified, or the column being added is an identity or timestamp column, or "
-                            "alternatively if none of the previous conditions are satisfied the table must be empty to "
-                            "allow addition of this column. Column '" +
-                                definition.name + "' cannot be added to non-empty table '" + table.name +
-                                "' because it does not satisfy these conditions."));
-    }
-    addColumn(node, table, definition, step);
-  }
-  for (const auto& constraint : node.constraints) addConstraint(node, table, constraint, step);
-  add(node, std::move(step));
-}
-
-void BatchCompiler::addColumn(const StatementNode&, const Table& table, const tree::ColumnDefinition& definition,
-                              DdlStep& step) {
-  if (definition.identity) throw notSupported(batch_, definition.token, "an identity column in ALTER TABLE");
-  Column column{definition.name, definition.type.orNull(definition.nullable.value_or(true)), false, {}};
-  std::string text = "ALTER TABLE " + schemaOf(table) + quoted(table.name) + " ADD COLUMN " + quoted(column.name) +
-                     " " + column.type.declared();
-  if (!column.type.nullable) text += " NOT NULL";
-  bool leavesNull = false;
-  for (const auto& constraint : definition.constraints) {
-    if (constraint.kind == Constraint::Kind::Default) {
-      bool constant = false;
-      text += " DEFAULT " + defaultText(*constraint.expression, column, constant);
-      if (!constant) throw notSupported(batch_, constraint.token, "a default that is no constant in ALTER TABLE");
-      leavesNull = column.type.nullable && !constraint.withValues;
-    } else if (constraint.kind == Constraint::Kind::Check) {
-      Table whole = table;
-      whole.columns.push_back(column);
-      text += (constraint.name.empty() ? " " : " CONSTRAINT " + quoted(constraint.name) + " ") +
-              checkText(*constraint.expression, whole);
-    } else {
-      throw notSupported(batch_, constraint.token, "a key in ALTER TABLE ... ADD of a column");
-    }
-  }
-  step.statements.push_back({std::move(text), {}});
-  // The rows that are there keep null in a column that takes it; SQLite would show them the default.
-  if (leavesNull) {
-    step.statements.push_back(
-        {"UPDATE " + schemaOf(table) + quoted(table.name) + " SET " + quoted(column.name) + "=NULL", {}});
-  }
-}
-
-void BatchCompiler::addConstraint(const StatementNode&, const Table& table, const Constraint& constraint,
-                                  DdlStep& step) {
-  const bool primary = constraint.kind == Constraint::Kind::PrimaryKey;
-  if (!primary && constraint.kind != Constraint::Kind::Unique) {
-    throw notSupported(batch_, constraint.token, "a constraint of that kind in ALTER TABLE");
-  }
-  const auto columns = ordinals(constraint.columns, table, constraint.token);
-  for (const int ordinal : columns) {
-    if (primary && table.columns[static_cast<std::size_t>(ordinal)].type.nullable) {
-      writer_.fail(constraint.token, 8111,
-                   "Cannot define PRIMARY KEY constraint on nullable column in table '" + table.name + "'.");
-    }
-  }
-  const std::string name = constraint.name.empty() ? (primary ? "PK_" : "UQ_") + table.name : constraint.name;
-  step.table = "dbo." + table.name;
-  step.index = name;
-  step.statements.push_back({"CREATE UNIQUE INDEX " + schemaOf(table) + quoted(name) + " ON " + quoted(table.name) +
-                                 " " + keyText(constraint.columns, table, constraint.token),
-                             {}});
-  if (auto text = nullIndex(name, table, columns); !text.empty()) step.statements.push_back({std::move(text), {}});
-}
-
-void BatchCompiler::alterDrop(const StatementNode& node) {
-  const Table& table = changedTable(node.table);
-  DdlStep step;
-  for (const auto& name : node.columns) {
-    const int ordinal = table.find(name);
-    if (ordinal < 0) {
-      return error(node, SqlError(4924, 16,
-                                  "ALTER TABLE DROP COLUMN failed because column '" + name +
-                                      "' does not exist in table '" + table.name + "'."));
-    }
-    const auto uses = [&](const Index& index) {
-      return std::ranges::find(index.columns, ordinal) != index.columns.end();
-    };
-    if (const auto index = std::ranges::find_if(table.indexes, uses); index != table.indexes.end()) {
-      return error(node, SqlError(5074, 16, "The object '" + index->name + "' is dependent on column '" + name + "'."));
-    }
-    step.statements.push_back({"ALTER TABLE " + schemaOf(table) + quoted(table.name) + " DROP COLUMN " +
-                                   quoted(table.columns[static_cast<std::size_t>(ordinal)].name),
-                               {}});
   }
   add(node, std::move(step));
 }
@@ -577,6 +307,12 @@ void BatchCompiler::dropTable(const StatementNode& node) {
     DdlStep step;
     step.dropped.push_back(table->name);
     step.statements.push_back({"DROP TABLE " + schemaOf(*table) + quoted(table->name), {}});
+    const int identity = table->identityColumn();
+    if (identity >= 0 && table->columns[static_cast<std::size_t>(identity)].made) {
+      step.statements.push_back({"DELETE FROM " + std::string(table->temporary ? "temp." : "main.") +
+                                     "sqlite_sequence WHERE name=" + quotedText(table->name),
+                                 {}});
+    }
     add(node, std::move(step));
   }
   if (node.ifExists) add(node, DdlStep{});
@@ -596,10 +332,14 @@ void BatchCompiler::dropIndex(const StatementNode& node) {
       if (node.ifExists) continue;
       return error(node, SqlError(Message::CannotDrop, {"drop", "index", name.schema + "." + name.name}));
     }
-    const Table* owner = catalogue_.findByIndex(found->name);
-    const std::string sqliteName = owner == table ? found->name : table->name + "." + found->name;
-    step.statements.push_back({"DROP INDEX IF EXISTS " + schemaOf(*table) + quoted(sqliteName), {}});
-    step.statements.push_back({"DROP INDEX IF EXISTS " + schemaOf(*table) + quoted(sqliteName + "/null"), {}});
+    if (found->constraint || found->stored.empty()) {
+      return error(node, SqlError(3723, 16,
+                                  "An explicit DROP INDEX is not allowed on index '" + table->name + "." + found->name +
+                                      "'. It is being used for " + (found->primary ? "PRIMARY" : "UNIQUE") +
+                                      " KEY constraint enforcement."));
+    }
+    step.statements.push_back({"DROP INDEX IF EXISTS " + schemaOf(*table) + quoted(found->stored), {}});
+    step.statements.push_back({"DROP INDEX IF EXISTS " + schemaOf(*table) + quoted(found->stored + "/null"), {}});
   }
   add(node, std::move(step));
 }
@@ -612,6 +352,7 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
   table.name = select.into;
   table.temporary = select.into.starts_with("#");
   std::string definitions;
+  bool keepsIdentity = false;
   for (const Output& output : query.outputs) {
     if (output.name.empty()) {
       writer_.fail(node.token, 1038,
@@ -626,12 +367,31 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
     }
     Type type = output.value.type.kind == TypeKind::Null ? Type::of(TypeKind::Int) : output.value.type;
     const bool identity = output.identity && table.identityColumn() < 0 && query.body->updatable != nullptr;
-    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " +
-                   (identity ? "INTEGER PRIMARY KEY AUTOINCREMENT" : type.declared()) +
-                   (type.nullable || identity ? "" : " NOT NULL");
-    table.columns.push_back({output.name, type, identity, {}});
+    Column column{output.name, type, identity, {}, identity};
+    definitions += (definitions.empty() ? "" : ",") + quoted(output.name) + " " + type.declared() +
+                   (type.nullable && !identity ? "" : " NOT NULL");
+    if (identity) {
+      const Table& from = *query.body->updatable;
+      const Column& source = from.columns[static_cast<std::size_t>(from.identityColumn())];
+      column.seed = source.seed;
+      column.increment = source.increment;
+      const std::string made = identityDefault(table.name, type, column.seed, column.increment);
+      definitions += " DEFAULT (" + made + ")";
+      // The rows keep their values, and the next ones go on from there.
+      std::string& sql = query.body->outputs[table.columns.size()].value.sql;
+      sql = givenIdentity(sql, table.name, column);
+      keepsIdentity = true;
+    }
+    table.columns.push_back(std::move(column));
   }
   DdlStep create;
+  if (keepsIdentity) {
+    const std::string schema = table.temporary ? "temp." : "main.";
+    create.preparations.push_back(
+        {"CREATE TABLE IF NOT EXISTS " + schema + "__tolvane_sequence(n INTEGER PRIMARY KEY AUTOINCREMENT)", {}});
+    create.preparations.push_back(
+        {"DELETE FROM " + schema + "sqlite_sequence WHERE name=" + quotedText(table.name), {}});
+  }
   create.statements.push_back({"CREATE " + std::string(table.temporary ? "TEMP " : "") + "TABLE " + quoted(table.name) +
                                    "(" + definitions + ")",
                                {}});
@@ -639,6 +399,7 @@ void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& se
   ExecuteStep fill;
   fill.verb = ExecuteStep::Verb::Insert;
   fill.table = table.name;
+  fill.makesIdentity = keepsIdentity;
   fill.statements.push_back(
       writer_.finish("INSERT INTO " + schemaOf(table) + quoted(table.name) + " " + writer_.render(query, false)));
   add(node, std::move(fill));

@@ -376,6 +376,12 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
       if (isKey) makeKey(result, *at, key);
       return result;
     }
+    const auto isPartial = [&](const Source& source) {
+      return source.partial && (expression.qualifier.empty() || sameName(source.name, expression.qualifier));
+    };
+    if (std::ranges::any_of(at->sources, isPartial)) {
+      refuse(expression.token, "that column of a table of the catalogue");
+    }
     if (qualifierKnown && !expression.qualifier.empty())
       fail(expression.token, Message::InvalidColumn, {expression.name});
   }

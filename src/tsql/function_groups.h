@@ -15,6 +15,7 @@ namespace tolvane::tsql {
 [[nodiscard]] std::span<const Function> numberFunctions();
 [[nodiscard]] std::span<const Function> systemFunctions();
 [[nodiscard]] std::span<const Function> messageFunctions();
+[[nodiscard]] std::span<const Function> identityFunctions();
 [[nodiscard]] std::span<const Aggregate> aggregateFunctions();
 
 [[nodiscard]] inline bool anyNull(const Call& call) {

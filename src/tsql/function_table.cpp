@@ -195,6 +195,9 @@ constexpr auto emitted = std::to_array<std::string_view>({
     "ts_neg",            // value, packed type
     "ts_version",        // @@VERSION
     "ts_format_message",  // message of RAISERROR, letters for the kinds of its values, values
+    "ts_identity",       // table, packed type, seed, step: the next value of its identity column
+    "ts_identity_given", // value that a row brings along, then the same
+    "ts_default_text",   // CREATE TABLE text of SQLite, column: its default as T-SQL tells it
     "ts_declared_type",  // declared column type of SQLite, what: 'name', 'xtype', 'length', 'xprec', 'xscale'
 });
 // clang-format on

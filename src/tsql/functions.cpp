@@ -10,7 +10,7 @@ namespace {
 std::vector<Function> allFunctions() {
   std::vector<Function> functions;
   for (const auto group : {conversionFunctions(), operatorFunctions(), textFunctions(), dateFunctions(),
-                           numberFunctions(), systemFunctions(), messageFunctions()}) {
+                           numberFunctions(), systemFunctions(), messageFunctions(), identityFunctions()}) {
     functions.insert(functions.end(), group.begin(), group.end());
   }
   return functions;

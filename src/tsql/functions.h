@@ -41,6 +41,10 @@ class Session {
   // @@IDENTITY and SCOPE_IDENTITY(); nothing before the first INSERT into a table with an identity column.
   [[nodiscard]] virtual std::optional<std::int64_t> identity() const = 0;
   [[nodiscard]] virtual std::optional<std::int64_t> scopeIdentity() const = 0;
+  // The value that the identity column of a table got last, nothing before its first one; and a new one, which may be a
+  // row's own.
+  [[nodiscard]] virtual std::optional<std::int64_t> lastIdentityOf(std::string_view table) = 0;
+  virtual void gaveIdentity(std::string_view table, std::int64_t value, bool isLast) = 0;
   // DB_NAME(), USER_NAME(), @@VERSION.
   [[nodiscard]] virtual std::string databaseName() const = 0;
   [[nodiscard]] virtual std::string userName() const = 0;

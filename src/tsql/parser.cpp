@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace tolvane::tsql {
 namespace {
@@ -183,6 +184,20 @@ int Parser::structuralInteger() {
   structural_.push_back(index);
   ++at_;
   return static_cast<int>(literal.integer);
+}
+
+// Seed or step of an identity column, which may be larger than an int.
+std::int64_t Parser::takeIdentityNumber() {
+  const bool negative = takeOperator("-");
+  if (!negative) takeOperator("+");
+  if (token().kind != TokenKind::Literal) fail();
+  const auto digits = here();
+  std::int64_t number = 0;
+  const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (read.ec != std::errc() || read.ptr != digits.data() + digits.size()) refuse("an identity value of that kind");
+  structural_.push_back(token().literal);
+  ++at_;
+  return negative ? -number : number;
 }
 
 int Parser::takeSignedInteger() {

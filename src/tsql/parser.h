@@ -49,6 +49,7 @@ class Parser {
   std::string optionalAlias();
   int structuralInteger();
   int takeSignedInteger();
+  std::int64_t takeIdentityNumber();
 
   // Statements (parser_statement.cpp, parser_flow.cpp, parser_option.cpp, parser_definition.cpp).
   tree::StatementPtr statement();
@@ -98,6 +99,9 @@ class Parser {
   tree::StatementPtr createTable();
   tree::StatementPtr createIndex(bool unique);
   tree::StatementPtr alter();
+  tree::StatementPtr alterColumn(tree::TableName table);
+  tree::StatementPtr alterDrop(tree::TableName table);
+  void indexOptions();
   tree::StatementPtr drop();
   tree::StatementPtr withQuery();
   void options(tree::Query& query);
@@ -108,6 +112,7 @@ class Parser {
   void top(tree::StatementNode& statement);
   void definitionItem(tree::StatementNode& statement);
   tree::ColumnDefinition columnDefinition(int ordinal);
+  bool isColumnOption() const;
   bool constraint(tree::Constraint& result);
   void foreignKey(tree::Constraint& result);
   std::vector<tree::KeyColumn> keyColumns();

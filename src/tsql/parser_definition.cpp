@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <iterator>
+
 #include "tsql/parser.h"
 
 namespace tolvane::tsql {
@@ -222,6 +225,7 @@ StatementPtr Parser::createTable() {
 }
 
 void Parser::definitionItem(tree::StatementNode& statement) {
+  if (isWord("INDEX")) refuse("an index in CREATE TABLE");
   Constraint found;
   if (constraint(found)) {
     const bool needsColumns = found.kind != Constraint::Kind::Default && found.kind != Constraint::Kind::Check;
@@ -234,6 +238,13 @@ void Parser::definitionItem(tree::StatementNode& statement) {
   } else {
     statement.definitions.push_back(columnDefinition(static_cast<int>(statement.definitions.size()) + 1));
   }
+}
+
+// Options of columns that T-SQL has and this engine has not.
+bool Parser::isColumnOption() const {
+  static constexpr std::string_view words[] = {"SPARSE",    "FILESTREAM", "MASKED", "ENCRYPTED",
+                                               "GENERATED", "HIDDEN",     "INDEX",  "PERSISTED"};
+  return std::ranges::any_of(words, [this](std::string_view word) { return isWord(word); });
 }
 
 tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
@@ -262,9 +273,9 @@ tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
     } else if (takeWord("IDENTITY")) {
       column.identity = true;
       if (takeOperator("(")) {
-        column.seed = takeSignedInteger();
+        column.seed = takeIdentityNumber();
         expectOperator(",");
-        column.increment = takeSignedInteger();
+        column.increment = takeIdentityNumber();
         expectOperator(")");
       }
       if (isWord("NOT") && isWord(1, "FOR")) {
@@ -272,6 +283,9 @@ tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
         expectWord("REPLICATION");
       }
     } else if (takeWord("ROWGUIDCOL")) {
+      continue;
+    } else if (isColumnOption()) {
+      refuse("that option of a column");
     } else if (takeWord("COLLATE")) {
       collation();
     } else if (constraint(found)) {
@@ -294,7 +308,7 @@ bool Parser::constraint(Constraint& result) {
     result.kind = Constraint::Kind::Unique;
   } else if (takeWord("DEFAULT")) {
     result.kind = Constraint::Kind::Default;
-    result.expression = unary();
+    result.expression = expression();
     if (takeWord("FOR")) result.forColumn = name();
     if (isWord("WITH") && isWord(1, "VALUES")) {
       at_ += 2;
@@ -309,7 +323,10 @@ bool Parser::constraint(Constraint& result) {
     return true;
   } else if (takeWord("FOREIGN")) {
     expectWord("KEY");
-    for (auto& column : nameList()) result.columns.push_back({std::move(column), false});
+    // Behind a column its own name need not be told again.
+    if (isOperator("(")) {
+      for (auto& column : nameList()) result.columns.push_back({std::move(column), false});
+    }
     foreignKey(result);
     return true;
   } else if (isWord("REFERENCES")) {
@@ -321,16 +338,7 @@ bool Parser::constraint(Constraint& result) {
   }
   if (isWord("CLUSTERED") || isWord("NONCLUSTERED")) ++at_;
   if (isOperator("(")) result.columns = keyColumns();
-  if (isWord("WITH") && (isOperator(1, "(") || isWord(1, "FILLFACTOR"))) {
-    ++at_;
-    if (isOperator("(")) {
-      tableHints();
-    } else {
-      ++at_;
-      expectOperator("=");
-      structuralInteger();
-    }
-  }
+  if (isWord("WITH") && (isOperator(1, "(") || isWord(1, "FILLFACTOR"))) indexOptions();
   if (isWord("ON") && isName()) refuse("a file group");
   if (isWord("ON") && (isWord(1, "PRIMARY") || peek(1).kind == TokenKind::QuotedName)) at_ += 2;
   return true;
@@ -381,9 +389,9 @@ StatementPtr Parser::createIndex(bool unique) {
   expectWord("ON");
   result->table = tableName();
   result->keys = keyColumns();
-  if (isWord("INCLUDE")) refuse("INCLUDE");
+  if (takeWord("INCLUDE")) result->included = nameList();
   if (isWord("WHERE")) refuse("an index with a condition");
-  if (isWord("WITH")) refuse("WITH in CREATE INDEX");
+  if (isWord("WITH")) indexOptions();
   if (isWord("ON")) {
     ++at_;
     if (!takeWord("PRIMARY")) name();
@@ -391,30 +399,104 @@ StatementPtr Parser::createIndex(bool unique) {
   return result;
 }
 
+// WITH (option = value, ...) or the older WITH option, ...: how an index is kept, which no statement can see. Two of
+// them say what happens to rows and tables.
+void Parser::indexOptions() {
+  static constexpr std::string_view words[] = {"PAD_INDEX",
+                                               "FILLFACTOR",
+                                               "SORT_IN_TEMPDB",
+                                               "STATISTICS_NORECOMPUTE",
+                                               "STATISTICS_INCREMENTAL",
+                                               "ONLINE",
+                                               "ALLOW_ROW_LOCKS",
+                                               "ALLOW_PAGE_LOCKS",
+                                               "MAXDOP",
+                                               "OPTIMIZE_FOR_SEQUENTIAL_KEY",
+                                               "IGNORE_DUP_KEY",
+                                               "DROP_EXISTING"};
+  expectWord("WITH");
+  const bool bracket = takeOperator("(");
+  do {
+    const auto known = std::ranges::find_if(words, [this](std::string_view word) { return isWord(word); });
+    if (known == std::end(words)) refuse("that option of an index");
+    const int option = at_++;
+    const bool valued = takeOperator("=");
+    const bool isOn = !valued || isWord("ON");
+    if (isOn && (*known == "IGNORE_DUP_KEY" || *known == "DROP_EXISTING")) {
+      throw notSupported(batch_, option, "that option of an index");
+    }
+    if (!valued) continue;
+    if (token().kind == TokenKind::Literal) {
+      structuralInteger();
+    } else if (!takeWord("ON")) {
+      expectWord("OFF");
+    }
+  } while (takeOperator(","));
+  if (bracket) expectOperator(")");
+}
+
 StatementPtr Parser::alter() {
   ++at_;
   if (!isWord("TABLE")) refuse("ALTER of that kind");
   ++at_;
-  const auto table = tableName();
-  if (isWord("WITH") && (isWord(1, "CHECK") || isWord(1, "NOCHECK"))) at_ += 2;
+  auto table = tableName();
+  bool unchecked = false;
+  if (isWord("WITH") && (isWord(1, "CHECK") || isWord(1, "NOCHECK"))) {
+    unchecked = isWord(1, "NOCHECK");
+    at_ += 2;
+    if (!isWord("ADD")) refuse("ALTER TABLE of that kind");
+  }
   if (takeWord("ADD")) {
     auto result = makeStatement(StatementKind::AlterAdd);
-    result->table = table;
+    result->table = std::move(table);
+    result->unchecked = unchecked;
     do {
       definitionItem(*result);
     } while (takeOperator(","));
     return result;
   }
-  if (!takeWord("DROP")) refuse("ALTER TABLE of that kind");
-  if (takeWord("COLUMN")) {
-    auto result = makeStatement(StatementKind::AlterDropColumn);
-    result->table = table;
-    do {
-      result->columns.push_back(name());
-    } while (takeOperator(","));
-    return result;
-  }
-  refuse("ALTER TABLE ... DROP CONSTRAINT");
+  if (takeWord("DROP")) return alterDrop(std::move(table));
+  if (isWord("ALTER") && isWord(1, "COLUMN")) return alterColumn(std::move(table));
+  refuse("ALTER TABLE of that kind");
+}
+
+StatementPtr Parser::alterColumn(tree::TableName table) {
+  auto result = makeStatement(StatementKind::AlterColumn);
+  result->table = std::move(table);
+  at_ += 2;
+  if (isWord(1, "ADD") || isWord(1, "DROP")) refuse("ALTER COLUMN of that kind");
+  result->definitions.push_back(columnDefinition(1));
+  const auto& column = result->definitions.front();
+  if (!column.constraints.empty()) throw notSupported(batch_, column.constraints.front().token, "a constraint there");
+  if (column.identity) throw notSupported(batch_, column.token, "IDENTITY in ALTER COLUMN");
+  if (isWord("WITH")) refuse("WITH in ALTER COLUMN");
+  return result;
+}
+
+// DROP [CONSTRAINT] a, b, COLUMN c, d
+StatementPtr Parser::alterDrop(tree::TableName table) {
+  auto result = makeStatement(StatementKind::AlterDrop);
+  result->table = std::move(table);
+  tree::DropItem kind;
+  do {
+    if (takeWord("COLUMN")) {
+      kind.column = true;
+    } else if (takeWord("CONSTRAINT")) {
+      kind.column = false;
+    } else if (isWord("PERIOD")) {
+      refuse("PERIOD");
+    }
+    if (isWord("IF") && isWord(1, "EXISTS")) {
+      at_ += 2;
+      kind.ifExists = true;
+    }
+    auto item = kind;
+    item.token = at_;
+    item.name = name();
+    result->drops.push_back(std::move(item));
+  } while (takeOperator(","));
+  if (isWord("WITH")) refuse("WITH in ALTER TABLE ... DROP");
+  return result;
 }
 
 StatementPtr Parser::drop() {

@@ -93,16 +93,39 @@ struct ExecuteStep {
   Verb verb = Verb::Insert;
   std::string table;  // the catalogue's spelling
   std::vector<Statement> statements;
-  int counted = 0;            // which statement's changed rows are @@ROWCOUNT; -1: not counted
-  bool setsIdentity = false;  // the table has an identity column: @@IDENTITY becomes the last row number inserted
-  bool checksKeys = false;    // foreign keys may fail: error 547
-  bool truncates = false;     // refused where foreign keys refer to the table
-  bool oneRow = false;        // one statement that adds one row: SQLite itself makes it whole or not at all
+  int counted = 0;             // which statement's changed rows are @@ROWCOUNT; -1: not counted
+  bool setsIdentity = false;   // the table has an identity column: @@IDENTITY becomes the last row number inserted
+  bool checksKeys = false;     // foreign keys may fail: error 547
+  bool truncates = false;      // refused where foreign keys refer to the table
+  bool oneRow = false;         // one statement that adds one row: SQLite itself makes it whole or not at all
+  bool makesIdentity = false;  // the engine makes the identity values, which have to be written down with the rows
+  // What SET IDENTITY_INSERT must be for the table: ON where the statement gives the values, OFF where it does not.
+  enum class GivesIdentity { Anyhow, Yes, No };
+  GivesIdentity givesIdentity = GivesIdentity::Anyhow;
 };
 
-// CREATE, ALTER, DROP. The catalogue is read anew afterwards.
+// A row of the query stands against a definition.
+struct Refusal {
+  Statement query;
+  int number = 0;
+  std::string message;
+};
+
+// The text that makes a table gets another one in SQLite's schema; its rows stay as they are stored.
+struct Redefinition {
+  std::string table;
+  bool temporary = false;
+  std::string text;
+};
+
+// CREATE, ALTER, DROP: what stands against it is looked for first, then come the parts in their order. The catalogue is
+// read anew afterwards.
 struct DdlStep {
+  std::vector<Refusal> refusals;
+  std::vector<Statement> preparations;
+  std::vector<Redefinition> redefinitions;
   std::vector<Statement> statements;
+  std::string verb;  // for messages about the rows that are there: ALTER TABLE; empty: CREATE UNIQUE INDEX
   // Of a unique index, for the message when the rows that are there do not allow it.
   std::string table;
   std::string index;
@@ -205,7 +228,9 @@ struct CursorStep {
 struct OptionStep {
   std::string name;
   bool on = false;
-  Query query;  // its value, where it has one: a text that is not empty
+  Query query = {};          // its value, where it has one: a text that is not empty
+  std::string table = {};    // of IDENTITY_INSERT, the catalogue's spelling ...
+  std::string written = {};  // ... and as it was written
 };
 
 // A statement that names tables which did not exist, or may have changed, when the batch was compiled: it is compiled

@@ -201,7 +201,9 @@ std::string referencePage() {
   }
   page +=
       "\n## Where the answer differs from SQL Server\n\n"
-      "- An identity column is an `int` when the catalogue is asked, whatever integer type it was declared with.\n"
+      "- `sysobjects` and `sys.objects` tell tables and views, not constraints; `*` of a table of the catalogue gives "
+      "the\n"
+      "  columns that are listed above.\n"
       "- The message of a duplicate key (2627, 2601) does not tell the value.\n"
       "- A text that is too long is error 8152, as under compatibility level 140 and below, not 2628.\n";
   return page;

@@ -126,6 +126,10 @@ void Writer::addSource(Source source, int token, Scope& scope) {
 bool Writer::addTable(const TableReference& reference, Scope& scope, std::string& text) {
   if (reference.schema.empty() && addCommonTable(reference, scope, text)) return true;
   if (addSystemTable(reference, scope, text)) return true;
+  if (isKnownSystemTable(reference.schema, reference.name) &&
+      (!reference.schema.empty() || catalogue_.find(reference.name) == nullptr)) {
+    throw notSupported(batch_, reference.token, "the table '" + reference.name + "' of the catalogue");
+  }
   checkDatabase(reference.database, reference.schema, reference.name, reference.token);
   const Table* table = findTable(reference.schema, reference.name, reference.token);
   readTable(*table);
@@ -182,6 +186,7 @@ bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::
   source.objectName = (reference.schema.empty() ? "" : reference.schema + ".") + reference.name;
   source.sqlAlias = nextAlias();
   source.schema = reference.schema.empty() ? "dbo" : reference.schema;
+  source.partial = !table->whole;
   for (const SystemColumn& column : table->columns) {
     source.columns.push_back(
         {std::string(column.name), column.type, source.sqlAlias + "." + quoted(column.name), {}, {}, false});

@@ -210,8 +210,8 @@ struct ColumnDefinition {
   Type type;
   std::optional<bool> nullable;
   bool identity = false;
-  long seed = 1;
-  long increment = 1;
+  std::int64_t seed = 1;
+  std::int64_t increment = 1;
   std::vector<Constraint> constraints;
 };
 
@@ -224,7 +224,8 @@ enum class StatementKind {
   CreateTable,
   CreateIndex,
   AlterAdd,
-  AlterDropColumn,
+  AlterColumn,
+  AlterDrop,
   DropTable,
   DropIndex,
   If,
@@ -250,6 +251,14 @@ enum class StatementKind {
   Save,
   Cursor,   // name, operation: the verb; query, value, columns: the variables
   RunText,  // EXEC of a text, sp_executesql
+};
+
+// What ALTER TABLE ... DROP takes off a table.
+struct DropItem {
+  std::string name;
+  bool column = false;  // otherwise a constraint
+  bool ifExists = false;
+  int token = 0;
 };
 
 struct Declaration {
@@ -292,6 +301,9 @@ struct StatementNode {
   bool unique = false;
   bool on = false;
   bool ifExists = false;
+  bool unchecked = false;             // ALTER TABLE ... WITH NOCHECK
+  std::vector<std::string> included;  // CREATE INDEX ... INCLUDE
+  std::vector<DropItem> drops;
   ExpressionPtr value;                   // SET, PRINT
   std::string operation;                 // SET @x += ...
   std::vector<ExpressionPtr> arguments;  // RAISERROR, THROW

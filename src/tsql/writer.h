@@ -51,6 +51,7 @@ struct Source {
   std::string schema;     // what a name may put before the table's; empty where nothing may stand there
   bool computed = false;  // its columns are no columns of a table in SQLite's FROM
   std::vector<SourceColumn> columns;
+  bool partial = false;  // a table of the catalogue that has more columns on SQL Server
 };
 
 // The names that an expression may use. Scopes of sub-queries point to the one around them.
@@ -222,8 +223,17 @@ class Writer {
   Statement finish(std::string_view text) const;
   std::string addParameter(const Parameter& parameter);
 
-  // While set, literals are written into the text (definitions have no parameters) and become structural.
-  void inlineLiterals(bool on) { inline_ = on; }
+  // While one lives, literals are written into the text (definitions have no parameters) and become structural.
+  class InlineLiterals {
+   public:
+    explicit InlineLiterals(Writer& writer) : writer_(writer) { writer_.inline_ = true; }
+    ~InlineLiterals() { writer_.inline_ = false; }
+    InlineLiterals(const InlineLiterals&) = delete;
+    InlineLiterals& operator=(const InlineLiterals&) = delete;
+
+   private:
+    Writer& writer_;
+  };
   void structural(int literal);
   [[noreturn]] void fail(int token, Message message, std::initializer_list<std::string_view> inserts = {}) const;
   [[noreturn]] void fail(int token, int number, std::string message) const;
@@ -234,6 +244,7 @@ class Writer {
   int variableSlot(const std::string& name, int token) const;
   std::string nextAlias() { return "t" + std::to_string(++aliases_); }
   const ShapedBatch& batch() const { return batch_; }
+  const std::string& database() const { return options_.database; }
   const Catalogue& catalogue() const { return catalogue_; }
   Program& program() { return program_; }
 

@@ -51,6 +51,14 @@ class HarnessSession final : public Session {
   std::int32_t transactionCount() const override { return transactions_; }
   std::optional<std::int64_t> identity() const override { return identity_; }
   std::optional<std::int64_t> scopeIdentity() const override { return identity_; }
+  std::optional<std::int64_t> lastIdentityOf(std::string_view table) override {
+    const auto found = made_.find(std::string(table));
+    return found == made_.end() ? std::nullopt : std::optional(found->second);
+  }
+  void gaveIdentity(std::string_view table, std::int64_t value, bool isLast) override {
+    identity_ = value;
+    if (isLast) made_[std::string(table)] = value;
+  }
   std::string databaseName() const override { return "Accounts"; }
   std::string userName() const override { return "dbo"; }
   std::string version() const override { return "Test server"; }
@@ -68,6 +76,7 @@ class HarnessSession final : public Session {
   RandomState& random() override { return random_; }
   std::array<std::byte, 16> uniqueBytes() override { return {}; }
 
+  std::map<std::string, std::int64_t> made_;  // the last identity values of tables
   sqlite3* database_ = nullptr;
   std::int64_t rowCount_ = 0;
   std::int32_t error_ = 0;
@@ -247,26 +256,32 @@ struct EngineHarness::State : Catalogue {
   Shared shared;
   sqlite3* database = nullptr;
   std::vector<std::unique_ptr<Registered>> registered;
-  mutable std::map<std::string, std::unique_ptr<Table>> tables;
+  mutable std::map<std::string, std::unique_ptr<Table>> tableMap;
   std::uint64_t schema = 1;
   std::vector<Result> variables;
+  std::string identityInsert;     // the table that has it ON
   std::vector<Result> rowValues;  // that AssignStep::forRow is run for
   int leaving = 0;                // breakOuter or continueOuter on its way out of deferred steps
 
   // --- the catalogue, read anew after each definition
   const Table* find(std::string_view name) const override {
-    for (const auto& [key, table] : tables) {
+    for (const auto& [key, table] : tableMap) {
       if (sameName(table->name, name)) return table.get();
     }
     return nullptr;
   }
   const Table* findByIndex(std::string_view name) const override {
-    for (const auto& [key, table] : tables) {
+    for (const auto& [key, table] : tableMap) {
       for (const Index& index : table->indexes) {
         if (sameName(index.name, name)) return table.get();
       }
     }
     return nullptr;
+  }
+  std::vector<const Table*> tables() const override {
+    std::vector<const Table*> all;
+    for (const auto& [key, table] : tableMap) all.push_back(table.get());
+    return all;
   }
   std::uint64_t version() const override { return schema; }
 
@@ -287,9 +302,9 @@ struct EngineHarness::State : Catalogue {
            table->name = shownValue(s, 0);
            table->temporary = schemaName == "temp";
            const std::string name = table->name;
-           tables[name] = std::move(table);
+           tableMap[name] = std::move(table);
          });
-    for (auto& [name, table] : tables) {
+    for (auto& [name, table] : tableMap) {
       if (table->temporary != (schemaName == "temp")) continue;
       readTable(*table, schemaName);
     }
@@ -297,8 +312,10 @@ struct EngineHarness::State : Catalogue {
 
   void readTable(Table& table, const std::string& schemaName) {
     bool identity = false;
-    each("SELECT sql FROM " + schemaName + ".sqlite_schema WHERE name='" + table.name + "'",
-         [&](sqlite3_stmt* s) { identity = shownValue(s, 0).find("AUTOINCREMENT") != std::string::npos; });
+    each("SELECT sql FROM " + schemaName + ".sqlite_schema WHERE name='" + table.name + "'", [&](sqlite3_stmt* s) {
+      table.text = shownValue(s, 0);
+      identity = table.text.find("AUTOINCREMENT") != std::string::npos;
+    });
     each("SELECT name,type,\"notnull\",dflt_value,pk FROM pragma_table_info('" + table.name + "')",
          [&](sqlite3_stmt* s) {
            Column column;
@@ -309,14 +326,17 @@ struct EngineHarness::State : Catalogue {
            column.type = type->orNull(sqlite3_column_int(s, 2) == 0 && !key);
            column.identity = identity && key;
            if (sqlite3_column_type(s, 3) != SQLITE_NULL) column.defaultText = shownValue(s, 3);
+           readIdentity(column);
            table.columns.push_back(column);
          });
     each("SELECT name,\"unique\",origin FROM pragma_index_list('" + table.name + "')", [&](sqlite3_stmt* s) {
       Index index;
-      index.name = shownValue(s, 0);
+      const std::string stored = shownValue(s, 0);
+      index.name = stored;
       index.unique = sqlite3_column_int(s, 1) != 0;
       index.primary = shownValue(s, 2) == "pk";
-      each("SELECT cid FROM pragma_index_info('" + index.name + "')", [&](sqlite3_stmt* c) {
+      if (shownValue(s, 2) == "c") table.nameIndex(index, stored);
+      each("SELECT cid FROM pragma_index_info('" + stored + "')", [&](sqlite3_stmt* c) {
         if (sqlite3_column_int(c, 0) >= 0) index.columns.push_back(sqlite3_column_int(c, 0));
       });
       table.indexes.push_back(std::move(index));
@@ -324,7 +344,7 @@ struct EngineHarness::State : Catalogue {
   }
 
   void readCatalogue() {
-    tables.clear();
+    tableMap.clear();
     readSchema("main");
     readSchema("temp");
     ++schema;
@@ -463,6 +483,11 @@ struct EngineHarness::State : Catalogue {
     return output;
   }
   std::string run(const ExecuteStep& step, const Program&, const ShapedBatch& batch, int&, bool&) {
+    if (step.givesIdentity == ExecuteStep::GivesIdentity::Yes && identityInsert != step.table) {
+      throw SqlError(544, 16,
+                     "Cannot insert explicit value for identity column in table '" + step.table +
+                         "' when IDENTITY_INSERT is set to OFF.");
+    }
     sqlite3_exec(database, "SAVEPOINT statement", nullptr, nullptr, nullptr);
     try {
       for (std::size_t i = 0; i < step.statements.size(); ++i) {
@@ -474,13 +499,28 @@ struct EngineHarness::State : Catalogue {
       throw;
     }
     sqlite3_exec(database, "RELEASE statement", nullptr, nullptr, nullptr);
-    if (step.setsIdentity) shared.session.identity_ = sqlite3_last_insert_rowid(database);
+    if (step.setsIdentity && !step.makesIdentity) shared.session.identity_ = sqlite3_last_insert_rowid(database);
     return {};
   }
   std::string run(const DdlStep& step, const Program&, const ShapedBatch& batch, int&, bool&) {
+    for (const auto& refusal : step.refusals) {
+      execute(refusal.query, batch, [&](sqlite3_stmt*) { throw SqlError(refusal.number, 16, refusal.message); });
+    }
+    for (const auto& statement : step.preparations) execute(statement, batch, [](sqlite3_stmt*) {});
+    for (const auto& change : step.redefinitions) redefine(change);
     for (const auto& statement : step.statements) execute(statement, batch, [](sqlite3_stmt*) {});
     readCatalogue();
     return {};
+  }
+  void redefine(const Redefinition& change) {
+    sqlite3_db_config(database, SQLITE_DBCONFIG_WRITABLE_SCHEMA, 1, nullptr);
+    sqlite3_stmt* update = nullptr;
+    sqlite3_prepare_v2(database, "UPDATE sqlite_schema SET sql=?1 WHERE name=?2", -1, &update, nullptr);
+    sqlite3_bind_text(update, 1, change.text.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_bind_text(update, 2, change.table.c_str(), -1, SQLITE_TRANSIENT);
+    sqlite3_step(update);
+    sqlite3_finalize(update);
+    sqlite3_exec(database, "PRAGMA writable_schema=RESET", nullptr, nullptr, nullptr);
   }
   std::string run(const JumpUnlessStep& step, const Program&, const ShapedBatch& batch, int& next, bool&) {
     bool holds = false;
@@ -565,7 +605,10 @@ struct EngineHarness::State : Catalogue {
   std::string run(const CursorStep&, const Program&, const ShapedBatch&, int&, bool&) {
     throw SqlError(50004, 16, "cursors are run by the embedded engine only");
   }
-  std::string run(const OptionStep&, const Program&, const ShapedBatch&, int&, bool&) { return {}; }
+  std::string run(const OptionStep& step, const Program&, const ShapedBatch&, int&, bool&) {
+    if (!step.table.empty()) identityInsert = step.on ? step.table : std::string();
+    return {};
+  }
   std::string run(const DeferredStep& step, const Program& program, const ShapedBatch& batch, int& next, bool& ended) {
     const Program inner = compileDeferred(batch, program, step, *this);
     std::string output = steps(inner, batch, ended);

@@ -15,8 +15,8 @@ namespace {
 TEST(Registry, EveryFunctionHasATestRow) {
   for (const Function& function : registry().functions) {
     bool tested = false;
-    for (const auto* rows :
-         {&conversionRows(), &operatorRows(), &textRows(), &dateRows(), &numberRows(), &systemRows(), &messageRows()}) {
+    for (const auto* rows : {&conversionRows(), &operatorRows(), &textRows(), &dateRows(), &numberRows(), &systemRows(),
+                             &messageRows(), &identityRows()}) {
       tested = tested ||
                std::any_of(rows->begin(), rows->end(), [&](const CallRow& row) { return row.name == function.name; });
     }

@@ -73,7 +73,8 @@ class FixedSession : public Session {
                               {"title", Type::text(TypeKind::NVarChar, 20), false, {}}},
                              {},
                              false,
-                             false};
+                             false,
+                             {}};
     return name == table.name ? &table : nullptr;
   }
   std::int64_t rowCount() const override { return 3; }
@@ -81,6 +82,10 @@ class FixedSession : public Session {
   std::int32_t transactionCount() const override { return 1; }
   std::optional<std::int64_t> identity() const override { return 17; }
   std::optional<std::int64_t> scopeIdentity() const override { return std::nullopt; }
+  std::optional<std::int64_t> lastIdentityOf(std::string_view table) override {
+    return table == "old" ? std::optional<std::int64_t>(99) : std::nullopt;
+  }
+  void gaveIdentity(std::string_view, std::int64_t, bool) override {}
   std::string databaseName() const override { return "Accounts"; }
   std::string userName() const override { return "dbo"; }
   std::string version() const override { return "Version"; }
@@ -182,6 +187,7 @@ const std::vector<CallRow>& dateRows();
 const std::vector<CallRow>& numberRows();
 const std::vector<CallRow>& systemRows();
 const std::vector<CallRow>& messageRows();
+const std::vector<CallRow>& identityRows();
 struct AggregateCase {
   std::string_view name;
   std::vector<std::vector<Datum>> rows;
