@@ -426,6 +426,8 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
   bool grows = false;
   for (const auto& item : select.items) {
     if (item.variable.empty()) failMixed(item.token);
+  }
+  for (const auto& item : select.items) {
     step.slots.push_back(writer_.variableSlot(item.variable, item.token));
     const auto uses = [&](const auto& other) { return usesVariable(*other.expression, item.variable); };
     grows = grows || std::ranges::any_of(select.items, uses);
@@ -448,7 +450,6 @@ void BatchCompiler::selectVariables(const StatementNode& node, const tree::Selec
 // Without rows, each variable has its value before the next one is looked at.
 void BatchCompiler::selectInTurn(const StatementNode& node, const tree::Select& select) {
   for (const auto& item : select.items) {
-    if (item.variable.empty()) failMixed(item.token);
     assignVariable(node, item.variable, *item.expression, {}, item.token);
   }
 }
