@@ -13,11 +13,6 @@ char upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-bool equalsUpper(std::string_view word, std::string_view capitals) {
-  return word.size() == capitals.size() &&
-         std::equal(word.begin(), word.end(), capitals.begin(), [](char a, char b) { return upper(a) == b; });
-}
-
 // Sorted. The words that may not be names without brackets.
 constexpr std::array<std::string_view, 123> reserved{
     "ADD",      "ALL",    "ALTER",     "AND",         "ANY",        "AS",          "ASC",        "BEGIN",
@@ -88,19 +83,9 @@ Parser::Depth::Depth(Parser& parser) : parser_(parser) {
   }
 }
 
-const Token& Parser::peek(int ahead) const {
-  const auto index = std::min(static_cast<std::size_t>(at_ + ahead), batch_.tokens.size() - 1);
-  return batch_.tokens[index];
-}
-
-bool Parser::isWord(int ahead, std::string_view capitals) const {
-  const Token& next = peek(ahead);
-  return next.kind == TokenKind::Word && equalsUpper(text(next), capitals);
-}
-
-bool Parser::isOperator(int ahead, std::string_view symbol) const {
-  const Token& next = peek(ahead);
-  return next.kind == TokenKind::Operator && text(next) == symbol;
+// The word is as long as the capitals.
+bool Parser::equalsUpper(std::string_view word, std::string_view capitals) {
+  return std::equal(word.begin(), word.end(), capitals.begin(), [](char a, char b) { return upper(a) == b; });
 }
 
 bool Parser::takeWord(std::string_view capitals) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -28,11 +29,22 @@ class Parser {
   const Token& token() const { return batch_.tokens[static_cast<std::size_t>(at_)]; }
   std::string_view text(const Token& token) const { return batch_.text.substr(token.begin, token.end - token.begin); }
   std::string_view here() const { return text(token()); }
-  const Token& peek(int ahead) const;
+  // These are asked several times a token, hence here.
+  const Token& peek(int ahead) const {
+    return batch_.tokens[std::min(static_cast<std::size_t>(at_ + ahead), batch_.tokens.size() - 1)];
+  }
+  static bool equalsUpper(std::string_view word, std::string_view capitals);
   bool isWord(std::string_view upper) const { return isWord(0, upper); }
-  bool isWord(int ahead, std::string_view upper) const;
+  bool isWord(int ahead, std::string_view upper) const {
+    const Token& next = peek(ahead);
+    return next.kind == TokenKind::Word && static_cast<std::size_t>(next.end - next.begin) == upper.size() &&
+           equalsUpper(text(next), upper);
+  }
   bool isOperator(std::string_view symbol) const { return isOperator(0, symbol); }
-  bool isOperator(int ahead, std::string_view symbol) const;
+  bool isOperator(int ahead, std::string_view symbol) const {
+    const Token& next = peek(ahead);
+    return next.kind == TokenKind::Operator && text(next) == symbol;
+  }
   bool isEnd() const { return token().kind == TokenKind::End; }
   bool takeWord(std::string_view upper);
   bool takeOperator(std::string_view symbol);
