@@ -172,8 +172,8 @@ void Session::save(const std::string& name) {
   if (depth_ == 0) throw tsql::SqlError(tsql::Message::SaveWithoutBegin);
   if (doomed_) throw tsql::SqlError(tsql::Message::Uncommittable);
   settleRunning();
-  runOwn("SAVEPOINT " + quotedName("save " + name));
   savepoints_.push_back(name);
+  runOwn("SAVEPOINT save_" + std::to_string(savepoints_.size()));
 }
 
 void Session::rollbackTo(const std::string& name) {
@@ -186,8 +186,8 @@ void Session::rollbackTo(const std::string& name) {
   if (doomed_) throw tsql::SqlError(tsql::Message::UncommittableSave);
   settleRunning();
   tableVariables_.keep();
-  runOwn("ROLLBACK TO " + quotedName("save " + name));
   savepoints_.erase(found.base(), savepoints_.end());
+  runOwn("ROLLBACK TO save_" + std::to_string(savepoints_.size()));
   if (definitionsChanged_) catalogue_.invalidate();
   if (!usedIdentities_.empty()) keepIdentities();
   tableVariables_.putBack();

@@ -214,7 +214,7 @@ class Session final : public tsql::Session {
   bool abortsTransactions_ = false;
   bool doomed_ = false;
   std::string transactionName_;
-  std::vector<std::string> savepoints_;  // of the open transaction, in their order
+  std::vector<std::string> savepoints_;  // of the open transaction; SQLite knows them by their places here, from 1
   TableVariables tableVariables_{*this};
   Cursors cursors_;
   int dateFirst_ = 7;
