@@ -8,6 +8,7 @@
 #include "embedded/batch_interpreter.h"
 #include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
+#include "embedded/values.h"
 #include "rowset/utf8.h"
 #include "tsql/convert.h"
 #include "tsql/error_reach.h"
@@ -31,26 +32,6 @@ Datum literalDatum(const tsql::Literal& literal) {
   if (literal.type.isBinary())
     return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
   return {literal.text};
-}
-
-Result columnResult(sqlite3_stmt* statement, int column) {
-  const auto cell = Cell::of(statement, column);
-  switch (cell.kind) {
-    case Cell::Kind::integer:
-      return {cell.integer};
-    case Cell::Kind::real:
-      return {cell.real};
-    case Cell::Kind::text:
-      return {std::string(cell.text())};
-    case Cell::Kind::bytes: {
-      const auto* bytes = reinterpret_cast<const std::byte*>(cell.data);
-      return {tsql::Bytes(bytes, bytes + cell.size)};
-    }
-    case Cell::Kind::null:
-    case Cell::Kind::unread:
-      break;
-  }
-  return {};
 }
 
 std::string quotedText(std::string_view text) {

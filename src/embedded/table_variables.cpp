@@ -2,35 +2,15 @@
 
 #include <utility>
 
-#include "embedded/cell.h"
 #include "embedded/program_cache.h"
 #include "embedded/session.h"
+#include "embedded/values.h"
 
 namespace tolvane::embedded {
 namespace {
 
 std::string tableName(const tsql::TableVariable& variable) {
   return "temp." + quotedName(variable.table->name);
-}
-
-tsql::Result storedValue(sqlite3_stmt* statement, int column) {
-  const auto cell = Cell::of(statement, column);
-  switch (cell.kind) {
-    case Cell::Kind::integer:
-      return {cell.integer};
-    case Cell::Kind::real:
-      return {cell.real};
-    case Cell::Kind::text:
-      return {std::string(cell.text())};
-    case Cell::Kind::bytes: {
-      const auto* bytes = reinterpret_cast<const std::byte*>(cell.data);
-      return {tsql::Bytes(bytes, bytes + cell.size)};
-    }
-    case Cell::Kind::null:
-    case Cell::Kind::unread:
-      break;
-  }
-  return {};
 }
 
 void bindStored(sqlite3_stmt* statement, int position, const tsql::Result& value) {
@@ -134,7 +114,7 @@ void TableVariables::keep() {
       const auto rows = session_.own("SELECT * FROM " + tableName(variable) + " ORDER BY _rowid_");
       while (session_.database().stepOwn(rows.get())) {
         std::vector<tsql::Result> row;
-        for (int i = 0; i < sqlite3_column_count(rows.get()); ++i) row.push_back(storedValue(rows.get(), i));
+        for (int i = 0; i < sqlite3_column_count(rows.get()); ++i) row.push_back(columnResult(rows.get(), i));
         kept.rows.push_back(std::move(row));
       }
     }

@@ -318,4 +318,24 @@ Type parameterType(const Parameter& parameter) {
   throw AutomationError(AdoError::badParameter, std::string(commandSource));
 }
 
+tsql::Result columnResult(sqlite3_stmt* statement, int column) {
+  const auto cell = Cell::of(statement, column);
+  switch (cell.kind) {
+    case Cell::Kind::integer:
+      return {cell.integer};
+    case Cell::Kind::real:
+      return {cell.real};
+    case Cell::Kind::text:
+      return {std::string(cell.text())};
+    case Cell::Kind::bytes: {
+      const auto* bytes = reinterpret_cast<const std::byte*>(cell.data);
+      return {tsql::Bytes(bytes, bytes + cell.size)};
+    }
+    case Cell::Kind::null:
+    case Cell::Kind::unread:
+      break;
+  }
+  return {};
+}
+
 }  // namespace tolvane::embedded

@@ -24,4 +24,7 @@ namespace tolvane::embedded {
 /// The type that the compiler gives to a command's "?" parameter.
 [[nodiscard]] tsql::Type parameterType(const Parameter& parameter);
 
+/// A copy of a column of the row that a statement stands on.
+[[nodiscard]] tsql::Result columnResult(sqlite3_stmt* statement, int column);
+
 }  // namespace tolvane::embedded

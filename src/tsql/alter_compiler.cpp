@@ -16,6 +16,12 @@ std::string nameOfDefault(const Table& table, const ColumnText& column, const Ta
   return clause.name.empty() ? madeUpName("DF", table.name, column.name, 0) : clause.name;
 }
 
+// The value of a clause DEFAULT, as SQLite's text of it: a constant, or an expression in brackets.
+std::string defaultOf(const TableClause& clause) {
+  constexpr std::string_view keyword = "DEFAULT ";
+  return clause.text.substr(keyword.size());
+}
+
 bool isIdentityClause(const TableClause& clause) {
   return clause.text.starts_with("DEFAULT (ts_identity(");
 }
@@ -83,12 +89,12 @@ void BatchCompiler::alterAdd(const StatementNode& node) {
     defineColumn(whole, definition);
   }
   addConstraints(whole, node);
-  for (const auto& definition : node.definitions) fillColumn(whole, definition);
+  for (const auto& definition : node.definitions) fillColumn(whole, node, definition);
   add(node, finish(std::move(whole)));
 }
 
 // What the rows that are there get in a new column.
-void BatchCompiler::fillColumn(Definition& whole, const tree::ColumnDefinition& definition) {
+void BatchCompiler::fillColumn(Definition& whole, const StatementNode& node, const tree::ColumnDefinition& definition) {
   Table& table = whole.table;
   const Column& column = table.columns[static_cast<std::size_t>(table.find(definition.name))];
   const TableClause* clause = whole.text.find(column.name)->find("DEFAULT");
@@ -107,10 +113,21 @@ void BatchCompiler::fillColumn(Definition& whole, const tree::ColumnDefinition& 
     return;
   }
   const bool filled = !column.type.nullable || std::ranges::any_of(definition.constraints, withValues);
-  constexpr std::string_view keyword = "DEFAULT ";
-  // SQLite would show the rows that are there the default; null is written into them.
-  const std::string value = filled ? clause->text.substr(keyword.size()) : "NULL";
+  const std::string text = defaultOf(*clause);
+  // SQLite shows the rows that are there a constant, without a byte written; their documents may be long. Other values
+  // are written into them, and null is, too. So are constants that a constraint has to be asked about.
+  const bool onlyDefault = std::ranges::all_of(definition.constraints, [](const tree::Constraint& constraint) {
+    return constraint.kind == tree::Constraint::Kind::Default;
+  });
+  if (filled && onlyDefault && node.constraints.empty() && !text.starts_with("(")) return;
+  const std::string value = filled ? text : "NULL";
   whole.step.statements.push_back({"UPDATE " + name + " SET " + quoted(column.name) + "=" + value, {}});
+}
+
+// Rows that were stored before a column came show its default, until that changes.
+void BatchCompiler::writeOut(Definition& whole, const std::string& column) {
+  const std::string name = schemaOf(whole.table) + quoted(whole.table.name);
+  whole.step.preparations.push_back({"UPDATE " + name + " SET " + quoted(column) + "=" + quoted(column), {}});
 }
 
 // --- DROP
@@ -177,10 +194,7 @@ void BatchCompiler::dropConstraint(Definition& whole, const tree::DropItem& item
       return;
     }
     if (found == column.clauses.end()) continue;
-    // Rows that were stored before the column came show its default.
-    whole.step.preparations.push_back(
-        {"UPDATE " + schemaOf(table) + quoted(table.name) + " SET " + quoted(column.name) + "=" + quoted(column.name),
-         {}});
+    writeOut(whole, column.name);
     column.clauses.erase(found);
     return;
   }
@@ -290,6 +304,13 @@ void BatchCompiler::alterColumn(const StatementNode& node) {
   std::erase_if(text->clauses, [](const TableClause& clause) { return clause.begins("NOT"); });
   if (!after.nullable) text->clauses.insert(text->clauses.begin(), {{}, "NOT NULL", {}});
   if (before.orNull() != after.orNull()) {
+    for (TableClause& clause : text->clauses) {
+      if (!clause.begins("DEFAULT") || grows(before, after)) continue;
+      // The default has to look as values of the new type do.
+      writeOut(whole, column.name);
+      value.sql = defaultOf(clause);
+      clause.text = "DEFAULT (" + writer_.assign(value, table, column, "INSERT") + ")";
+    }
     whole.step.statements.push_back({"UPDATE " + name + " SET " + quoted(column.name) + "=" + converted, {}});
   }
   add(node, finish(std::move(whole)));

@@ -143,7 +143,8 @@ class BatchCompiler {
 
   // ALTER TABLE (alter_compiler.cpp).
   void alterAdd(const tree::StatementNode& node);
-  void fillColumn(Definition& whole, const tree::ColumnDefinition& definition);
+  void fillColumn(Definition& whole, const tree::StatementNode& node, const tree::ColumnDefinition& definition);
+  static void writeOut(Definition& whole, const std::string& column);
   void alterDrop(const tree::StatementNode& node);
   void dropConstraint(Definition& whole, const tree::DropItem& item);
   void dropColumn(Definition& whole, const tree::DropItem& item);
