@@ -53,7 +53,7 @@ void BatchRun::openCursor(Cursor& cursor, const std::string& name, int line) {
   if (cursor.open) throw tsql::SqlError(16905, 16, "The cursor is already open.");
   session_->catalogue().refresh();
   if (cursor.catalogueVersion != session_->catalogue().version()) {
-    throw tsql::SqlError(40517, 16,
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
                          "'" + name + "' in line " + std::to_string(line) +
                              ": opening a cursor after tables have been changed is not supported.");
   }
@@ -90,7 +90,7 @@ void BatchRun::fetchInto(CompiledProgram& program, std::size_t index, const tsql
                          "fetch: The fetch type " + std::string(name) + " cannot be used with forward only cursors.");
   }
   if (cursor.stale) {
-    throw tsql::SqlError(40517, 16,
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
                          "'" + step.name + "' in line " + std::to_string(program.program.steps[index].line) +
                              ": a cursor over a table that has been changed is not supported.");
   }

@@ -15,7 +15,6 @@ constexpr int fatalSeverity = 20;  // and above
 constexpr int highestSeverity = 25;
 constexpr int highestState = 255;
 constexpr int highestMessageSeverity = 10;
-constexpr int refusedNumber = 40517;
 
 }  // namespace
 
@@ -25,7 +24,7 @@ void BatchRun::handle(tsql::SqlError error) {
   session_->setLastError(error.number());
   session_->setRowCount(0);
   // What is refused is not what a handler is there for.
-  const bool refused = error.number() == refusedNumber;
+  const bool refused = error.number() == tsql::notSupportedNumber;
   const bool compiling = std::exchange(notCaught_, false);
   if (!refused && !compiling && caughtHere(error)) return;
   if (!refused && (handledOutside_ || (!compiling && isHandled(frames_.size() - 1)))) {
@@ -106,7 +105,7 @@ void BatchRun::runRaise(CompiledProgram& program, std::size_t index, const tsql:
   const int line = program.program.steps[index].line;
   if (severity >= severityToLog && !step.logs) throw tsql::SqlError(tsql::Message::SeverityWithoutLog);
   if (severity >= fatalSeverity) {
-    throw tsql::SqlError(40517, 16,
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
                          "'RAISERROR' in line " + std::to_string(line) + ": a severity above 19 is not supported.");
   }
   if (step.numbered) runRaiseOfNumber(values[0].isNull() ? 0 : values[0].integer(), severity, state, line);
@@ -121,7 +120,7 @@ void BatchRun::runRaiseOfNumber(std::int64_t number, int severity, int state, in
     throw tsql::SqlError(tsql::Message::MessageNumber, {std::to_string(number)});
   }
   if (number < userError) {
-    throw tsql::SqlError(40517, 16,
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
                          "'RAISERROR' in line " + std::to_string(line) + ": a message of the server is not supported.");
   }
   throw tsql::SqlError(tsql::Message::MessageNotFound,

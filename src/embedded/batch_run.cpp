@@ -18,7 +18,6 @@ namespace {
 
 constexpr int userError = 50000;
 constexpr int nullError = 515;
-constexpr int refusedNumber = 40517;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
 
@@ -113,7 +112,7 @@ BatchResult BatchRun::run(FirstRead firstRead) {
 
 void BatchRun::beginTableVariables() {
   if (tablesOutside_) {
-    throw tsql::SqlError(refusedNumber, 16,
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
                          "'" + compiled_->program.tableVariables.front().table->name +
                              "' in line 1: a table variable beside those of the batch around is not supported.");
   }

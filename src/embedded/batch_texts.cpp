@@ -8,7 +8,6 @@
 namespace tolvane::embedded {
 namespace {
 
-constexpr int refusedNumber = 40517;
 constexpr int deepestText = 32;
 
 }  // namespace
@@ -51,8 +50,8 @@ void BatchRun::takeOver(BatchRun& inner) {
   } catch (const tsql::SqlError& error) {
     leave();
     // The text could not be compiled, or its error goes to a handler of this batch.
-    const bool handled = error.number() != refusedNumber && (handledOutside_ || isHandled(frames_.size()));
-    if (handled || error.number() == refusedNumber) throw;
+    const bool handled = error.number() != tsql::notSupportedNumber && (handledOutside_ || isHandled(frames_.size()));
+    if (handled || error.number() == tsql::notSupportedNumber) throw;
     session_->setLastError(error.number());
     session_->setRowCount(0);
     if (!firstError_) firstError_ = error;
@@ -77,7 +76,8 @@ void BatchRun::takeOver(BatchRun& inner) {
 // sp_executesql: text, declarations, values.
 void BatchRun::runParameterized(const tsql::RunTextStep& step, const std::vector<Result>& values) {
   const auto refuse = [](const std::string& word, std::string_view what) {
-    return tsql::SqlError(refusedNumber, 16, "'" + word + "' in line 1: " + std::string(what) + " is not supported.");
+    return tsql::SqlError(tsql::notSupportedNumber, 16,
+                          "'" + word + "' in line 1: " + std::string(what) + " is not supported.");
   };
   static constexpr std::string_view own[] = {"@statement", "@parameters"};
   for (std::size_t i = 0; i < step.arguments.size() && i < std::size(own); ++i) {

@@ -248,7 +248,8 @@ void Database::fail(int resultCode) {
   const std::string message = sqlite3_errmsg(handle_.get());
   if ((resultCode & 0xFF) == SQLITE_CONSTRAINT) throw ConstraintFailure(resultCode, message);
   if (saysLimit(message)) {
-    throw tsql::SqlError(40517, 16, "A statement of this depth or width is not supported: " + message + ".");
+    throw tsql::SqlError(tsql::notSupportedNumber, 16,
+                         "A statement of this depth or width is not supported: " + message + ".");
   }
   throw storageError(name_, resultCode, message);
 }

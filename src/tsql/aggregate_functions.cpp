@@ -312,7 +312,7 @@ constexpr std::array aggregates{
 }  // namespace
 
 void AggregateState::leave(Call& /*call*/) {
-  throw SqlError(40517, 16, "A moving window of this aggregate is not supported.");
+  throw SqlError(notSupportedNumber, 16, "A moving window of this aggregate is not supported.");
 }
 
 std::span<const Aggregate> aggregateFunctions() {

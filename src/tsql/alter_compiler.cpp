@@ -62,7 +62,7 @@ BatchCompiler::Definition BatchCompiler::altered(const Table& table) const {
   whole.step.verb = "ALTER TABLE";
   whole.step.table = "dbo." + table.name;
   auto text = TableText::of(table.text);
-  if (!text) throw SqlError(40517, 16, "Altering '" + table.name + "' is not supported.");
+  if (!text) throw SqlError(notSupportedNumber, 16, "Altering '" + table.name + "' is not supported.");
   whole.text = std::move(*text);
   return whole;
 }

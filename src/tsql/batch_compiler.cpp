@@ -12,8 +12,6 @@ using tree::StatementNode;
 
 namespace {
 
-constexpr int notSupportedNumber = 40517;
-
 bool isDefinition(StatementKind kind) {
   return kind == StatementKind::CreateTable || kind == StatementKind::CreateIndex || kind == StatementKind::AlterAdd ||
          kind == StatementKind::AlterDrop || kind == StatementKind::AlterColumn || kind == StatementKind::DropTable ||

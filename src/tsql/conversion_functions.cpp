@@ -31,11 +31,10 @@ Result convertCall(Call& call) {
 // the same.
 Result tryConvertCall(Call& call) {
   constexpr int invalidStyle = 281;
-  constexpr int notSupported = 40517;
   try {
     return convertCall(call);
   } catch (const SqlError& error) {
-    if (error.number() == invalidStyle || error.number() == notSupported) throw;
+    if (error.number() == invalidStyle || error.number() == notSupportedNumber) throw;
     return {};
   }
 }

@@ -412,7 +412,8 @@ std::span<const DateStyle> dateStyles() {
 
 const DateStyle* findDateStyle(int style) {
   if (style == 130 || style == 131) {
-    throw SqlError(40517, 16, "'" + std::to_string(style) + "': a style of the Hijri calendar is not supported.");
+    throw SqlError(notSupportedNumber, 16,
+                   "'" + std::to_string(style) + "': a style of the Hijri calendar is not supported.");
   }
   const auto* const found =
       std::find_if(styles.begin(), styles.end(), [style](const DateStyle& row) { return row.style == style; });

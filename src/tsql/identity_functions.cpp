@@ -78,7 +78,8 @@ Result givenIdentity(Call& call) {
     value = given.integer();
   } else {
     constexpr std::size_t digits = 18;
-    if (given.text().size() > digits) throw SqlError(40517, 16, "An identity value of that size is not supported.");
+    if (given.text().size() > digits)
+      throw SqlError(notSupportedNumber, 16, "An identity value of that size is not supported.");
     value = std::stoll(std::string(given.text()));
   }
   const auto last = call.session.lastIdentityOf(identity.table);
@@ -108,7 +109,8 @@ Result defaultText(Call& call) {
   if (type && type->isText() && value.starts_with('\'')) {
     return Result((type->isUnicode() ? "(N" : "(") + value + ")");
   }
-  throw SqlError(40517, 16, "The definition of the default of column '" + column->name + "' is not supported.");
+  throw SqlError(notSupportedNumber, 16,
+                 "The definition of the default of column '" + column->name + "' is not supported.");
 }
 
 constexpr std::array functions{

@@ -233,7 +233,7 @@ class Lexer {
     for (const std::string_view known : {"IDENTITY", "ROWGUID", "PARTITION", "ACTION"}) {
       if (!sameName(word, known)) continue;
       throw SqlError(
-          40517, 16,
+          notSupportedNumber, 16,
           "'$" + std::string(word) + "' in line " + std::to_string(line()) + ": a column by its role is not supported.")
           .at(line());
     }

@@ -66,7 +66,7 @@ int lineOf(const ShapedBatch& batch, int token) {
 SqlError notSupported(const ShapedBatch& batch, int token, std::string_view what) {
   const Token& at = batch.tokens[static_cast<std::size_t>(token)];
   const int line = lineOf(batch, token);
-  return SqlError(40517, 16,
+  return SqlError(notSupportedNumber, 16,
                   "'" + std::string(batch.text.substr(at.begin, at.end - at.begin)) + "' in line " +
                       std::to_string(line) + ": " + std::string(what) + " is not supported.")
       .at(line);

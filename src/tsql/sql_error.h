@@ -100,6 +100,9 @@ enum class Message {
   Count_
 };
 
+// The number of everything that T-SQL has and this engine has not.
+constexpr int notSupportedNumber = 40517;
+
 // An error with SQL Server's number and words. A failed statement leaves its data untouched; this says what is told.
 class SqlError : public std::exception {
  public:

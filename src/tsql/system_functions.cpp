@@ -157,7 +157,7 @@ Result columnName(Call& call) {
 }
 
 [[noreturn]] void refuseProperty(std::string_view function, std::string_view property) {
-  throw SqlError(40517, 16,
+  throw SqlError(notSupportedNumber, 16,
                  "'" + std::string(property) + "': this property of " + std::string(function) + " is not supported.");
 }
 

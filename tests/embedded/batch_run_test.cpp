@@ -43,11 +43,13 @@ std::vector<std::string> statements() {
   return all;
 }
 
-TEST(BatchRun, ANameWithTheCharacterZeroNeverReachesSqlite) {
+TEST(BatchRun, TheCharacterZeroNeverReachesSqliteInNamesOrDefinitions) {
   using namespace std::string_literals;
   fuzz::FuzzedAccountSet set;
-  for (const auto& batch : {"create table [a\0b] (id int)"s, "select 1 as 'a\0b' into #t"s, "select 1 as [a\0b]"s,
-                            "select 'a\0b' = 1"s, "select 1 as \"a\0b\""s}) {
+  for (const auto& batch :
+       {"create table [a\0b] (id int)"s, "select 1 as 'a\0b' into #t"s, "select 1 as [a\0b]"s, "select 'a\0b' = 1"s,
+        "select 1 as \"a\0b\""s, "create table z (a int default 'a\0b')"s,
+        "create table z (a varchar(5) default 'a\0b')"s, "create table z (a varchar(5) check (a <> 'a\0b'))"s}) {
     const auto found = set.run(batch);
     EXPECT_FALSE(found) << *found;
   }
