@@ -359,9 +359,10 @@ Typed Writer::column(const Expression& expression, Scope* scope) {
     }
     if (found != nullptr) {
       if (at != scope) at->usedInside = true;
-      // SQLite does not let the ORDER BY of a sub-query see the queries around it.
+      // SQLite does not let the ORDER BY and GROUP BY of a sub-query see the queries around it.
       for (const Scope* inner = scope; inner != at; inner = inner->parent) {
         if (inner->clause == Scope::Clause::OrderBy) refuse(expression.token, "ORDER BY a column of a query around it");
+        if (inner->clause == Scope::Clause::GroupBy) refuse(expression.token, "GROUP BY a column of a query around it");
       }
       if (at == rowCountOf) {
         fail(expression.token, 4115,
