@@ -207,4 +207,10 @@ tree::StatementPtr Parser::parseStatementAt(int first) {
   return statement();
 }
 
+tree::StatementPtr makeStatement(tree::StatementKind kind) {
+  auto result = std::make_unique<tree::StatementNode>();
+  result->kind = kind;
+  return result;
+}
+
 }  // namespace tolvane::tsql

@@ -220,4 +220,6 @@ int lineOf(const ShapedBatch& batch, int token);
 // The error for a construct that T-SQL has and this engine has not: 40517, with the word and what it belongs to.
 SqlError notSupported(const ShapedBatch& batch, int token, std::string_view what);
 
+tree::StatementPtr makeStatement(tree::StatementKind kind);
+
 }  // namespace tolvane::tsql

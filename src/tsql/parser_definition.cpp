@@ -9,16 +9,6 @@ using tree::Constraint;
 using tree::StatementKind;
 using tree::StatementPtr;
 
-namespace {
-
-StatementPtr makeStatement(StatementKind kind) {
-  auto result = std::make_unique<tree::StatementNode>();
-  result->kind = kind;
-  return result;
-}
-
-}  // namespace
-
 // [[server.]database.]schema.]name; `db..name` leaves the schema out.
 tree::TableName Parser::tableName() {
   tree::TableName result;

@@ -8,16 +8,6 @@ namespace tolvane::tsql {
 using tree::StatementKind;
 using tree::StatementPtr;
 
-namespace {
-
-StatementPtr makeStatement(StatementKind kind) {
-  auto result = std::make_unique<tree::StatementNode>();
-  result->kind = kind;
-  return result;
-}
-
-}  // namespace
-
 // The statements up to an END, which is left to the caller.
 StatementPtr Parser::blockOf(int first) {
   auto block = makeStatement(StatementKind::Block);

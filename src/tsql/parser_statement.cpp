@@ -12,12 +12,6 @@ namespace {
 
 constexpr int mostRecursion = 32767;
 
-StatementPtr makeStatement(StatementKind kind) {
-  auto result = std::make_unique<tree::StatementNode>();
-  result->kind = kind;
-  return result;
-}
-
 }  // namespace
 
 StatementPtr Parser::statement() {
