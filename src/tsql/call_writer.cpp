@@ -12,9 +12,11 @@ using tree::ExpressionKind;
 
 namespace {
 
-std::string lowered(std::string name) {
-  for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return name;
+std::string lowered(std::string_view name) {
+  std::string result(name);
+  std::ranges::transform(result, result.begin(),
+                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return result;
 }
 
 Type longest(const Type& text) {
@@ -107,17 +109,6 @@ Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
   }
   return {};
 }
-
-std::string lowered(std::string_view name) {
-  std::string result(name);
-  std::ranges::transform(result, result.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return result;
-}
-
-}  // namespace
-
-namespace {
 
 Argument argumentRule(const FunctionRow& row, std::size_t index) {
   std::size_t last = std::size(row.arguments) - 1;
