@@ -5,6 +5,7 @@
 
 #include "embedded/constraint_names.h"
 #include "embedded/schema_catalogue.h"
+#include "tsql/table_constraints.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -135,7 +136,7 @@ tsql::SqlError ConstraintExplainer::duplicate(std::string_view object, std::stri
 // A condition over one column names it.
 tsql::SqlError ConstraintExplainer::checkFailed(const std::string& name, std::string_view verb,
                                                 std::string_view table) const {
-  if (name == "identity/int") return {Message::ArithmeticOverflow, {"IDENTITY", "int"}};
+  if (name == tsql::identityCheck) return {Message::ArithmeticOverflow, {"IDENTITY", "int"}};
   std::vector<std::string> columns;
   const auto* written = catalogue_.find(table);
   for (const auto& check : constraintNames(catalogue_.definition(table)).checks) {

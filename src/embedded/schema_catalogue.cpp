@@ -6,12 +6,16 @@
 
 #include "embedded/constraint_explainer.h"
 #include "embedded/constraint_names.h"
+#include "tsql/table_constraints.h"
 
 namespace tolvane::embedded {
 namespace {
 
 // Object numbers of users' tables are large on SQL Server, and nobody should take them for row numbers.
 constexpr std::int64_t firstObjectId = 1977058079;
+// Constraints are numbered within their tables, below all tables.
+constexpr std::int64_t firstConstraintId = 1600000000;
+constexpr std::int64_t constraintsPerTable = 1000;
 
 std::string lowered(std::string_view text) {
   std::string result(text);
@@ -50,6 +54,7 @@ std::int64_t SchemaCatalogue::schemaVersion() const {
 void SchemaCatalogue::invalidate() {
   namesRead_ = false;
   owners_.clear();
+  constraints_.reset();
   // Programs of the old version may still hold tables; they go when the next change comes.
   retired_.clear();
   for (auto& [name, entry] : entries_) {
@@ -118,16 +123,47 @@ std::vector<const tsql::Table*> SchemaCatalogue::tables() const {
   return result;
 }
 
-std::optional<std::int64_t> SchemaCatalogue::objectId(std::string_view name) const {
-  const auto* found = entry(name);
-  if (!found) return std::nullopt;
-  return firstObjectId - found->number;
+const std::map<std::int64_t, tsql::DatabaseObject>& SchemaCatalogue::constraintsRead() const {
+  readNames();
+  if (constraints_) return *constraints_;
+  constraints_.emplace();
+  for (const tsql::Table* table : tables()) {
+    if (table->temporary) continue;
+    const std::int64_t number = entry(table->name)->number;
+    std::int64_t id = firstConstraintId - (number * constraintsPerTable);
+    for (auto& constraint : tsql::constraintsOf(*table)) {
+      --id;
+      constraints_->insert(
+          {id, {id, firstObjectId - number, std::string(constraint.type), std::move(constraint.name)}});
+    }
+  }
+  return *constraints_;
 }
 
-std::optional<std::string> SchemaCatalogue::objectName(std::int64_t id) const {
+std::vector<std::int64_t> SchemaCatalogue::constraints() const {
+  std::vector<std::int64_t> ids;
+  for (const auto& [id, object] : constraintsRead()) ids.push_back(id);
+  return ids;
+}
+
+std::optional<tsql::DatabaseObject> SchemaCatalogue::object(std::string_view name) const {
+  if (const auto* found = entry(name)) {
+    return tsql::DatabaseObject{firstObjectId - found->number, 0, found->kind == "view" ? "V" : "U", found->name};
+  }
+  for (const auto& [id, object] : constraintsRead()) {
+    if (tsql::sameName(object.name, name)) return object;
+  }
+  return std::nullopt;
+}
+
+std::optional<tsql::DatabaseObject> SchemaCatalogue::object(std::int64_t id) const {
   readNames();
+  if (id < firstConstraintId) {
+    const auto found = constraintsRead().find(id);
+    return found == constraintsRead().end() ? std::nullopt : std::optional(found->second);
+  }
   for (const auto& [key, entry] : entries_) {
-    if (firstObjectId - entry.number == id) return entry.name;
+    if (firstObjectId - entry.number == id) return object(entry.name);
   }
   return std::nullopt;
 }

@@ -12,6 +12,7 @@
 
 #include "embedded/database.h"
 #include "tsql/catalogue.h"
+#include "tsql/functions.h"
 
 namespace tolvane::embedded {
 
@@ -31,11 +32,11 @@ class SchemaCatalogue final : public tsql::Catalogue {
   /// The same if some connection changed them since they were read.
   void refresh();
 
-  /// A number for the table that stays the same as long as the table does; nothing without one.
-  [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name) const;
-
-  /// The reverse.
-  [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const;
+  /// The table, view or constraint of that name; its number stays the same as long as the text of its table does.
+  [[nodiscard]] std::optional<tsql::DatabaseObject> object(std::string_view name) const;
+  [[nodiscard]] std::optional<tsql::DatabaseObject> object(std::int64_t id) const;
+  /// Numbers of the constraints of all tables that are not temporary.
+  [[nodiscard]] std::vector<std::int64_t> constraints() const;
 
   /// The text that made the table in SQLite; empty without one.
   [[nodiscard]] std::string definition(std::string_view name) const;
@@ -61,6 +62,7 @@ class SchemaCatalogue final : public tsql::Catalogue {
   void readNames() const;
   [[nodiscard]] Entry* entry(std::string_view name) const;
   void readTable(Entry& entry) const;
+  const std::map<std::int64_t, tsql::DatabaseObject>& constraintsRead() const;
   void readColumns(Entry& entry, std::vector<int>& key) const;
   void readIndexes(Entry& entry, const std::vector<int>& key) const;
   [[nodiscard]] std::int64_t schemaVersion() const;
@@ -70,6 +72,7 @@ class SchemaCatalogue final : public tsql::Catalogue {
   mutable std::int64_t readVersion_ = -1;
   mutable std::unordered_map<std::string, Entry> entries_;       // by the name in lower case
   mutable std::unordered_map<std::string, std::string> owners_;  // index name -> table name, both in lower case
+  mutable std::optional<std::map<std::int64_t, tsql::DatabaseObject>> constraints_;  // once they were asked for
   mutable std::vector<std::unique_ptr<tsql::Table>> retired_;
   std::uint64_t version_ = 1;
   mutable std::shared_ptr<StatementPool> versionPragma_;

@@ -5,25 +5,20 @@
 #include <chrono>
 #include <cmath>
 #include <filesystem>
+#include <tuple>
 #include <utility>
 
 #include "embedded/errors.h"
 #include "system/local_time.h"
 #include "system/path_text.h"
+#include "tsql/name_parts.h"
+#include "tsql/unicode.h"
 
 namespace tolvane::embedded {
 namespace {
 
 // Own statements are few; the bound only guards against a caller that updates hundreds of tables in turn.
 constexpr std::size_t ownStatementBound = 256;
-
-// An object name as OBJECT_ID takes it: the last part of "db.owner.name", without brackets.
-std::string_view lastPart(std::string_view name) {
-  const auto point = name.rfind('.');
-  if (point != std::string_view::npos) name.remove_prefix(point + 1);
-  if (name.size() >= 2 && name.front() == '[' && name.back() == ']') name = name.substr(1, name.size() - 2);
-  return name;
-}
 
 }  // namespace
 
@@ -324,19 +319,37 @@ std::string Session::version() const {
 }
 
 std::optional<std::int64_t> Session::objectId(std::string_view name, std::string_view type) const {
-  const auto* table = catalogue_.find(lastPart(name));
-  if (!table || table->name.starts_with("@")) return std::nullopt;
-  if (!type.empty()) {
-    std::string wanted(type);
-    while (!wanted.empty() && wanted.back() == ' ') wanted.pop_back();
-    const std::string_view kind = table->view ? "V" : "U";
-    if (!tsql::sameName(wanted, kind)) return std::nullopt;
-  }
-  return catalogue_.objectId(table->name);
+  const auto own = ownName(name);
+  const auto object = own ? catalogue_.object(*own) : std::nullopt;
+  if (!object || !(type.empty() || tsql::sameName(tsql::withoutTrailingBlanks(type), object->type)))
+    return std::nullopt;
+  return object->id;
 }
 
 const tsql::Table* Session::tableNamed(std::string_view name) const {
-  return catalogue_.find(lastPart(name));
+  const auto own = ownName(name);
+  return own ? catalogue_.find(*own) : nullptr;
+}
+
+const tsql::Table* Session::tableNumbered(std::int64_t id) const {
+  const auto object = catalogue_.object(id);
+  return object && object->parent == 0 && !object->name.starts_with('#') ? catalogue_.find(object->name) : nullptr;
+}
+
+// Temporary tables live in a database of their own and are found by its name only, table variables by none.
+std::optional<std::string> Session::ownName(std::string_view name) const {
+  constexpr std::size_t mostParts = 3;
+  auto parts = tsql::nameParts(name);
+  if (!parts || parts->size() > mostParts) return std::nullopt;
+  for (std::string& part : *parts) part.resize(tsql::withoutTrailingBlanks(part).size());
+  parts->insert(parts->begin(), mostParts - parts->size(), std::string());
+  const auto& [database, owner, object] = std::tie((*parts)[0], (*parts)[1], (*parts)[2]);
+  if (object.empty() || object.starts_with('@') || !(owner.empty() || tsql::sameName(owner, "dbo")))
+    return std::nullopt;
+  const bool temporary = tsql::sameName(database, "tempdb");
+  if (temporary != object.starts_with('#')) return std::nullopt;
+  if (!temporary && !database.empty() && !tsql::sameName(database, databaseName())) return std::nullopt;
+  return object;
 }
 
 std::array<std::byte, 16> Session::uniqueBytes() {

@@ -187,15 +187,20 @@ class Session final : public tsql::Session {
   [[nodiscard]] std::string userName() const override { return "dbo"; }
   [[nodiscard]] std::string version() const override;
   [[nodiscard]] std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const override;
-  [[nodiscard]] std::optional<std::string> objectName(std::int64_t id) const override {
-    return catalogue_.objectName(id);
+  [[nodiscard]] std::vector<std::int64_t> constraints() const override { return catalogue_.constraints(); }
+  [[nodiscard]] std::optional<tsql::DatabaseObject> object(std::int64_t id) const override {
+    return catalogue_.object(id);
   }
   [[nodiscard]] const tsql::Table* tableNamed(std::string_view name) const override;
+  [[nodiscard]] const tsql::Table* tableNumbered(std::int64_t id) const override;
   [[nodiscard]] int dateFirst() const override { return dateFirst_; }
   [[nodiscard]] tsql::RandomState& random() override { return random_; }
   [[nodiscard]] std::array<std::byte, 16> uniqueBytes() override;
 
  private:
+  /// The name in the catalogue of what a name with or without owner and database means; nothing where it means an
+  /// object that another owner or database would have.
+  [[nodiscard]] std::optional<std::string> ownName(std::string_view name) const;
   void undo(bool whole) noexcept;
   void keepIdentities() noexcept;
   [[nodiscard]] std::optional<std::int64_t> writtenIdentity(std::string_view table);

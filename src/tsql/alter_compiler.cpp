@@ -2,6 +2,7 @@
 
 #include "tsql/batch_compiler.h"
 #include "tsql/parser.h"
+#include "tsql/table_constraints.h"
 
 // ALTER TABLE. SQLite's schema gets the table's text with the change in it; the rows are brought along by an UPDATE
 // where they have to look different.
@@ -11,19 +12,10 @@ using tree::StatementNode;
 
 namespace {
 
-// A default of a table that was made before defaults had names gets the one that it would have now.
-std::string nameOfDefault(const Table& table, const ColumnText& column, const TableClause& clause) {
-  return clause.name.empty() ? madeUpName("DF", table.name, column.name, 0) : clause.name;
-}
-
 // The value of a clause DEFAULT, as SQLite's text of it: a constant, or an expression in brackets.
 std::string defaultOf(const TableClause& clause) {
   constexpr std::string_view keyword = "DEFAULT ";
   return clause.text.substr(keyword.size());
-}
-
-bool isIdentityClause(const TableClause& clause) {
-  return clause.text.starts_with("DEFAULT (ts_identity(");
 }
 
 bool namesColumn(const TableClause& clause, std::string_view column) {
@@ -187,7 +179,7 @@ void BatchCompiler::dropConstraint(Definition& whole, const tree::DropItem& item
     };
     const auto found = std::ranges::find_if(column.clauses, isDefault);
     const auto check = std::ranges::find_if(column.clauses, [&](const TableClause& clause) {
-      return clause.begins("CHECK") && clause.name != "identity/int" && sameName(clause.name, item.name);
+      return clause.begins("CHECK") && clause.name != identityCheck && sameName(clause.name, item.name);
     });
     if (check != column.clauses.end()) {
       column.clauses.erase(check);
@@ -217,7 +209,7 @@ void BatchCompiler::checkUnused(const Definition& whole, const Column& column, i
   for (const ColumnText& text : whole.text.columns) {
     for (const TableClause& clause : text.clauses) {
       const bool own = sameName(text.name, column.name);
-      if (clause.begins("CHECK") && clause.name != "identity/int" && namesColumn(clause, column.name)) {
+      if (clause.begins("CHECK") && clause.name != identityCheck && namesColumn(clause, column.name)) {
         depends("object", clause.name);
       }
       if (own && clause.begins("DEFAULT") && !isIdentityClause(clause)) {

@@ -170,8 +170,6 @@ class BatchCompiler {
 
 // "temp." for a temporary table.
 std::string schemaOf(const Table& table);
-// A name as SQL Server makes one up: kind, beginnings of table and column, hexadecimal digits.
-std::string madeUpName(std::string_view kind, std::string_view table, std::string_view column, std::size_t number);
 // A value that a row brings along for an identity column whose values the engine makes.
 std::string givenIdentity(const std::string& sql, std::string_view table, const Column& column);
 

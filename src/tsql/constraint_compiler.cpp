@@ -1,10 +1,9 @@
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <set>
 
 #include "tsql/batch_compiler.h"
 #include "tsql/parser.h"
+#include "tsql/table_constraints.h"
 
 // The constraints of tables that are made or altered: keys are indexes, all others stand in the table's own text.
 namespace tolvane::tsql {
@@ -127,26 +126,6 @@ std::string schemaOf(const Table& table) {
   return table.temporary ? "temp." : "";
 }
 
-std::string madeUpName(std::string_view kind, std::string_view table, std::string_view column, std::size_t number) {
-  std::uint64_t hash = 14695981039346656037U;
-  const auto add = [&hash](std::string_view text) {
-    for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-  };
-  add(kind);
-  add(folded(table));
-  add(folded(column));
-  add(std::to_string(number));
-  const bool key = kind == "PK" || kind == "UQ";
-  constexpr std::size_t longest = 30;
-  constexpr std::size_t ofTable = 9;
-  const std::size_t digits = key ? 16 : 8;
-  std::array<char, 17> text{};
-  std::snprintf(text.data(), text.size(), "%016llX", static_cast<unsigned long long>(hash));
-  std::string name = std::string(kind) + "__" + std::string(table.substr(0, key ? ofTable - 1 : ofTable)) + "__";
-  if (!key && !column.empty()) name += std::string(column.substr(0, longest - digits - 2 - name.size())) + "__";
-  return name + std::string(text.data() + 16 - digits, digits);
-}
-
 std::string givenIdentity(const std::string& sql, std::string_view table, const Column& column) {
   const std::string made = identityDefault(table, column.type, column.seed, column.increment);
   return "ts_identity_given(" + sql + "," + made.substr(made.find('(') + 1);
@@ -154,14 +133,10 @@ std::string givenIdentity(const std::string& sql, std::string_view table, const 
 
 // Tables and constraints share their names.
 bool BatchCompiler::isObject(const std::string& name) const {
-  const auto isKey = [&](const Index& index) { return index.constraint && sameName(index.name, name); };
-  const auto isClause = [&](const TableClause& clause) { return sameName(clause.name, name); };
-  const auto hasClause = [&](const ColumnText& column) { return std::ranges::any_of(column.clauses, isClause); };
-  const auto tables = catalogue_.tables();
-  return std::ranges::any_of(tables, [&](const Table* table) {
-    if (sameName(table->name, name) || std::ranges::any_of(table->indexes, isKey)) return true;
-    const auto text = TableText::of(table->text);
-    return text && (std::ranges::any_of(text->constraints, isClause) || std::ranges::any_of(text->columns, hasClause));
+  const auto isNamed = [&](const TableConstraint& constraint) { return sameName(constraint.name, name); };
+  return std::ranges::any_of(catalogue_.tables(), [&](const Table* table) {
+    if (sameName(table->name, name)) return true;
+    return !table->temporary && std::ranges::any_of(constraintsOf(*table), isNamed);
   });
 }
 
@@ -381,7 +356,7 @@ void BatchCompiler::addKey(Definition& whole, const Constraint& constraint, std:
     // SQLite's row number, which is bounded by the type that it stands for.
     ColumnText* text = whole.text.find(first.name);
     text->clauses.push_back({index.name, "PRIMARY KEY AUTOINCREMENT", {}});
-    text->clauses.push_back({"identity/int", "CHECK (" + quoted(first.name) + "<=2147483647)", {}});
+    text->clauses.push_back({std::string(identityCheck), "CHECK (" + quoted(first.name) + "<=2147483647)", {}});
     table.indexes.push_back(std::move(index));
     return;
   }
@@ -389,9 +364,11 @@ void BatchCompiler::addKey(Definition& whole, const Constraint& constraint, std:
   index.stored = stored;
   whole.step.table = "dbo." + table.name;
   whole.step.index = index.name;
-  whole.keys.push_back({"CREATE UNIQUE INDEX " + schemaOf(table) + quoted(stored) + " ON " + quoted(table.name) + " " +
-                            keyText(columns, table, constraint.token),
-                        {}});
+  // The primary key orders the rows, so it comes first wherever it stands.
+  whole.keys.insert(primary ? whole.keys.begin() : whole.keys.end(),
+                    {"CREATE UNIQUE INDEX " + schemaOf(table) + quoted(stored) + " ON " + quoted(table.name) + " " +
+                         keyText(columns, table, constraint.token),
+                     {}});
   if (auto text = nullIndex(stored, table, ordinalsOfKey); !text.empty()) whole.keys.push_back({std::move(text), {}});
   table.indexes.push_back(std::move(index));
 }

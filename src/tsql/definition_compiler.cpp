@@ -258,7 +258,7 @@ DdlStep BatchCompiler::finish(Definition whole) {
     }
   }
   for (Redefinition& parent : whole.parents) step.redefinitions.push_back(std::move(parent));
-  // SQLite asks the key that was made last first, SQL Server the primary key.
+  // SQLite asks the key that was made last first, SQL Server the one that comes first.
   if (whole.before == nullptr) std::ranges::reverse(whole.keys);
   for (Statement& key : whole.keys) step.statements.push_back(std::move(key));
   return step;

@@ -22,6 +22,14 @@ struct RandomState {
   std::int32_t second = 67890;
 };
 
+// A row of sys.objects.
+struct DatabaseObject {
+  std::int64_t id = 0;
+  std::int64_t parent = 0;  // the table of a constraint, else 0
+  std::string type;         // U, V, PK, UQ, F, C or D
+  std::string name;
+};
+
 // What run-time functions ask of the connection that runs the statement. Used by one thread at a time.
 class Session {
  public:
@@ -49,12 +57,17 @@ class Session {
   [[nodiscard]] virtual std::string databaseName() const = 0;
   [[nodiscard]] virtual std::string userName() const = 0;
   [[nodiscard]] virtual std::string version() const = 0;
-  // OBJECT_ID(name[, type]): the number of a table, nothing when there is no such object. An empty type means any.
+  // OBJECT_ID(name[, type]): the number of a table, view or constraint, nothing when there is no such object. An empty
+  // type means any.
   [[nodiscard]] virtual std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const = 0;
   // OBJECT_NAME(number): nothing when no object has that number.
-  [[nodiscard]] virtual std::optional<std::string> objectName(std::int64_t id) const = 0;
+  [[nodiscard]] virtual std::optional<DatabaseObject> object(std::int64_t id) const = 0;
+  // The numbers of all constraints of tables that stay.
+  [[nodiscard]] virtual std::vector<std::int64_t> constraints() const = 0;
   // The table that a name means, with or without the names before it; null when there is none.
   [[nodiscard]] virtual const Table* tableNamed(std::string_view name) const = 0;
+  // The table or view that a number means; null when there is none, or when it is a temporary table's.
+  [[nodiscard]] virtual const Table* tableNumbered(std::int64_t id) const = 0;
   // SET DATEFIRST: 1 is Monday, 7 (as us_english has it) Sunday.
   [[nodiscard]] virtual int dateFirst() const { return 7; }
   // The connection's generator behind RAND; seeded by the session when the connection opens.

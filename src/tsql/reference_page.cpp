@@ -201,9 +201,8 @@ std::string referencePage() {
   }
   page +=
       "\n## Where the answer differs from SQL Server\n\n"
-      "- `sysobjects` and `sys.objects` tell tables and views, not constraints; `*` of a table of the catalogue gives "
-      "the\n"
-      "  columns that are listed above.\n"
+      "- `sysobjects` and `sys.objects` tell tables, views and constraints, no objects of the server's own; `*` of a\n"
+      "  table of the catalogue gives the columns that are listed above.\n"
       "- The message of a duplicate key (2627, 2601) does not tell the value.\n"
       "- A text that is too long is error 8152, as under compatibility level 140 and below, not 2628.\n";
   return page;

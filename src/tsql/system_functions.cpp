@@ -31,8 +31,30 @@ Result objectId(Call& call) {
 
 Result objectName(Call& call) {
   if (anyNull(call)) return {};
-  auto name = call.session.objectName(wholeNumber(call.args[0]));
-  return name ? Result(std::move(*name)) : Result();
+  auto object = call.session.object(wholeNumber(call.args[0]));
+  return object ? Result(std::move(object->name)) : Result();
+}
+
+// number: the table of a constraint, 0 of a table.
+Result objectParent(Call& call) {
+  const auto object = call.session.object(wholeNumber(call.args[0]));
+  return object ? Result(object->parent) : Result();
+}
+
+// number: as in sys.objects, without blanks behind it.
+Result objectType(Call& call) {
+  auto object = call.session.object(wholeNumber(call.args[0]));
+  return object ? Result(std::move(object->type)) : Result();
+}
+
+// The numbers of all constraints, as a list in JSON.
+Result constraints(Call& call) {
+  std::string list = "[";
+  for (const std::int64_t number : call.session.constraints()) {
+    if (list.size() > 1) list += ',';
+    list += std::to_string(number);
+  }
+  return list + "]";
 }
 
 // A number that SQL Server gives to a name of its own.
@@ -142,15 +164,10 @@ Result columnLength(Call& call) {
   return ordinal < 0 ? Result() : Result(table->columns[static_cast<std::size_t>(ordinal)].type.storageLength());
 }
 
-const Table* tableOfNumber(Call& call) {
-  const auto name = call.session.objectName(wholeNumber(call.args[0]));
-  return name ? call.session.tableNamed(*name) : nullptr;
-}
-
 // number of the table, number of the column.
 Result columnName(Call& call) {
   if (anyNull(call)) return {};
-  const Table* table = tableOfNumber(call);
+  const Table* table = call.session.tableNumbered(wholeNumber(call.args[0]));
   const std::int64_t number = wholeNumber(call.args[1]);
   if (table == nullptr || number < 1 || std::cmp_greater(number, table->columns.size())) return {};
   return table->columns[static_cast<std::size_t>(number - 1)].name;
@@ -170,7 +187,7 @@ bool contains(const std::array<std::string_view, count>& names, std::string_view
 Result columnProperty(Call& call) {
   static constexpr std::array<std::string_view, 3> never{"IsComputed", "IsRowGuidCol", "IsSparse"};
   if (anyNull(call)) return {};
-  const Table* table = tableOfNumber(call);
+  const Table* table = call.session.tableNumbered(wholeNumber(call.args[0]));
   const int ordinal = table == nullptr ? -1 : table->find(call.args[1].text());
   if (ordinal < 0) return {};
   const Column& column = table->columns[static_cast<std::size_t>(ordinal)];
@@ -182,29 +199,62 @@ Result columnProperty(Call& call) {
   refuseProperty("COLUMNPROPERTY", property);
 }
 
-// number, property: null for a number that no table has.
+// A property that tells which kind an object is.
+struct KindProperty {
+  std::string_view name;
+  std::string_view types;  // that have it, each with a blank behind it
+};
+
+constexpr std::array kindProperties{
+    KindProperty{"IsTable", "U "},        KindProperty{"IsUserTable", "U "},
+    KindProperty{"IsView", "V "},         KindProperty{"IsConstraint", "PK UQ F C D "},
+    KindProperty{"IsPrimaryKey", "PK "},  KindProperty{"IsUniqueCnst", "UQ "},
+    KindProperty{"IsForeignKey", "F "},   KindProperty{"IsCheckCnst", "C "},
+    KindProperty{"IsDefaultCnst", "D "},  KindProperty{"IsDefault", ""},
+    KindProperty{"IsInlineFunction", ""}, KindProperty{"IsMSShipped", ""},
+    KindProperty{"IsProcedure", ""},      KindProperty{"IsRule", ""},
+    KindProperty{"IsScalarFunction", ""}, KindProperty{"IsSystemTable", ""},
+    KindProperty{"IsTableFunction", ""},  KindProperty{"IsTrigger", ""},
+};
+
+bool hasKey(const Table& table, bool primary) {
+  return std::ranges::any_of(table.indexes,
+                             [&](const Index& index) { return index.constraint && index.primary == primary; });
+}
+
+// number, property: null for a number that no object has, and for what only tables have.
 Result objectProperty(Call& call) {
-  static constexpr std::array<std::string_view, 15> never{
-      "IsCheckCnst",      "IsConstraint",  "IsDefault",       "IsDefaultCnst", "IsForeignKey",
-      "IsInlineFunction", "IsMSShipped",   "IsPrimaryKey",    "IsProcedure",   "IsRule",
-      "IsScalarFunction", "IsSystemTable", "IsTableFunction", "IsTrigger",     "IsUniqueCnst"};
   if (anyNull(call)) return {};
-  const Table* table = tableOfNumber(call);
-  if (table == nullptr) return {};
+  const auto object = call.session.object(wholeNumber(call.args[0]));
+  if (!object) return {};
   const std::string_view property = withoutTrailingBlanks(call.args[1].text());
-  if (sameName(property, "IsTable") || sameName(property, "IsUserTable")) return table->view ? 0 : 1;
-  if (sameName(property, "IsView")) return table->view ? 1 : 0;
+  for (const KindProperty& row : kindProperties) {
+    if (sameName(property, row.name)) return row.types.find(object->type + " ") == std::string_view::npos ? 0 : 1;
+  }
   if (sameName(property, "OwnerId") || sameName(property, "SchemaId")) return ownSchema;
-  if (sameName(property, "TableHasIdentity")) return table->identityColumn() >= 0 ? 1 : 0;
-  if (contains(never, property)) return 0;
+  const Table* table = call.session.tableNumbered(object->id);
+  const auto ofTable = [table](bool has) { return table == nullptr || table->view ? Result() : Result(has ? 1 : 0); };
+  if (sameName(property, "TableHasIdentity")) return ofTable(table != nullptr && table->identityColumn() >= 0);
+  if (sameName(property, "TableHasPrimaryKey")) return ofTable(table != nullptr && hasKey(*table, true));
+  if (sameName(property, "TableHasUniqueCnst")) return ofTable(table != nullptr && hasKey(*table, false));
   refuseProperty("OBJECTPROPERTY", property);
 }
 
-// table: identity columns grow by 1.
+const Column* identityOfTable(Call& call) {
+  const Table* table = anyNull(call) ? nullptr : call.session.tableNamed(call.args[0].text());
+  const int ordinal = table == nullptr ? -1 : table->identityColumn();
+  return ordinal < 0 ? nullptr : &table->columns[static_cast<std::size_t>(ordinal)];
+}
+
+// table: null without an identity column.
 Result identityIncrement(Call& call) {
-  if (anyNull(call)) return {};
-  const Table* table = call.session.tableNamed(call.args[0].text());
-  return table != nullptr && table->identityColumn() >= 0 ? Result("1") : Result();
+  const Column* column = identityOfTable(call);
+  return column == nullptr ? Result() : Result(std::to_string(column->increment));
+}
+
+Result identitySeed(Call& call) {
+  const Column* column = identityOfTable(call);
+  return column == nullptr ? Result() : Result(std::to_string(column->seed));
 }
 
 Result version(Call& call) {
@@ -254,6 +304,10 @@ constexpr std::array functions{
     Function{"ts_columnproperty", 3, 3, false, columnProperty},
     Function{"ts_objectproperty", 2, 2, false, objectProperty},
     Function{"ts_ident_incr", 1, 1, false, identityIncrement},
+    Function{"ts_ident_seed", 1, 1, false, identitySeed},
+    Function{"ts_object_parent", 1, 1, false, objectParent},
+    Function{"ts_object_type", 1, 1, false, objectType},
+    Function{"ts_constraints", 0, 0, false, constraints},
     Function{"ts_version", 0, 0, true, version},
     Function{"ts_top", 2, 2, true, top},
     Function{"ts_depth", 2, 2, true, depth},

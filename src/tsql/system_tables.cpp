@@ -14,24 +14,37 @@ const Type small = Type::of(TypeKind::SmallInt);
 const Type tiny = Type::of(TypeKind::TinyInt);
 const Type bit = Type::of(TypeKind::Bit);
 
-// The number of an object comes from that of its row in SQLite's catalogue, out of the way of the numbers SQL Server
+// The number of a table comes from that of its row in SQLite's catalogue, out of the way of the numbers SQL Server
 // keeps for itself; OBJECT_ID gives the same. Tables whose names begin with sqlite_ or __ are the engine's own.
-constexpr std::string_view objects =
+// Constraints stand in the texts of tables, which the functions behind `constraints` read.
+constexpr std::string_view sysobjects =
     "SELECT s.name AS name,1977058079-s.rowid AS id,CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS xtype,"
     "CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS type,1 AS uid,0 AS parent_obj,"
-    "'2000-01-01 00:00:00.000' AS crdate,1977058079-s.rowid AS object_id,"
-    "CASE s.type WHEN 'table' THEN 'USER_TABLE' ELSE 'VIEW' END AS type_desc "
+    "'2000-01-01 00:00:00.000' AS crdate "
     "FROM sqlite_schema s WHERE s.type IN ('table','view') AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
-    "AND s.name NOT LIKE '\\_\\_%' ESCAPE '\\'";
+    "AND s.name NOT LIKE '\\_\\_%' ESCAPE '\\' UNION ALL "
+    "SELECT ts_object_name(k.value),k.value,substr(ts_object_type(k.value)||' ',1,2),"
+    "CASE WHEN ts_object_type(k.value) IN ('PK','UQ') THEN 'K ' ELSE ts_object_type(k.value)||' ' END,1,"
+    "ts_object_parent(k.value),'2000-01-01 00:00:00.000' FROM json_each(ts_constraints()) k";
+
+constexpr std::string_view sysObjects =
+    "SELECT s.name AS name,1977058079-s.rowid AS object_id,NULL AS principal_id,1 AS schema_id,0 AS parent_object_id,"
+    "CASE s.type WHEN 'table' THEN 'U ' ELSE 'V ' END AS type,"
+    "CASE s.type WHEN 'table' THEN 'USER_TABLE' ELSE 'VIEW' END AS type_desc,'2000-01-01 00:00:00.000' AS create_date,"
+    "'2000-01-01 00:00:00.000' AS modify_date,0 AS is_ms_shipped,0 AS is_published,0 AS is_schema_published "
+    "FROM sqlite_schema s WHERE s.type IN ('table','view') AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
+    "AND s.name NOT LIKE '\\_\\_%' ESCAPE '\\' UNION ALL "
+    "SELECT ts_object_name(k.value),k.value,NULL,1,ts_object_parent(k.value),"
+    "substr(ts_object_type(k.value)||' ',1,2),CASE ts_object_type(k.value) WHEN 'PK' THEN 'PRIMARY_KEY' "
+    "WHEN 'UQ' THEN 'UNIQUE' WHEN 'F' THEN 'FOREIGN_KEY' WHEN 'C' THEN 'CHECK' ELSE 'DEFAULT' END||'_CONSTRAINT',"
+    "'2000-01-01 00:00:00.000','2000-01-01 00:00:00.000',0,0,0 FROM json_each(ts_constraints()) k";
 
 constexpr std::string_view columns =
     "SELECT c.name AS name,1977058079-s.rowid AS id,ts_declared_type(c.type,'xtype') AS xtype,"
     "ts_declared_type(c.type,'length') AS length,ts_declared_type(c.type,'xtype') AS xusertype,c.cid+1 AS colid,"
     "c.cid+1 AS colorder,CASE WHEN c.\"notnull\" OR c.pk THEN 0 ELSE 1 END AS isnullable,"
     "ts_declared_type(c.type,'xprec') AS xprec,ts_declared_type(c.type,'xscale') AS xscale,"
-    "ts_declared_type(c.type,'prec') AS prec,ts_declared_type(c.type,'columnscale') AS scale,"
-    "1977058079-s.rowid AS object_id,c.cid+1 AS column_id,s.name AS tablename,"
-    "ts_declared_type(c.type,'name') AS typename,c.dflt_value AS defaulttext "
+    "ts_declared_type(c.type,'prec') AS prec,ts_declared_type(c.type,'columnscale') AS scale "
     "FROM sqlite_schema s,pragma_table_info(s.name) c "
     "WHERE s.type IN ('table','view') AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' AND s.name NOT LIKE '\\_\\_%' "
     "ESCAPE '\\'";
@@ -240,27 +253,39 @@ constexpr std::array<std::string_view, 19> informationViews{"TABLE_CONSTRAINTS",
                                                             "COLUMN_DOMAIN_USAGE",
                                                             "SEQUENCES"};
 
-const std::vector<SystemColumn> objectColumns{{"name", name.orNull(false)},
-                                              {"id", number.orNull(false)},
-                                              {"xtype", Type::text(TypeKind::Char, 2)},
-                                              {"type", Type::text(TypeKind::Char, 2)},
-                                              {"uid", small},
-                                              {"parent_obj", number},
-                                              {"crdate", Type::of(TypeKind::DateTime)},
-                                              {"object_id", number},
-                                              {"type_desc", Type::text(TypeKind::NVarChar, 60)}};
+const std::vector<SystemColumn> sysobjectsColumns{{"name", name.orNull(false)},
+                                                  {"id", number.orNull(false)},
+                                                  {"xtype", Type::text(TypeKind::Char, 2)},
+                                                  {"uid", small},
+                                                  {"parent_obj", number.orNull(false)},
+                                                  {"crdate", Type::of(TypeKind::DateTime).orNull(false)},
+                                                  {"type", Type::text(TypeKind::Char, 2)}};
 
-const std::vector<SystemColumn> columnColumns{{"name", name},        {"id", number.orNull(false)},
-                                              {"xtype", tiny},       {"length", small},
-                                              {"xusertype", small},  {"colid", small},
-                                              {"colorder", small},   {"isnullable", number},
-                                              {"xprec", tiny},       {"xscale", tiny},
-                                              {"prec", small},       {"scale", number},
-                                              {"object_id", number}, {"column_id", number}};
+const std::vector<SystemColumn> columnColumns{{"name", name},       {"id", number.orNull(false)},
+                                              {"xtype", tiny},      {"length", small},
+                                              {"xusertype", small}, {"colid", small},
+                                              {"colorder", small},  {"isnullable", number},
+                                              {"xprec", tiny},      {"xscale", tiny},
+                                              {"prec", small},      {"scale", number}};
 
 const std::vector<SystemTable> tables{
-    {"", "sysobjects", objects, objectColumns},
-    {"sys", "objects", objects, objectColumns},
+    {"", "sysobjects", sysobjects, sysobjectsColumns},
+    {"sys",
+     "objects",
+     sysObjects,
+     {{"name", name.orNull(false)},
+      {"object_id", number.orNull(false)},
+      {"principal_id", number},
+      {"schema_id", number.orNull(false)},
+      {"parent_object_id", number.orNull(false)},
+      {"type", Type::text(TypeKind::Char, 2)},
+      {"type_desc", Type::text(TypeKind::NVarChar, 60)},
+      {"create_date", Type::of(TypeKind::DateTime).orNull(false)},
+      {"modify_date", Type::of(TypeKind::DateTime).orNull(false)},
+      {"is_ms_shipped", bit},
+      {"is_published", bit},
+      {"is_schema_published", bit}},
+     true},
     {"", "syscolumns", columns, columnColumns},
     {"",
      "systypes",

@@ -72,7 +72,9 @@ class HarnessSession final : public Session {
     sqlite3_finalize(statement);
     return id;
   }
-  std::optional<std::string> objectName(std::int64_t) const override { return std::nullopt; }
+  std::optional<DatabaseObject> object(std::int64_t) const override { return std::nullopt; }
+  std::vector<std::int64_t> constraints() const override { return {}; }
+  const Table* tableNumbered(std::int64_t) const override { return nullptr; }
   RandomState& random() override { return random_; }
   std::array<std::byte, 16> uniqueBytes() override { return {}; }
 

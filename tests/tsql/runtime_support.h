@@ -92,9 +92,12 @@ class FixedSession : public Session {
   std::optional<std::int64_t> objectId(std::string_view name, std::string_view type) const override {
     return name == "T_Rpt" && (type.empty() || type == "U") ? std::optional<std::int64_t>(5) : std::nullopt;
   }
-  std::optional<std::string> objectName(std::int64_t id) const override {
-    return id == 5 ? std::optional<std::string>("T_Rpt") : std::nullopt;
+  std::optional<DatabaseObject> object(std::int64_t id) const override {
+    if (id == 5) return DatabaseObject{5, 0, "U", "T_Rpt"};
+    return id == 4 ? std::optional(DatabaseObject{4, 5, "PK", "PK_Rpt"}) : std::nullopt;
   }
+  std::vector<std::int64_t> constraints() const override { return {4, 3}; }
+  const Table* tableNumbered(std::int64_t id) const override { return id == 5 ? tableNamed("T_Rpt") : nullptr; }
   RandomState& random() override { return random_; }
   std::array<std::byte, 16> uniqueBytes() override {
     std::array<std::byte, 16> bytes{};
