@@ -12,6 +12,7 @@
 #include "rowset/utf8.h"
 #include "tsql/convert.h"
 #include "tsql/error_reach.h"
+#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -31,15 +32,6 @@ Datum literalDatum(const tsql::Literal& literal) {
   if (literal.type.isBinary())
     return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
   return {literal.text};
-}
-
-std::string quotedText(std::string_view text) {
-  std::string quoted = "'";
-  for (const char c : text) {
-    if (c == '\'') quoted += '\'';
-    quoted += c;
-  }
-  return quoted + '\'';
 }
 
 }  // namespace
@@ -367,8 +359,9 @@ tsql::SqlError BatchRun::brokenKey(const tsql::ExecuteStep& step, std::string_vi
         }
       }
       for (found = 0; found < keys.size(); ++found) {
-        const auto check = session_->own("SELECT 1 FROM pragma_foreign_key_check(" + quotedText(keys[found].child) +
-                                         ") WHERE fkid=" + std::to_string(keys[found].number));
+        const auto check =
+            session_->own("SELECT 1 FROM pragma_foreign_key_check(" + tsql::quotedText(keys[found].child) +
+                          ") WHERE fkid=" + std::to_string(keys[found].number));
         if (database.stepOwn(check.get())) break;
       }
     });

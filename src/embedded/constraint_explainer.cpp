@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 
+#include "embedded/catalogue_query.h"
 #include "embedded/constraint_names.h"
 #include "embedded/schema_catalogue.h"
 #include "tsql/table_constraints.h"
@@ -12,21 +13,6 @@ namespace {
 
 using tsql::Message;
 using tsql::sameName;
-
-std::string columnText(sqlite3_stmt* statement, int column) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))) : std::string();
-}
-
-void query(Database& database, const char* text, std::initializer_list<std::string_view> values,
-           const std::function<void(sqlite3_stmt*)>& row) {
-  const Lease lease(database, std::make_shared<StatementPool>(text));
-  int index = 0;
-  for (const auto value : values) {
-    sqlite3_bind_text(lease.get(), ++index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
-  }
-  while (database.stepOwn(lease.get())) row(lease.get());
-}
 
 // The words after "<kind> constraint failed: ".
 std::string_view failedObject(std::string_view message) {

@@ -7,27 +7,21 @@
 
 namespace tolvane::embedded {
 
-std::string Cursors::key(std::string_view name) {
-  std::string result(name);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-  return result;
-}
-
 Cursor& Cursors::declare(const std::string& name) {
-  const auto [place, added] = cursors_.try_emplace(key(name));
+  const auto [place, added] = cursors_.try_emplace(tsql::lowered(name));
   if (!added) throw tsql::SqlError(16915, 16, "A cursor with the name '" + name + "' already exists.");
   return place->second;
 }
 
 Cursor& Cursors::find(const std::string& name) {
-  const auto found = cursors_.find(key(name));
+  const auto found = cursors_.find(tsql::lowered(name));
   if (found == cursors_.end()) throw tsql::SqlError(16916, 16, "A cursor with the name '" + name + "' does not exist.");
   return found->second;
 }
 
 void Cursors::deallocate(const std::string& name) {
   (void)find(name);
-  cursors_.erase(key(name));
+  cursors_.erase(tsql::lowered(name));
 }
 
 void Cursors::tableChanges(std::string_view table) {

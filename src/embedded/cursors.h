@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tsql/datum.h"
+#include "tsql/names.h"
 #include "tsql/program.h"
 
 namespace tolvane::embedded {
@@ -33,7 +34,7 @@ class Cursors {
   Cursor& declare(const std::string& name);
   [[nodiscard]] Cursor& find(const std::string& name);
   void deallocate(const std::string& name);
-  void deallocateIfAny(const std::string& name) noexcept { cursors_.erase(key(name)); }
+  void deallocateIfAny(const std::string& name) noexcept { cursors_.erase(tsql::lowered(name)); }
 
   void tableChanges(std::string_view table);
   /// Closes what a rollback closes.
@@ -44,8 +45,6 @@ class Cursors {
   [[nodiscard]] int fetchStatus() const { return fetchStatus_; }
 
  private:
-  static std::string key(std::string_view name);
-
   std::map<std::string, Cursor> cursors_;
   int fetchStatus_ = -1;
 };

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "embedded/values.h"
+#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -20,10 +21,10 @@ std::shared_ptr<StatementPool> poolOf(std::string text) {
 constexpr std::string_view directReadBytes = "65536";
 
 std::shared_ptr<StatementPool> longReader(const std::string& table, const std::string& column) {
-  const auto name = quotedName(column);
+  const auto name = tsql::quoted(column);
   return poolOf("SELECT CASE WHEN typeof(" + name + ")='blob' AND length(" + name +
                 ")>=" + std::string(directReadBytes) + " THEN length(" + name + ") ELSE " + name + " END FROM " +
-                quotedName(table) + " WHERE rowid=?1");
+                tsql::quoted(table) + " WHERE rowid=?1");
 }
 
 std::shared_ptr<const ResultShape> shapeOf(const tsql::Query& query, const std::vector<std::string>& reads) {
@@ -95,15 +96,6 @@ void appendTypes(std::string& key, const tsql::CompileOptions& options) {
 
 const char* schemaName(std::string_view table) {
   return table.starts_with('#') || table.starts_with('@') ? "temp" : "main";
-}
-
-std::string quotedName(std::string_view name) {
-  std::string quoted = "\"";
-  for (const char c : name) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + "\"";
 }
 
 CompiledProgram::CompiledProgram(tsql::Program compiled, std::uint64_t version)

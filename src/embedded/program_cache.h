@@ -43,8 +43,6 @@ struct CompiledProgram {
   CompiledProgram(tsql::Program compiled, std::uint64_t version);
 };
 
-/// A name in the quotes of SQLite.
-[[nodiscard]] std::string quotedName(std::string_view name);
 /// The SQLite schema of a table, "main" or "temp": temporary tables and table variables tell by their first sign.
 [[nodiscard]] const char* schemaName(std::string_view table);
 

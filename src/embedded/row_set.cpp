@@ -6,6 +6,7 @@
 #include "embedded/errors.h"
 #include "embedded/values.h"
 #include "tsql/catalogue.h"
+#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -183,10 +184,10 @@ void RowSet::setCurrent(std::size_t row) {
 std::string RowSet::rowText() const {
   std::string text = "SELECT ";
   for (const auto& column : shape_->columns) {
-    text += column.column.empty() || column.type.isLong() ? "NULL" : quotedName(column.column);
+    text += column.column.empty() || column.type.isLong() ? "NULL" : tsql::quoted(column.column);
     text += ',';
   }
-  return text + "rowid FROM " + quotedName(shape_->table) + " WHERE rowid=?1";
+  return text + "rowid FROM " + tsql::quoted(shape_->table) + " WHERE rowid=?1";
 }
 
 bool RowSet::reread(std::size_t row) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "embedded/errors.h"
+#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -64,11 +65,11 @@ class Writer {
     std::string marks;
     int position = 0;
     for (const auto& [column, edit] : edits_) {
-      names += (position == 0 ? "" : ",") + quotedName(shape_.columns[column].column);
+      names += (position == 0 ? "" : ",") + tsql::quoted(shape_.columns[column].column);
       marks += (position == 0 ? "?" : ",?") + std::to_string(position + 1);
       ++position;
     }
-    const auto table = quotedName(shape_.table);
+    const auto table = tsql::quoted(shape_.table);
     const auto text = position == 0 ? "INSERT INTO " + table + " DEFAULT VALUES"
                                     : "INSERT INTO " + table + " (" + names + ") VALUES (" + marks + ")";
     std::int64_t number = 0;
@@ -89,11 +90,11 @@ class Writer {
   [[nodiscard]] std::optional<std::int64_t> identity() const { return identity_; }
 
   bool update(std::int64_t rowNumber) {
-    std::string text = "UPDATE " + quotedName(shape_.table) + " SET ";
+    std::string text = "UPDATE " + tsql::quoted(shape_.table) + " SET ";
     int position = 0;
     for (const auto& [column, edit] : edits_) {
-      text +=
-          (position == 0 ? "" : ",") + quotedName(shape_.columns[column].column) + "=?" + std::to_string(position + 1);
+      text += (position == 0 ? "" : ",") + tsql::quoted(shape_.columns[column].column) + "=?" +
+              std::to_string(position + 1);
       ++position;
     }
     text += " WHERE rowid=?" + std::to_string(position + 1);

@@ -4,8 +4,10 @@
 #include <functional>
 #include <utility>
 
+#include "embedded/catalogue_query.h"
 #include "embedded/constraint_explainer.h"
 #include "embedded/constraint_names.h"
+#include "tsql/names.h"
 #include "tsql/table_constraints.h"
 
 namespace tolvane::embedded {
@@ -16,30 +18,6 @@ constexpr std::int64_t firstObjectId = 1977058079;
 // Constraints are numbered within their tables, below all tables.
 constexpr std::int64_t firstConstraintId = 1600000000;
 constexpr std::int64_t constraintsPerTable = 1000;
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
-
-std::string columnText(sqlite3_stmt* statement, int column) {
-  const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-  return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))) : std::string();
-}
-
-// Runs one of the catalogue's own queries; `values` are its text parameters.
-void query(Database& database, const char* text, std::initializer_list<std::string_view> values,
-           const std::function<void(sqlite3_stmt*)>& row) {
-  const Lease lease(database, std::make_shared<StatementPool>(text));
-  int index = 0;
-  for (const auto value : values) {
-    sqlite3_bind_text(lease.get(), ++index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
-  }
-  while (database.stepOwn(lease.get())) row(lease.get());
-}
 
 }  // namespace
 
@@ -76,9 +54,9 @@ void SchemaCatalogue::readNames() const {
       const auto kind = columnText(row, 0);
       auto name = columnText(row, 1);
       if (kind == "index") {
-        owners_.insert_or_assign(lowered(name), lowered(columnText(row, 2)));
+        owners_.insert_or_assign(tsql::lowered(name), tsql::lowered(columnText(row, 2)));
       } else if (!name.starts_with("sqlite_")) {
-        auto key = lowered(name);
+        auto key = tsql::lowered(name);
         entries_.insert_or_assign(std::move(key), Entry{std::move(name), schema, kind, columnText(row, 3),
                                                         sqlite3_column_int64(row, 4), nullptr});
       }
@@ -95,7 +73,7 @@ void SchemaCatalogue::readNames() const {
 
 SchemaCatalogue::Entry* SchemaCatalogue::entry(std::string_view name) const {
   readNames();
-  const auto found = entries_.find(lowered(name));
+  const auto found = entries_.find(tsql::lowered(name));
   return found == entries_.end() ? nullptr : &found->second;
 }
 
@@ -108,7 +86,7 @@ const tsql::Table* SchemaCatalogue::find(std::string_view name) const {
 
 const tsql::Table* SchemaCatalogue::findByIndex(std::string_view indexName) const {
   readNames();
-  const auto owner = owners_.find(lowered(indexName));
+  const auto owner = owners_.find(tsql::lowered(indexName));
   return owner == owners_.end() ? nullptr : find(owner->second);
 }
 
@@ -181,7 +159,7 @@ void SchemaCatalogue::readTable(Entry& entry) const {
 
 void SchemaCatalogue::readColumns(Entry& entry, std::vector<int>& key) const {
   std::vector<std::pair<int, int>> keyColumns;  // place in the key, ordinal
-  const bool numbered = lowered(entry.sql).find("autoincrement") != std::string::npos;
+  const bool numbered = tsql::lowered(entry.sql).find("autoincrement") != std::string::npos;
   query(database_, "SELECT name, type, \"notnull\", dflt_value, pk FROM pragma_table_info(?1, ?2)",
         {entry.name, entry.schema}, [&](sqlite3_stmt* row) {
           tsql::Column column;
@@ -192,7 +170,7 @@ void SchemaCatalogue::readColumns(Entry& entry, std::vector<int>& key) const {
           const int place = sqlite3_column_int(row, 4);
           column.defaultText = columnText(row, 3);
           tsql::readIdentity(column);
-          column.identity = column.made || (numbered && place == 1 && lowered(declared) == "integer");
+          column.identity = column.made || (numbered && place == 1 && tsql::lowered(declared) == "integer");
           column.type.nullable = sqlite3_column_int(row, 2) == 0 && !column.identity;
           if (place > 0) keyColumns.emplace_back(place, static_cast<int>(entry.table->columns.size()));
           entry.table->columns.push_back(std::move(column));

@@ -12,6 +12,7 @@
 #include "system/local_time.h"
 #include "system/path_text.h"
 #include "tsql/name_parts.h"
+#include "tsql/sqlite_text.h"
 #include "tsql/unicode.h"
 
 namespace tolvane::embedded {
@@ -265,7 +266,7 @@ void Session::dropTemporaryTables(const std::vector<std::string>& kept, const st
       before();
       beforeDefinition();
     }
-    runOwn("DROP TABLE temp." + quotedName(name));
+    runOwn("DROP TABLE temp." + tsql::quoted(name));
   }
   if (dropped) setDefinitionsChanged();
 }

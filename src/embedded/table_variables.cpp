@@ -5,12 +5,13 @@
 #include "embedded/program_cache.h"
 #include "embedded/session.h"
 #include "embedded/values.h"
+#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
 
 std::string tableName(const tsql::TableVariable& variable) {
-  return "temp." + quotedName(variable.table->name);
+  return "temp." + tsql::quoted(variable.table->name);
 }
 
 void bindStored(sqlite3_stmt* statement, int position, const tsql::Result& value) {

@@ -4,11 +4,6 @@
 
 namespace tolvane {
 
-bool sameName(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; };
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [&](char x, char y) { return lower(x) == lower(y); });
-}
-
 const MethodDescription* ClassDescription::find(std::string_view method) const {
   const auto found = std::find_if(methods.begin(), methods.end(),
                                   [&](const MethodDescription& candidate) { return sameName(candidate.name, method); });

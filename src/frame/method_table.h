@@ -20,6 +20,7 @@
 
 #include "frame/parameter_types.h"
 #include "frame/service.h"
+#include "platform/names.h"
 
 namespace tolvane {
 
@@ -56,9 +57,6 @@ struct ClassDescription {
   /// By name without regard to letter case; null when there is none.
   [[nodiscard]] const MethodDescription* find(std::string_view method) const;
 };
-
-/// Whether two names are the same at the doors: without regard to (ASCII) letter case.
-[[nodiscard]] bool sameName(std::string_view a, std::string_view b);
 
 /// How a class names one of its parameters.
 struct ParameterName {

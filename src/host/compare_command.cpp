@@ -15,6 +15,7 @@
 #include "host/utf8.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
+#include "platform/names.h"
 #include "standalone/data_sources.h"
 #include "tracing/json_values.h"
 
@@ -22,11 +23,6 @@ namespace tolvane::host {
 namespace {
 
 constexpr std::size_t longestShown = 200;
-
-std::string lowered(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return text;
-}
 
 // Two numbers of 64 bits that differ for different documents, for all that is likely.
 std::string digest(const Bytes& bytes) {

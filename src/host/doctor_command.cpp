@@ -9,6 +9,7 @@
 #include "host/usage_error.h"
 #include "host/utf8.h"
 #include "platform/conversions.h"
+#include "platform/names.h"
 #include "standalone/data_sources.h"
 #include "tracing/json_values.h"
 
@@ -38,11 +39,6 @@ constexpr std::array advices{
     Advice{"08", "The server cannot be reached: check Server and Port, and that the server runs."},
     Advice{"IM", "The driver cannot be used: \"odbcinst -q -d\" lists the drivers."},
 };
-
-std::string lowered(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return text;
-}
 
 bool isState(std::string_view sign) {
   return sign.size() == 2;

@@ -3,15 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
+#include "platform/names.h"
+
 namespace tolvane::host {
 namespace {
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return result;
-}
 
 /// Characters to add, drop or replace.
 std::size_t distance(const std::string& a, const std::string& b) {

@@ -7,7 +7,7 @@
 #include <array>
 
 #include "odbc/wide_text.h"
-#include "rowset/names.h"
+#include "platform/names.h"
 
 namespace tolvane::odbc {
 namespace {
@@ -39,7 +39,7 @@ bool isMoney(const StatementHandle& statement, SQLUSMALLINT column, const Column
                        (described.precision == moneyPrecision || described.precision == smallMoneyPrecision);
   if (!couldBe) return false;
   const auto name = attributeText(statement, column, SQL_DESC_TYPE_NAME);
-  return rowset::sameName(name, "money") || rowset::sameName(name, "smallmoney");
+  return sameName(name, "money") || sameName(name, "smallmoney");
 }
 
 std::int32_t fixedSize(DataType type) {

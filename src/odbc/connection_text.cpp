@@ -6,13 +6,11 @@
 
 #include "platform/conversions.h"
 #include "platform/error.h"
-#include "rowset/names.h"
+#include "platform/names.h"
 #include "rowset/utf8.h"
 
 namespace tolvane::odbc {
 namespace {
-
-using rowset::sameName;
 
 constexpr std::string_view defaultDriver = "FreeTDS";
 constexpr std::string_view protocolVersion = "7.4";

@@ -1,6 +1,6 @@
 #include "odbc/dialect.h"
 
-#include "rowset/names.h"
+#include "platform/names.h"
 
 namespace tolvane::odbc {
 namespace {
@@ -12,8 +12,8 @@ const Dialect postgresql{IdentityReading::returning, NativeNumbers::other, '"', 
 }  // namespace
 
 const Dialect& Dialect::of(std::string_view product) {
-  if (product.size() >= 6 && rowset::sameName(product.substr(0, 6), "SQLite")) return sqlite;
-  if (rowset::sameName(product, "PostgreSQL")) return postgresql;
+  if (product.size() >= 6 && sameName(product.substr(0, 6), "SQLite")) return sqlite;
+  if (sameName(product, "PostgreSQL")) return postgresql;
   return sqlServer;
 }
 

@@ -10,7 +10,7 @@
 #include "odbc/values.h"
 #include "platform/calendar.h"
 #include "platform/conversions.h"
-#include "rowset/names.h"
+#include "platform/names.h"
 
 namespace tolvane::odbc {
 namespace {
@@ -63,7 +63,7 @@ void findIdentity(Session& session, Shape& shape, const RowEdits& edits) {
   const auto& name = session.identityOf(shape.table);
   for (std::size_t i = 0; i < shape.columns.size() && !name.empty(); ++i) {
     auto& column = shape.columns[i];
-    column.identity = couldBe(i) && rowset::sameName(column.base, name);
+    column.identity = couldBe(i) && sameName(column.base, name);
   }
 }
 
@@ -193,7 +193,7 @@ std::vector<std::size_t> keyColumns(Session& session, const Shape& shape) {
   std::vector<std::size_t> columns;
   for (const auto& name : session.keyOf(shape.table)) {
     const auto found = std::find_if(shape.columns.begin(), shape.columns.end(),
-                                    [&](const Column& column) { return rowset::sameName(column.base, name); });
+                                    [&](const Column& column) { return sameName(column.base, name); });
     if (found == shape.columns.end()) return {};
     columns.push_back(static_cast<std::size_t>(found - shape.columns.begin()));
   }

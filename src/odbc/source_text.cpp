@@ -4,12 +4,10 @@
 #include <array>
 #include <cctype>
 
-#include "rowset/names.h"
+#include "platform/names.h"
 
 namespace tolvane::odbc {
 namespace {
-
-using rowset::sameName;
 
 struct Token {
   enum class Kind { name, quotedName, text, number, mark };

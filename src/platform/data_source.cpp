@@ -3,6 +3,7 @@
 #include "platform/conversions.h"
 #include "platform/engine.h"
 #include "platform/error.h"
+#include "platform/names.h"
 
 namespace tolvane {
 namespace {
@@ -13,16 +14,8 @@ namespace {
                             " It is made of Key=Value pairs joined by semicolons, such as Database=demo.db;UserID=1.");
 }
 
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool sameKey(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
-}
-
 bool isPassword(std::string_view key) {
-  return sameKey(key, "PWD") || sameKey(key, "Password");
+  return sameName(key, "PWD") || sameName(key, "Password");
 }
 
 std::string_view takeKey(std::string_view& rest) {
@@ -95,13 +88,13 @@ DataSourceName DataSourceName::parse(std::string_view text) {
 
 std::string DataSourceName::get(std::string_view key, std::string_view fallback) const {
   for (const auto& [name, value] : pairs_) {
-    if (sameKey(name, key)) return value;
+    if (sameName(name, key)) return value;
   }
   return std::string(fallback);
 }
 
 bool DataSourceName::has(std::string_view key) const {
-  return std::any_of(pairs_.begin(), pairs_.end(), [&](const auto& pair) { return sameKey(pair.first, key); });
+  return std::any_of(pairs_.begin(), pairs_.end(), [&](const auto& pair) { return sameName(pair.first, key); });
 }
 
 std::string DataSourceName::publicText() const {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "rowset/names.h"
+#include "platform/names.h"
 #include "rowset/server_errors.h"
 
 namespace tolvane::rowset {

@@ -7,8 +7,8 @@
 
 #include "platform/calendar.h"
 #include "platform/conversions.h"
+#include "platform/names.h"
 #include "rowset/decimal_order.h"
-#include "rowset/names.h"
 #include "rowset/server_errors.h"
 
 namespace tolvane::rowset {

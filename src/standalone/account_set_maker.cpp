@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "platform/error.h"
+#include "platform/names.h"
 #include "system/path_text.h"
 
 namespace tolvane::standalone {
@@ -79,9 +80,7 @@ void buildInDatabase(const Engines& engines, const DataSourceName& name, const F
 }
 
 std::string engineOf(const DataSourceName& name) {
-  std::string engine = name.get("Engine", defaultEngine);
-  for (char& c : engine) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return engine;
+  return lowered(name.get("Engine", defaultEngine));
 }
 
 }  // namespace

@@ -4,15 +4,10 @@
 #include <charconv>
 
 #include "platform/error.h"
+#include "platform/names.h"
 
 namespace tolvane::standalone {
 namespace {
-
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return text;
-}
 
 [[noreturn]] void refuse(std::uint32_t number, const std::string& description) {
   throw AutomationError(number, std::string(applicationName), description);

@@ -5,16 +5,11 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/error.h"
+#include "platform/names.h"
 #include "system/path_text.h"
 
 namespace tolvane::standalone {
 namespace {
-
-std::string lowered(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return text;
-}
 
 [[noreturn]] void refuse(const std::string& description) {
   throw AutomationError(errorNumber(RuntimeError::fileNotFound), std::string(applicationName), description);

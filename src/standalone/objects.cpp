@@ -3,20 +3,13 @@
 #include <algorithm>
 
 #include "platform/error.h"
+#include "platform/names.h"
 
 namespace tolvane::standalone {
 namespace {
 
 // As many as a row of the report lists has columns: most bags are made once and never grow.
 constexpr std::size_t usualEntries = 12;
-
-char lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-bool sameKey(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) { return lower(x) == lower(y); });
-}
 
 template <typename Items>
 const auto& at(const Items& items, std::int32_t index) {
@@ -36,7 +29,7 @@ std::string Dictionary::name(std::int32_t index) const {
 
 const Value* Dictionary::find(std::string_view key) const {
   const auto found =
-      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameKey(entry.first, key); });
+      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameName(entry.first, key); });
   return found == entries_.end() ? nullptr : &found->second;
 }
 
@@ -51,7 +44,7 @@ Value Dictionary::getValue(std::string_view key, const Value& fallback) const {
 
 void Dictionary::set(std::string_view key, Value value) {
   const auto found =
-      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameKey(entry.first, key); });
+      std::find_if(entries_.begin(), entries_.end(), [&](const auto& entry) { return sameName(entry.first, key); });
   if (found != entries_.end()) {
     found->second = std::move(value);
   } else {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "automation/foundation_objects.h"
-#include "rowset/names.h"
+#include "platform/names.h"
 #include "rowset/server_errors.h"
 #include "standalone_com/ado_arguments.h"
 #include "standalone_com/recordset_object.h"
@@ -115,9 +115,8 @@ Variant ParameterObject::call(DISPID member, const MemberCall& call) {
 std::size_t ParametersObject::indexOf(const Value& nameOrPosition) const {
   auto found = list_->end();
   if (const auto* name = nameOrPosition.get<std::string>()) {
-    found = std::find_if(list_->begin(), list_->end(), [&](const ComPtr<ParameterObject>& parameter) {
-      return rowset::sameName(parameter->name(), *name);
-    });
+    found = std::find_if(list_->begin(), list_->end(),
+                         [&](const ComPtr<ParameterObject>& parameter) { return sameName(parameter->name(), *name); });
   } else if (const auto position = toInt32(nameOrPosition);
              position >= 0 && static_cast<std::size_t>(position) < list_->size()) {
     found = list_->begin() + position;

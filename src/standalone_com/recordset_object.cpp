@@ -4,7 +4,7 @@
 #include <array>
 #include <utility>
 
-#include "rowset/names.h"
+#include "platform/names.h"
 #include "rowset/server_errors.h"
 #include "standalone_com/ado_arguments.h"
 #include "standalone_com/command_objects.h"
@@ -106,8 +106,8 @@ void RecordsetObject::requireClosed() const {
 std::size_t RecordsetObject::fieldIndex(const Value& nameOrPosition) const {
   const auto& all = rows().fields();
   if (const auto* name = nameOrPosition.get<std::string>()) {
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const FieldInfo& field) { return rowset::sameName(field.name, *name); });
+    const auto found =
+        std::find_if(all.begin(), all.end(), [&](const FieldInfo& field) { return sameName(field.name, *name); });
     if (found == all.end()) raiseAdo(AdoError::itemNotFound, recordsetSource);
     return static_cast<std::size_t>(found - all.begin());
   }

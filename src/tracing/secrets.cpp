@@ -7,19 +7,13 @@
 
 #include "platform/engine.h"
 #include "platform/error.h"
+#include "platform/names.h"
 
 namespace tolvane::tracing {
 namespace {
 
 constexpr std::string_view secretColumn = "fmpassword";
 constexpr std::string_view secretTable = "t_rpt_multiacctentry";
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  std::transform(result.begin(), result.end(), result.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return result;
-}
 
 enum class TokenKind { word, text, mark };
 

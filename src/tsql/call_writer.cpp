@@ -2,6 +2,7 @@
 
 #include "tsql/date_part.h"
 #include "tsql/function_table.h"
+#include "tsql/names.h"
 #include "tsql/parser.h"
 #include "tsql/writer.h"
 
@@ -11,13 +12,6 @@ using tree::Expression;
 using tree::ExpressionKind;
 
 namespace {
-
-std::string lowered(std::string_view name) {
-  std::string result(name);
-  std::ranges::transform(result, result.begin(),
-                         [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-  return result;
-}
 
 Type longest(const Type& text) {
   return Type::text(text.isUnicode() ? TypeKind::NVarChar : TypeKind::VarChar,
@@ -204,9 +198,7 @@ void Writer::refuseNegativeLength(const Expression& call) {
   const Literal& literal = batch_.literals[static_cast<std::size_t>(index)];
   structural(index);
   if (literal.type.kind != TypeKind::Int || literal.integer == 0) return;
-  std::string name = call.name;
-  std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
-  fail(length.token, Message::InvalidRightLength, {name});
+  fail(length.token, Message::InvalidRightLength, {lowered(call.name)});
 }
 
 std::string Writer::argument(const Expression& call, std::size_t index, int code, Scope* scope, Typed& value) {
@@ -224,10 +216,9 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
       refuse(argument.token, "the part of a date");
     }
     if (!part) {
-      std::string name = call.name;
-      std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
       const Token& token = batch_.tokens[static_cast<std::size_t>(argument.token)];
-      fail(argument.token, Message::NotDatepart, {batch_.text.substr(token.begin, token.end - token.begin), name});
+      fail(argument.token, Message::NotDatepart,
+           {batch_.text.substr(token.begin, token.end - token.begin), lowered(call.name)});
     }
     value.type = Type::text(TypeKind::VarChar, 11).orNull(false);
     return quotedText(nameOf(*part));
@@ -540,9 +531,7 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
          "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");
   }
   const auto invalid = [&] {
-    std::string name = expression.name;
-    std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c + 32); });
-    fail(expression.token, Message::InvalidOperand, {value.type.messageName(), name});
+    fail(expression.token, Message::InvalidOperand, {value.type.messageName(), lowered(expression.name)});
   };
   if (value.type.kind == TypeKind::Null) invalid();
   const bool oldLong = value.type.isLongText() || value.type.kind == TypeKind::Image;

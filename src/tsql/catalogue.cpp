@@ -4,10 +4,6 @@
 
 namespace tolvane::tsql {
 namespace {
-char lowered(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 constexpr std::string_view identityCall = "ts_identity(";
 
 // The number behind the last comma, which is cut off with it.
@@ -20,14 +16,6 @@ std::int64_t takeLastNumber(std::string_view& text) {
   return number;
 }
 }  // namespace
-
-bool sameName(std::string_view a, std::string_view b) {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (lowered(a[i]) != lowered(b[i])) return false;
-  }
-  return true;
-}
 
 int Table::find(std::string_view columnName) const {
   for (std::size_t i = 0; i < columns.size(); ++i) {

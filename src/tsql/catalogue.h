@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tsql/names.h"
 #include "tsql/type.h"
 
 namespace tolvane::tsql {
@@ -71,8 +72,5 @@ class Catalogue {
   // Grows whenever tables or columns change. A program is good for the version it was compiled with.
   virtual std::uint64_t version() const = 0;
 };
-
-// Equality of names: ASCII letter case does not matter, nothing else is folded.
-bool sameName(std::string_view a, std::string_view b);
 
 }  // namespace tolvane::tsql

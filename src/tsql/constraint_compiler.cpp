@@ -31,9 +31,7 @@ std::string keptForm(const tree::Expression& value, const ShapedBatch& batch) {
     }
     case tree::ExpressionKind::Call: {
       if (!value.arguments.empty() || value.star || value.over) return {};
-      std::string name = value.name;
-      for (char& c : name) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-      return name + "()";
+      return lowered(value.name) + "()";
     }
     default:
       return {};
@@ -79,12 +77,6 @@ std::vector<Reference> referencesOf(const std::vector<const Table*>& tables) {
       if (auto key = foreignKeyOf(clause)) result.push_back({table, std::move(*key)});
     }
   }
-  return result;
-}
-
-std::string folded(std::string_view name) {
-  std::string result(name);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
   return result;
 }
 
@@ -417,11 +409,11 @@ void BatchCompiler::checkActions(const Constraint& constraint, const std::string
                      "\" with the SET NULL referential action, because one or more referencing columns are not "
                      "nullable.");
   }
-  const Edge added{folded(target.name), folded(table.name)};
+  const Edge added{lowered(target.name), lowered(table.name)};
   std::vector<Edge> ofDelete;
   std::vector<Edge> ofUpdate;
   for (const Reference& reference : referencesOf(catalogue_.tables())) {
-    const Edge edge{folded(reference.key.table), folded(reference.child->name)};
+    const Edge edge{lowered(reference.key.table), lowered(reference.child->name)};
     if (cascades(reference.key.onDelete)) ofDelete.push_back(edge);
     if (cascades(reference.key.onUpdate)) ofUpdate.push_back(edge);
   }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tsql/date_part.h"
+#include "tsql/names.h"
 #include "tsql/sql_error.h"
 
 namespace tolvane::tsql {
@@ -135,14 +136,6 @@ std::optional<std::vector<Token>> tokensOf(std::string_view text) {
     i = end;
   }
   return tokens;
-}
-
-std::string lowered(std::string_view word) {
-  std::string result(word);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
 }
 
 // The month of a full name or its first three letters; 0 for another word.

@@ -10,15 +10,7 @@ namespace tolvane::tsql {
 using tree::JoinKind;
 using tree::TableReference;
 
-namespace {
-
-std::string folded(std::string_view name) {
-  std::string result(name);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return result;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 // What an outer join leaves empty. Values that are no columns would not become null.
 void Writer::makeNullable(Scope& scope, std::size_t first, std::size_t end, int token) const {
@@ -229,7 +221,7 @@ void Writer::nameColumns(const TableReference& reference, const std::vector<Outp
       fail(reference.token, 8155,
            "No column name was specified for column " + std::to_string(i + 1) + " of '" + reference.alias + "'.");
     }
-    if (!seen.insert(folded(name)).second) {
+    if (!seen.insert(lowered(name)).second) {
       fail(reference.token, 8156,
            "The column '" + name + "' was specified multiple times for '" + reference.alias + "'.");
     }

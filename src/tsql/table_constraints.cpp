@@ -8,12 +8,6 @@
 namespace tolvane::tsql {
 namespace {
 
-std::string folded(std::string_view name) {
-  std::string result(name);
-  for (char& c : result) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-  return result;
-}
-
 std::string_view typeOf(const TableClause& clause) {
   if (clause.begins("CHECK")) return clause.name == identityCheck ? "" : "C";
   if (clause.begins("FOREIGN") || clause.begins("REFERENCES")) return "F";
@@ -57,8 +51,8 @@ std::string madeUpName(std::string_view kind, std::string_view table, std::strin
     for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
   };
   add(kind);
-  add(folded(table));
-  add(folded(column));
+  add(lowered(table));
+  add(lowered(column));
   add(std::to_string(number));
   const bool key = kind == "PK" || kind == "UQ";
   constexpr std::size_t longest = 30;

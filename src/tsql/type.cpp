@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "tsql/names.h"
+
 namespace tolvane::tsql {
 namespace {
 
@@ -40,14 +42,6 @@ constexpr bool rowsFollowKinds() {
   return true;
 }
 static_assert(rowsFollowKinds());
-
-std::string lowered(std::string_view text) {
-  std::string result(text);
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  }
-  return result;
-}
 
 int decimalBytes(int precision) {
   return precision <= 9 ? 5 : precision <= 19 ? 9 : precision <= 28 ? 13 : 17;

@@ -11,6 +11,7 @@
 #include "tsql/catalogue.h"
 #include "tsql/compiler.h"
 #include "tsql/program.h"
+#include "tsql/sqlite_text.h"
 #include "tsql/tree.h"
 #include "tsql/type_rules.h"
 
@@ -362,10 +363,5 @@ class Writer {
   bool inline_ = false;
   bool keepsRows_ = false;
 };
-
-// A name between double quotes, for SQLite text.
-std::string quoted(std::string_view name);
-// A text between apostrophes, for SQLite text.
-std::string quotedText(std::string_view text);
 
 }  // namespace tolvane::tsql
