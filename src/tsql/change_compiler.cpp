@@ -210,6 +210,10 @@ void BatchCompiler::takeSource(const StatementNode& node, const Source& source, 
 // The table's column that an assignment means.
 int BatchCompiler::assignedColumn(const tree::Assignment& assignment, const Target& target) const {
   const Table& table = *target.table;
+  const std::string& qualifier = assignment.qualifier;
+  if (!qualifier.empty() && !sameName(qualifier, target.name) && !sameName(qualifier, table.name)) {
+    writer_.fail(assignment.token, Message::MultipartNotBound, {qualifier + "." + assignment.column});
+  }
   const int ordinal = target.columns.empty() ? table.find(assignment.column) : -1;
   if (ordinal >= 0) return ordinal;
   const auto isIt = [&](const SourceColumn& column) { return sameName(column.name, assignment.column); };

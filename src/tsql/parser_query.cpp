@@ -124,8 +124,8 @@ std::unique_ptr<Select> Parser::select() {
     result->items.push_back(selectItem());
   } while (takeOperator(","));
   if (takeWord("INTO")) {
-    const auto target = tableName();
-    result->into = target.name;
+    result->intoTable = tableName();
+    result->into = result->intoTable.name;
   }
   if (takeWord("FROM")) result->from = tableReferences();
   if (takeWord("WHERE")) result->where = requiredCondition();

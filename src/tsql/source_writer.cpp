@@ -30,7 +30,7 @@ void Writer::makeNullable(Scope& scope, std::size_t first, std::size_t end, int 
 
 const Table* Writer::findTable(const std::string& schema, const std::string& name, int token) const {
   if (!schema.empty() && !sameName(schema, "dbo")) {
-    fail(token, Message::InvalidObject, {schema + "." + name});
+    throw UnknownTable{schema + "." + name, token};
   }
   if (name.starts_with("@")) return tableVariable(name, token);
   const Table* table = catalogue_.find(name);
@@ -45,11 +45,15 @@ const Table* Writer::tableVariable(const std::string& name, int token) const {
   throw SqlError(Message::TableVariable, {name}).at(lineOf(batch_, token));
 }
 
+bool Writer::isOwnDatabase(std::string_view database) const {
+  return database.empty() || options_.database.empty() || sameName(database, options_.database);
+}
+
 // There are no other databases; tables whose names begin with '#' are in one of their own.
 void Writer::checkDatabase(const std::string& database, const std::string& schema, const std::string& name,
                            int token) const {
-  if (database.empty() || options_.database.empty() || sameName(database, options_.database)) return;
-  if (!name.starts_with("#")) fail(token, Message::InvalidObject, {database + "." + schema + "." + name});
+  if (isOwnDatabase(database) || name.starts_with("#")) return;
+  throw UnknownTable{database + "." + schema + "." + name, token};
 }
 
 void Writer::readTable(const Table& table) {
