@@ -17,14 +17,6 @@ namespace {
 // Own statements are few; the bound only guards against a caller that updates hundreds of tables in turn.
 constexpr std::size_t ownStatementBound = 256;
 
-// An object name as OBJECT_ID takes it: the last part of "db.owner.name", without brackets.
-std::string_view lastPart(std::string_view name) {
-  const auto point = name.rfind('.');
-  if (point != std::string_view::npos) name.remove_prefix(point + 1);
-  if (name.size() >= 2 && name.front() == '[' && name.back() == ']') name = name.substr(1, name.size() - 2);
-  return name;
-}
-
 }  // namespace
 
 Session::Session(const std::filesystem::path& file, std::chrono::milliseconds busyTimeout)
@@ -324,7 +316,7 @@ std::string Session::version() const {
 }
 
 std::optional<std::int64_t> Session::objectId(std::string_view name, std::string_view type) const {
-  const auto* table = catalogue_.find(lastPart(name));
+  const auto* table = tableNamed(name);
   if (!table || table->name.starts_with("@")) return std::nullopt;
   if (!type.empty()) {
     std::string wanted(type);
@@ -335,8 +327,20 @@ std::optional<std::int64_t> Session::objectId(std::string_view name, std::string
   return catalogue_.objectId(table->name);
 }
 
+// "database.schema.table" as OBJECT_ID takes it. Temporary tables are in a database of their own, which has to be
+// named.
 const tsql::Table* Session::tableNamed(std::string_view name) const {
-  return catalogue_.find(lastPart(name));
+  constexpr std::size_t most = 3;
+  auto parts = tsql::nameParts(name);
+  if (!parts || parts->size() > most) return nullptr;
+  parts->insert(parts->begin(), most - parts->size(), std::string());
+  const std::string& database = parts->front();
+  const std::string& schema = (*parts)[1];
+  if (!schema.empty() && !tsql::sameName(schema, "dbo")) return nullptr;
+  const bool temporary = parts->back().starts_with('#');
+  const bool own =
+      temporary ? tsql::sameName(database, "tempdb") : database.empty() || tsql::sameName(database, databaseName());
+  return own ? catalogue_.find(parts->back()) : nullptr;
 }
 
 std::array<std::byte, 16> Session::uniqueBytes() {

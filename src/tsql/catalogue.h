@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -71,6 +72,9 @@ class Catalogue {
   // Grows whenever tables or columns change. A program is good for the version it was compiled with.
   virtual std::uint64_t version() const = 0;
 };
+
+// The parts of a name between points, in brackets or quotes or without them; nothing for what is no name.
+std::optional<std::vector<std::string>> nameParts(std::string_view name);
 
 // Equality of names: ASCII letter case does not matter, nothing else is folded.
 bool sameName(std::string_view a, std::string_view b);

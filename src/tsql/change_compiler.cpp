@@ -168,6 +168,7 @@ BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& sc
     return result;
   }
   result.joined = true;
+  if (!node.table.schema.empty() || !node.table.database.empty()) (void)changedTable(node.table);
   result.from = writer_.from(node.from, scope);
   const Source* found = nullptr;
   int matches = 0;

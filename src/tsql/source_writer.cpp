@@ -184,6 +184,9 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
 bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::string& text) {
   const SystemTable* table = findSystemTable(reference.schema, reference.name);
   if (table == nullptr) return false;
+  if (!isOwnDatabase(reference.database)) {
+    throw notSupported(batch_, reference.token, "the catalogue of another database");
+  }
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
   source.renamed = !reference.alias.empty();

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "tsql/catalogue.h"
 #include "tsql/convert.h"
 #include "tsql/convert_text.h"
 #include "tsql/function_groups.h"
@@ -268,28 +269,6 @@ Result difference(Call& call) {
   int alike = 0;
   for (std::size_t i = 0; i < soundexLength; ++i) alike += left[i] == right[i] ? 1 : 0;
   return alike;
-}
-
-// The parts of a name between points, in brackets or quotes or without them; nothing for what is no name.
-std::optional<std::vector<std::string>> nameParts(std::string_view name) {
-  std::vector<std::string> parts(1);
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    if (name[i] == '.') {
-      parts.emplace_back();
-    } else if ((name[i] == '[' || name[i] == '"') && parts.back().empty()) {
-      const char end = name[i] == '[' ? ']' : '"';
-      for (++i;; ++i) {
-        if (i >= name.size()) return std::nullopt;
-        if (name[i] == end && (i + 1 >= name.size() || name[i + 1] != end)) break;
-        if (name[i] == end) ++i;
-        parts.back() += name[i];
-      }
-      if (i + 1 < name.size() && name[i + 1] != '.') return std::nullopt;
-    } else {
-      parts.back() += name[i];
-    }
-  }
-  return parts;
 }
 
 // name, which of its parts, from the right.
