@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tsql/parser.h"
+#include "tsql/system_tables.h"
 
 namespace tolvane::tsql {
 
@@ -50,6 +51,14 @@ bool namesTables(StatementKind kind) {
 
 // Statements that define name a missing table in words of their own.
 SqlError noObject(StatementKind kind, const std::string& name) {
+  const bool changes = kind == StatementKind::Insert || kind == StatementKind::Update || kind == StatementKind::Delete;
+  const auto point = name.find('.');
+  const std::string schema = point == std::string::npos ? "" : name.substr(0, point);
+  const std::string table = name.substr(point == std::string::npos ? 0 : point + 1);
+  const bool isSystem = findSystemTable(schema, table) != nullptr || isKnownSystemTable(schema, table);
+  if (changes && isSystem && !sameName(schema, "INFORMATION_SCHEMA")) {
+    return {259, 16, "Ad hoc updates to system catalogs are not allowed."};
+  }
   int number = 0;
   if (kind == StatementKind::Truncate) number = 4701;
   if (kind == StatementKind::AlterAdd || kind == StatementKind::AlterDrop || kind == StatementKind::AlterColumn) {

@@ -126,6 +126,9 @@ class BatchCompiler {
   void addForeignKey(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
   void addDefault(Definition& whole, const tree::Constraint& constraint, std::string_view ofColumn);
   bool isObject(const std::string& name) const;
+  static bool isOwnSchema(std::string_view schema) { return schema.empty() || sameName(schema, "dbo"); }
+  bool isOwn(const tree::TableName& name) const;
+  bool canMake(const tree::StatementNode& node, const tree::TableName& name);
   std::string nameFor(Definition& whole, const tree::Constraint& constraint, std::string_view kind,
                       std::string_view column);
   std::string place(const Table& table, const std::vector<std::string>& columns) const;

@@ -349,10 +349,11 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
   }
   constexpr std::size_t mostOfSqlite = 100;
   if (values.size() > mostOfSqlite) refuse(expression.token, "a call with more than 100 arguments");
-  bool nullable = true;
+  // Unlike ISNULL it is the CASE that it is written out as: any of its values makes it nullable.
+  bool nullable = false;
   std::vector<const Typed*> all;
   for (const Typed& value : values) {
-    nullable = nullable && value.type.nullable;
+    nullable = nullable || value.type.nullable;
     all.push_back(&value);
   }
   const Type type = commonTypeOf(all);

@@ -168,6 +168,7 @@ BatchCompiler::Target BatchCompiler::target(const StatementNode& node, Scope& sc
     return result;
   }
   result.joined = true;
+  if (!node.table.schema.empty() || !node.table.database.empty()) (void)changedTable(node.table);
   result.from = writer_.from(node.from, scope);
   const Source* found = nullptr;
   int matches = 0;
@@ -210,6 +211,10 @@ void BatchCompiler::takeSource(const StatementNode& node, const Source& source, 
 // The table's column that an assignment means.
 int BatchCompiler::assignedColumn(const tree::Assignment& assignment, const Target& target) const {
   const Table& table = *target.table;
+  const std::string& qualifier = assignment.qualifier;
+  if (!qualifier.empty() && !sameName(qualifier, target.name) && !sameName(qualifier, table.name)) {
+    writer_.fail(assignment.token, Message::MultipartNotBound, {qualifier + "." + assignment.column});
+  }
   const int ordinal = target.columns.empty() ? table.find(assignment.column) : -1;
   if (ordinal >= 0) return ordinal;
   const auto isIt = [&](const SourceColumn& column) { return sameName(column.name, assignment.column); };

@@ -38,6 +38,27 @@ std::string keptForm(const tree::Expression& value, const ShapedBatch& batch) {
   }
 }
 
+// A default is a value that no row is needed for.
+void checkDefault(const tree::Expression& value, const ShapedBatch& batch) {
+  if (value.kind == tree::ExpressionKind::Column) {
+    const std::string qualifier = value.qualifier.empty() ? "" : value.qualifier + ".";
+    throw SqlError(128, 15,
+                   "The name \"" + qualifier + value.name +
+                       "\" is not permitted in this context. Valid expressions are constants, constant expressions, "
+                       "and (in some contexts) variables. Column names are not permitted.")
+        .at(lineOf(batch, value.token));
+  }
+  if (value.query) {
+    throw SqlError(1046, 15, "Subqueries are not allowed in this context. Only scalar expressions are allowed.")
+        .at(lineOf(batch, value.token));
+  }
+  for (const auto& argument : value.arguments) {
+    if (argument) checkDefault(*argument, batch);
+  }
+  if (value.operand) checkDefault(*value.operand, batch);
+  if (value.otherwise) checkDefault(*value.otherwise, batch);
+}
+
 // Names of the columns of a condition, each once.
 void collectColumns(const tree::Expression& expression, const Table& table, std::vector<std::string>& names) {
   if (expression.kind == tree::ExpressionKind::Column) {
@@ -218,6 +239,7 @@ void BatchCompiler::addDefault(Definition& whole, const Constraint& constraint, 
                  "More than one column DEFAULT constraint specified for column '" + column.name + "', table '" +
                      table.name + "'.");
   }
+  checkDefault(*constraint.expression, batch_);
   TableClause clause{nameFor(whole, constraint, "DF", column.name),
                      "DEFAULT " + defaultText(*constraint.expression, table, column),
                      keptForm(*constraint.expression, batch_)};
@@ -259,6 +281,12 @@ void BatchCompiler::addCheck(Definition& whole, const Constraint& constraint, st
   // A column that is just being added has no values that could be looked at yet.
   std::vector<std::string> columns;
   collectColumns(*constraint.expression, table, columns);
+  if (!ofColumn.empty() &&
+      std::ranges::any_of(columns, [&](const auto& column) { return !sameName(column, ofColumn); })) {
+    writer_.fail(constraint.token, 8141,
+                 "Column CHECK constraint for column '" + std::string(ofColumn) +
+                     "' references another column, table '" + table.name + "'.");
+  }
   if (whole.before == nullptr || whole.unchecked) return;
   if (std::ranges::any_of(columns, [&](const auto& column) { return whole.before->find(column) < 0; })) return;
   whole.step.refusals.push_back({{"SELECT 1 FROM " + schemaOf(table) + quoted(table.name) + " WHERE NOT " +
@@ -283,6 +311,10 @@ std::vector<int> BatchCompiler::ordinals(const std::vector<tree::KeyColumn>& key
       writer_.fail(token, 1919,
                    "Column '" + key.name + "' in table '" + table.name +
                        "' is of a type that is invalid for use as a key column in an index.");
+    }
+    if (std::ranges::find(result, ordinal) != result.end()) {
+      writer_.fail(token, 1909,
+                   "Cannot use duplicate column names in index. Column name '" + key.name + "' listed more than once.");
     }
     result.push_back(ordinal);
   }
@@ -464,7 +496,7 @@ void BatchCompiler::addForeignKey(Definition& whole, const Constraint& constrain
                      table.name + "'.");
   }
   const bool same = sameName(constraint.target.name, table.name);
-  const Table* target = same ? &table : catalogue_.find(constraint.target.name);
+  const Table* target = !isOwn(constraint.target) ? nullptr : same ? &table : catalogue_.find(constraint.target.name);
   if (target == nullptr || target->view) {
     writer_.fail(constraint.token, 1767,
                  "Foreign key '" + name + "' references invalid table '" + asWritten(constraint.target) + "'.");

@@ -206,7 +206,28 @@ void BatchCompiler::defineColumn(Definition& whole, const tree::ColumnDefinition
   whole.text.columns.push_back(std::move(text));
 }
 
+// There is one database and one schema that tables can be in; those that begin with '#' are in neither.
+bool BatchCompiler::isOwn(const tree::TableName& name) const {
+  return name.name.starts_with("#") || (writer_.isOwnDatabase(name.database) && isOwnSchema(name.schema));
+}
+
+// Whether a table of that name can be made; says why where it cannot.
+bool BatchCompiler::canMake(const StatementNode& node, const tree::TableName& name) {
+  if (isOwn(name)) return true;
+  if (!writer_.isOwnDatabase(name.database)) {
+    error(node,
+          SqlError(2702, 16,
+                   "Database '" + name.database + "' does not exist. Make sure that the name is entered correctly."));
+  } else {
+    error(node, SqlError(2760, 16,
+                         "The specified schema name \"" + name.schema +
+                             "\" either does not exist or you do not have permission to use it."));
+  }
+  return false;
+}
+
 void BatchCompiler::createTable(const StatementNode& node) {
+  if (!canMake(node, node.table)) return;
   const bool temporary = node.table.name.starts_with("#");
   if (catalogue_.find(node.table.name) != nullptr || (!temporary && isObject(node.table.name))) {
     return error(node, SqlError(Message::ObjectExists, {node.table.name}));
@@ -298,9 +319,10 @@ void BatchCompiler::createIndex(const StatementNode& node) {
 // Each table is dropped by itself, whatever becomes of the others.
 void BatchCompiler::dropTable(const StatementNode& node) {
   for (const auto& name : node.tables) {
-    const Table* table = catalogue_.find(name.name);
+    const Table* table = isOwn(name) ? catalogue_.find(name.name) : nullptr;
     if (table == nullptr) {
-      const std::string written = (name.schema.empty() ? "" : name.schema + ".") + name.name;
+      const std::string database = name.database.empty() ? "" : name.database + ".";
+      const std::string written = database + (name.schema.empty() ? database : name.schema + ".") + name.name;
       if (!node.ifExists) error(node, SqlError(Message::CannotDrop, {"drop", "table", written}));
       continue;
     }
@@ -321,7 +343,8 @@ void BatchCompiler::dropTable(const StatementNode& node) {
 void BatchCompiler::dropIndex(const StatementNode& node) {
   DdlStep step;
   for (const auto& name : node.tables) {
-    const Table* table = catalogue_.find(name.schema);
+    // The table stands where the schema of a table stands, its schema before that.
+    const Table* table = isOwnSchema(name.database) ? catalogue_.find(name.schema) : nullptr;
     const Index* found = nullptr;
     if (table != nullptr) {
       for (const Index& index : table->indexes) {
@@ -330,7 +353,8 @@ void BatchCompiler::dropIndex(const StatementNode& node) {
     }
     if (found == nullptr) {
       if (node.ifExists) continue;
-      return error(node, SqlError(Message::CannotDrop, {"drop", "index", name.schema + "." + name.name}));
+      const std::string schema = name.database.empty() ? "" : name.database + ".";
+      return error(node, SqlError(Message::CannotDrop, {"drop", "index", schema + name.schema + "." + name.name}));
     }
     if (found->constraint || found->stored.empty()) {
       return error(node, SqlError(3723, 16,
@@ -345,6 +369,7 @@ void BatchCompiler::dropIndex(const StatementNode& node) {
 }
 
 void BatchCompiler::selectInto(const StatementNode& node, const tree::Select& select) {
+  if (!canMake(node, select.intoTable)) return;
   if (catalogue_.find(select.into) != nullptr) return error(node, SqlError(Message::ObjectExists, {select.into}));
   if (select.into.starts_with("##")) throw notSupported(batch_, node.token, "a global temporary table");
   const BoundQuery query = writer_.bind(*node.query, nullptr, false);

@@ -441,12 +441,13 @@ bool Writer::isConstant(const Expression& expression) const {
 }
 
 // `dbo.t.a`: an alias stands for itself, and takes nothing before it.
-bool Writer::prefixFits(const std::string& prefix, const Source& source) {
+bool Writer::prefixFits(const std::string& prefix, const Source& source) const {
   if (source.renamed || source.schema.empty()) return false;
   const auto end = prefix.size() - 1;
   const auto before = prefix.rfind('.', end == 0 ? 0 : end - 1);
-  const auto begin = before == std::string::npos || before == end ? 0 : before + 1;
+  const auto begin = before == std::string::npos ? 0 : before + 1;
   const std::string_view schema = std::string_view(prefix).substr(begin, end - begin);
+  if (begin > 0 && !isOwnDatabase(std::string_view(prefix).substr(0, prefix.find('.')))) return false;
   return schema.empty() || sameName(schema, source.schema);
 }
 

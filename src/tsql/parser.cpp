@@ -14,32 +14,44 @@ char upper(char c) {
 }
 
 // Sorted. The words that may not be names without brackets.
-constexpr std::array<std::string_view, 123> reserved{
-    "ADD",      "ALL",    "ALTER",     "AND",         "ANY",        "AS",          "ASC",        "BEGIN",
-    "BETWEEN",  "BREAK",  "BY",        "CASCADE",     "CASE",       "CHECK",       "CLOSE",      "COALESCE",
-    "COLLATE",  "COLUMN", "COMMIT",    "COMPUTE",     "CONSTRAINT", "CONTAINS",    "CONTINUE",   "CONVERT",
-    "CREATE",   "CROSS",  "CURRENT",   "CURSOR",      "DATABASE",   "DECLARE",     "DEFAULT",    "DELETE",
-    "DENY",     "DESC",   "DISTINCT",  "DROP",        "ELSE",       "END",         "ERRLVL",     "ESCAPE",
-    "EXCEPT",   "EXEC",   "EXECUTE",   "EXISTS",      "EXIT",       "FETCH",       "FOR",        "FOREIGN",
-    "FROM",     "FULL",   "FUNCTION",  "GOTO",        "GRANT",      "GROUP",       "HAVING",     "HOLDLOCK",
-    "IDENTITY", "IF",     "IN",        "INDEX",       "INNER",      "INSERT",      "INTERSECT",  "INTO",
-    "IS",       "JOIN",   "KEY",       "KILL",        "LEFT",       "LIKE",        "MERGE",      "NATIONAL",
-    "NOCHECK",  "NOT",    "NULL",      "NULLIF",      "OF",         "OFF",         "ON",         "OPEN",
-    "OPTION",   "OR",     "ORDER",     "OUTER",       "OVER",       "PERCENT",     "PIVOT",      "PRIMARY",
-    "PRINT",    "PROC",   "PROCEDURE", "RAISERROR",   "READTEXT",   "RECONFIGURE", "REFERENCES", "RESTORE",
-    "RETURN",   "REVERT", "REVOKE",    "RIGHT",       "ROLLBACK",   "ROWCOUNT",    "SAVE",       "SCHEMA",
-    "SELECT",   "SET",    "SHUTDOWN",  "SOME",        "STATISTICS", "TABLE",       "TEXTSIZE",   "THEN",
-    "TO",       "TOP",    "TRAN",      "TRANSACTION", "TRIGGER",    "TRUNCATE",    "UNION",      "UNIQUE",
-    "UPDATE",   "USE",    "VALUES"};
-constexpr std::array<std::string_view, 10> reservedMore{"CHECKPOINT", "DBCC", "DEALLOCATE", "VARYING", "VIEW",
-                                                        "WAITFOR",    "WHEN", "WHERE",      "WHILE",   "WITH"};
+constexpr std::array<std::string_view, 146> reserved{
+    "ADD",          "ALL",           "ALTER",      "AND",          "ANY",          "AS",
+    "ASC",          "AUTHORIZATION", "BACKUP",     "BEGIN",        "BETWEEN",      "BREAK",
+    "BROWSE",       "BULK",          "BY",         "CASCADE",      "CASE",         "CHECK",
+    "CHECKPOINT",   "CLOSE",         "CLUSTERED",  "COALESCE",     "COLLATE",      "COLUMN",
+    "COMMIT",       "COMPUTE",       "CONSTRAINT", "CONTAINS",     "CONTINUE",     "CONVERT",
+    "CREATE",       "CROSS",         "CURRENT",    "CURRENT_DATE", "CURRENT_TIME", "CURRENT_TIMESTAMP",
+    "CURRENT_USER", "CURSOR",        "DATABASE",   "DBCC",         "DEALLOCATE",   "DECLARE",
+    "DEFAULT",      "DELETE",        "DENY",       "DESC",         "DISK",         "DISTINCT",
+    "DISTRIBUTED",  "DOUBLE",        "DROP",       "DUMP",         "ELSE",         "END",
+    "ERRLVL",       "ESCAPE",        "EXCEPT",     "EXEC",         "EXECUTE",      "EXISTS",
+    "EXIT",         "FETCH",         "FILE",       "FILLFACTOR",   "FOR",          "FOREIGN",
+    "FREETEXT",     "FROM",          "FULL",       "FUNCTION",     "GOTO",         "GRANT",
+    "GROUP",        "HAVING",        "HOLDLOCK",   "IDENTITY",     "IDENTITYCOL",  "IF",
+    "IN",           "INDEX",         "INNER",      "INSERT",       "INTERSECT",    "INTO",
+    "IS",           "JOIN",          "KEY",        "KILL",         "LEFT",         "LIKE",
+    "LINENO",       "LOAD",          "MERGE",      "NATIONAL",     "NOCHECK",      "NONCLUSTERED",
+    "NOT",          "NULL",          "NULLIF",     "OF",           "OFF",          "OFFSETS",
+    "ON",           "OPEN",          "OPENQUERY",  "OPENROWSET",   "OPENXML",      "OPTION",
+    "OR",           "ORDER",         "OUTER",      "OVER",         "PERCENT",      "PIVOT",
+    "PLAN",         "PRIMARY",       "PRINT",      "PROC",         "PROCEDURE",    "PUBLIC",
+    "RAISERROR",    "READ",          "READTEXT",   "RECONFIGURE",  "REFERENCES",   "REPLICATION",
+    "RESTORE",      "RESTRICT",      "RETURN",     "REVERT",       "REVOKE",       "RIGHT",
+    "ROLLBACK",     "ROWCOUNT",      "ROWGUIDCOL", "RULE",         "SAVE",         "SCHEMA",
+    "SELECT",       "SESSION_USER",  "SET",        "SETUSER",      "SHUTDOWN",     "SOME",
+    "STATISTICS",   "SYSTEM_USER"};
+constexpr std::array<std::string_view, 27> reservedMore{
+    "TABLE",    "TABLESAMPLE", "TEXTSIZE", "THEN",    "TO",      "TOP",    "TRAN",       "TRANSACTION", "TRIGGER",
+    "TRUNCATE", "TSEQUAL",     "UNION",    "UNIQUE",  "UNPIVOT", "UPDATE", "UPDATETEXT", "USE",         "USER",
+    "VALUES",   "VARYING",     "VIEW",     "WAITFOR", "WHEN",    "WHERE",  "WHILE",      "WITH",        "WRITETEXT"};
+constexpr std::size_t longestReserved = 17;
 static_assert(std::ranges::is_sorted(reserved) && std::ranges::is_sorted(reservedMore));
 
 }  // namespace
 
 bool isReserved(std::string_view word) {
-  if (word.size() < 2 || word.size() > 11) return false;
-  std::array<char, 11> capitals{};
+  if (word.size() < 2 || word.size() > longestReserved) return false;
+  std::array<char, longestReserved> capitals{};
   std::transform(word.begin(), word.end(), capitals.begin(), upper);
   const std::string_view key(capitals.data(), word.size());
   return std::ranges::binary_search(reserved, key) || std::ranges::binary_search(reservedMore, key);

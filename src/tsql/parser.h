@@ -157,6 +157,7 @@ class Parser {
   void tableAlias(tree::TableReference& reference);
   void tableHints();
   bool beginsQuery(int ahead) const;
+  bool beginsList() const;
 
   // Expressions (parser_expression.cpp).
   tree::ExpressionPtr condition();

@@ -18,12 +18,24 @@ tree::TableName Parser::tableName() {
     refuse("a table whose name begins with @");
   }
   result.name = name();
+  int parts = 1;
   while (takeOperator(".")) {
+    ++parts;
     if (!result.schema.empty()) result.database = std::move(result.schema);
     result.schema = std::move(result.name);
     result.name.clear();
     if (isOperator(".")) continue;
     result.name = anyName();
+  }
+  constexpr int most = 4;
+  if (parts == most) throw notSupported(batch_, result.token, "a table of another server");
+  if (parts > most) {
+    const Token& first = batch_.tokens[static_cast<std::size_t>(result.token)];
+    const Token& last = batch_.tokens[static_cast<std::size_t>(at_ - 1)];
+    throw SqlError(117, 15,
+                   "The object name '" + std::string(batch_.text.substr(first.begin, last.end - first.begin)) +
+                       "' contains more than the maximum number of prefixes. The maximum is 3.")
+        .at(lineOf(batch_, result.token));
   }
   return result;
 }
@@ -255,6 +267,11 @@ tree::ColumnDefinition Parser::columnDefinition(int ordinal) {
   if (column.type.kind == TypeKind::Timestamp) refuse("timestamp");
   for (;;) {
     Constraint found;
+    // NULL and NOT NULL may have a name, which is not kept.
+    if (isWord("CONSTRAINT") && (isWord(2, "NULL") || (isWord(2, "NOT") && isWord(3, "NULL")))) {
+      ++at_;
+      name();
+    }
     if (takeWord("NULL")) {
       column.nullable = true;
     } else if (isWord("NOT") && isWord(1, "NULL")) {
@@ -504,9 +521,14 @@ StatementPtr Parser::drop() {
     auto target = tableName();
     if (index && takeWord("ON")) {
       auto table = tableName();
+      table.database = std::move(table.schema);
       table.schema = std::move(table.name);
       table.name = std::move(target.name);
       target = std::move(table);
+    }
+    if (index && target.schema.empty()) {
+      throw SqlError(159, 15, "Must specify the table name and index name for the DROP INDEX statement.")
+          .at(lineOf(batch_, target.token));
     }
     result->tables.push_back(std::move(target));
   } while (takeOperator(","));

@@ -72,6 +72,20 @@ ExpressionPtr Parser::predicate() {
   return predicateTail(expression());
 }
 
+// Whether what stands in brackets behind IN is a list of values whose first one is a sub-query in brackets.
+bool Parser::beginsList() const {
+  if (!isOperator("(")) return false;
+  int depth = 0;
+  int ahead = 0;
+  do {
+    if (peek(ahead).kind == TokenKind::End) return false;
+    if (isOperator(ahead, "(")) ++depth;
+    if (isOperator(ahead, ")")) --depth;
+    ++ahead;
+  } while (depth > 0);
+  return !isOperator(ahead, ")") && !isWord(ahead, "UNION") && !isWord(ahead, "EXCEPT") && !isWord(ahead, "INTERSECT");
+}
+
 ExpressionPtr Parser::predicateTail(ExpressionPtr left) {
   if (isWord("IS")) {
     auto result = make(ExpressionKind::IsNull);
@@ -109,7 +123,7 @@ ExpressionPtr Parser::predicateTail(ExpressionPtr left) {
     if (takeWord("ESCAPE")) result->arguments.push_back(expression());
   } else {
     expectOperator("(");
-    if (beginsQuery(0)) {
+    if (beginsQuery(0) && !beginsList()) {
       result->kind = ExpressionKind::InQuery;
       result->query = query();
     } else {
@@ -138,7 +152,7 @@ ExpressionPtr Parser::comparison(ExpressionPtr left) {
       result->name += '=';
     } else if (result->name == "<" && takeOperator(">")) {
       result->name = "<>";
-    } else if (isOperator(result->name)) {
+    } else if (result->name != "=" && isOperator(result->name)) {
       refuse("a shift of bits");
     }
     result->arguments.push_back(std::move(left));
@@ -482,9 +496,11 @@ ExpressionPtr Parser::columnName() {
   result->name = name();
   while (isOperator(".") && !isOperator(1, "*")) {
     ++at_;
-    if (!result->qualifier.empty()) result->prefix += result->qualifier + ".";
+    if (!result->qualifier.empty() || !result->prefix.empty()) result->prefix += result->qualifier + ".";
     result->qualifier = std::move(result->name);
-    result->name = anyName();
+    result->name.clear();
+    // database..table.column
+    if (!isOperator(".") || !result->prefix.empty()) result->name = anyName();
   }
   if (!result->qualifier.empty() && takeOperator("(")) {
     result->kind = ExpressionKind::Call;

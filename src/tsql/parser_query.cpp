@@ -124,8 +124,8 @@ std::unique_ptr<Select> Parser::select() {
     result->items.push_back(selectItem());
   } while (takeOperator(","));
   if (takeWord("INTO")) {
-    const auto target = tableName();
-    result->into = target.name;
+    result->intoTable = tableName();
+    result->into = result->intoTable.name;
   }
   if (takeWord("FROM")) result->from = tableReferences();
   if (takeWord("WHERE")) result->where = requiredCondition();
@@ -261,12 +261,16 @@ SelectItem Parser::selectItem() {
     return item;
   }
   if (isName()) {
-    // a.* and dbo.a.*
+    // a.*, dbo.a.* and database..a.*
     int ahead = 0;
-    while (isOperator(ahead + 1, ".") && !isOperator(ahead + 2, "*")) ahead += 2;
+    while (isOperator(ahead + 1, ".") && !isOperator(ahead + 2, "*")) ahead += isOperator(ahead + 2, ".") ? 3 : 2;
     if (isOperator(ahead + 1, ".") && isOperator(ahead + 2, "*")) {
       item.star = true;
-      for (int part = 0; part < ahead; part += 2) item.prefix += nameOf(batch_, peek(part)) + ".";
+      for (int part = 0; part < ahead;) {
+        const bool noSchema = isOperator(part + 2, ".");
+        item.prefix += nameOf(batch_, peek(part)) + (noSchema ? ".." : ".");
+        part += noSchema ? 3 : 2;
+      }
       item.qualifier = nameOf(batch_, peek(ahead));
       at_ += ahead + 3;
       return item;

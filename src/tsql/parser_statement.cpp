@@ -227,9 +227,10 @@ StatementPtr Parser::change() {
 
 void Parser::top(tree::StatementNode& statement) {
   if (!takeWord("TOP")) return;
-  const bool bracket = takeOperator("(");
-  statement.top = bracket ? expression() : primary();
-  if (bracket) expectOperator(")");
+  // Unlike that of a query it needs its brackets.
+  expectOperator("(");
+  statement.top = expression();
+  expectOperator(")");
   if (isWord("PERCENT")) refuse("TOP ... PERCENT");
 }
 
@@ -269,7 +270,10 @@ std::vector<tree::Assignment> Parser::assignments() {
     assignment.token = at_;
     if (token().kind == TokenKind::Variable) refuse("a variable in the SET of an UPDATE");
     assignment.column = name();
-    while (takeOperator(".")) assignment.column = anyName();
+    while (takeOperator(".")) {
+      assignment.qualifier = std::move(assignment.column);
+      assignment.column = anyName();
+    }
     if (!takeOperator("=")) {
       for (const std::string_view compound : {"+=", "-=", "*=", "/=", "%=", "&=", "|=", "^="}) {
         if (isOperator(compound)) assignment.operation = compound.substr(0, 1);

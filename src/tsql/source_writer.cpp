@@ -22,7 +22,7 @@ void Writer::makeNullable(Scope& scope, std::size_t first, std::size_t end, int 
 
 const Table* Writer::findTable(const std::string& schema, const std::string& name, int token) const {
   if (!schema.empty() && !sameName(schema, "dbo")) {
-    fail(token, Message::InvalidObject, {schema + "." + name});
+    throw UnknownTable{schema + "." + name, token};
   }
   if (name.starts_with("@")) return tableVariable(name, token);
   const Table* table = catalogue_.find(name);
@@ -37,11 +37,15 @@ const Table* Writer::tableVariable(const std::string& name, int token) const {
   throw SqlError(Message::TableVariable, {name}).at(lineOf(batch_, token));
 }
 
+bool Writer::isOwnDatabase(std::string_view database) const {
+  return database.empty() || options_.database.empty() || sameName(database, options_.database);
+}
+
 // There are no other databases; tables whose names begin with '#' are in one of their own.
 void Writer::checkDatabase(const std::string& database, const std::string& schema, const std::string& name,
                            int token) const {
-  if (database.empty() || options_.database.empty() || sameName(database, options_.database)) return;
-  if (!name.starts_with("#")) fail(token, Message::InvalidObject, {database + "." + schema + "." + name});
+  if (isOwnDatabase(database) || name.starts_with("#")) return;
+  throw UnknownTable{database + "." + schema + "." + name, token};
 }
 
 void Writer::readTable(const Table& table) {
@@ -172,6 +176,9 @@ bool Writer::addCommonTable(const TableReference& reference, Scope& scope, std::
 bool Writer::addSystemTable(const TableReference& reference, Scope& scope, std::string& text) {
   const SystemTable* table = findSystemTable(reference.schema, reference.name);
   if (table == nullptr) return false;
+  if (!isOwnDatabase(reference.database)) {
+    throw notSupported(batch_, reference.token, "the catalogue of another database");
+  }
   Source source;
   source.name = reference.alias.empty() ? reference.name : reference.alias;
   source.renamed = !reference.alias.empty();

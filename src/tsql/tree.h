@@ -107,6 +107,13 @@ struct TableReference {
 };
 using TableReferencePtr = std::unique_ptr<TableReference>;
 
+struct TableName {
+  std::string database;
+  std::string schema;
+  std::string name;
+  int token = 0;
+};
+
 struct SelectItem {
   bool star = false;  // * or qualifier.*
   std::string qualifier;
@@ -125,6 +132,7 @@ struct Select {
   bool ties = false;
   std::vector<SelectItem> items;
   std::string into;
+  TableName intoTable;
   std::vector<TableReferencePtr> from;
   ExpressionPtr where;
   std::vector<ExpressionPtr> groupBy;
@@ -170,17 +178,11 @@ struct Query {
 };
 
 struct Assignment {
+  std::string qualifier;
   std::string column;
   std::string variable;   // SET @x = ... in an UPDATE is refused
   std::string operation;  // "" or the operator of +=, -= ...
   ExpressionPtr value;
-  int token = 0;
-};
-
-struct TableName {
-  std::string database;
-  std::string schema;
-  std::string name;
   int token = 0;
 };
 

@@ -202,6 +202,7 @@ class Writer {
   // All of the list but one, if so wished.
   std::string from(const std::vector<tree::TableReferencePtr>& references, Scope& scope, std::size_t leftOut = none);
   bool addTable(const tree::TableReference& reference, Scope& scope, std::string& text);
+  bool isOwnDatabase(std::string_view database) const;
   void checkDatabase(const std::string& database, const std::string& schema, const std::string& name, int token) const;
   void readTable(const Table& table);
   const Table* findTable(const std::string& schema, const std::string& name, int token) const;
@@ -329,7 +330,7 @@ class Writer {
   int keyOf(const tree::Expression& expression, const Scope& scope) const;
   void makeKey(Typed& value, const Scope& scope, int key) const;
   void checkDistinct(const tree::Select& select, const BoundBody& body) const;
-  static bool prefixFits(const std::string& prefix, const Source& source);
+  bool prefixFits(const std::string& prefix, const Source& source) const;
   [[noreturn]] void failInGroupKey(int token) const;
   [[noreturn]] void failWithoutOrder(int token) const;
   [[noreturn]] void failConstantOrder(int token, std::size_t before) const;
