@@ -303,7 +303,7 @@ Typed Writer::variable(const Expression& expression) {
       {"@@ROWCOUNT", Parameter::Source::RowCount, Type::of(TypeKind::Int).orNull(false)},
       {"@@ERROR", Parameter::Source::Error, Type::of(TypeKind::Int).orNull(false)},
       {"@@TRANCOUNT", Parameter::Source::TranCount, Type::of(TypeKind::Int).orNull(false)},
-      {"@@IDENTITY", Parameter::Source::Identity, Type::decimal(38, 0)},
+      {"@@IDENTITY", Parameter::Source::Identity, Type::numericOf(38, 0)},
       {"@@FETCH_STATUS", Parameter::Source::Fetch, Type::of(TypeKind::Int).orNull(false)},
       {"@@DATEFIRST", Parameter::Source::DateFirst, Type::of(TypeKind::TinyInt).orNull(false)},
   };

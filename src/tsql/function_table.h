@@ -46,6 +46,7 @@ enum class ResultRule : std::uint8_t {
   SmallDateTime,
   Numeric,  // numeric(38,0)
   SmallInt,
+  Count,  // int, bigint of a `max` text (LEN, DATALENGTH: the first argument, CHARINDEX, PATINDEX: the second)
 };
 
 // Types that the SQLite function gets as further arguments after those of the text.
