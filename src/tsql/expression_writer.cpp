@@ -716,7 +716,10 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     const bool texts = left.type.isText() && right.type.isText();
     const bool bytesAndText =
         (left.type.isBinary() && right.type.isText()) || (left.type.isText() && right.type.isBinary());
-    if (op == '+' && bytesAndText) incompatible();
+    const bool identifier = type.kind == TypeKind::UniqueIdentifier;
+    const bool identifierAndText = identifier && ((left.type.isText() && !left.type.isLongText()) ||
+                                                  (right.type.isText() && !right.type.isLongText()));
+    if (op == '+' && (bytesAndText || identifierAndText)) incompatible();
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   }
