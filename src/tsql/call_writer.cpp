@@ -251,6 +251,9 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     case Argument::Integer:
       value = convert(std::move(value), Type::of(type.kind == TypeKind::BigInt ? TypeKind::BigInt : TypeKind::Int));
       break;
+    case Argument::Int:
+      value = convert(std::move(value), Type::of(TypeKind::Int));
+      break;
     case Argument::Float:
       if (type.isDate()) invalidArgument(call, index, type);
       value = convert(std::move(value), Type::of(TypeKind::Float));

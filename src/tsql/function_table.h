@@ -12,7 +12,8 @@ enum class Argument : std::uint8_t {
   Any,          // as it is
   Text,         // char or nchar kind; others become varchar
   Unicode,      // becomes nvarchar
-  Integer,      // becomes int
+  Integer,      // becomes int, but for a bigint
+  Int,          // becomes int
   Float,        // becomes float
   Number,       // a number of any type; text becomes float
   DateTime,     // becomes datetime, but for a date; a text keeps seven digits of the second

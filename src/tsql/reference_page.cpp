@@ -20,6 +20,7 @@ std::string_view nameOf(Argument argument) {
     case Argument::Unicode:
       return "nvarchar";
     case Argument::Integer:
+    case Argument::Int:
       return "int";
     case Argument::Float:
       return "float";
