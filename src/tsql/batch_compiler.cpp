@@ -201,11 +201,13 @@ void BatchCompiler::statement(const StatementNode& node, bool reached) {
     }
     add(node, later);
   };
-  if (definitionsSeen_ && !reached && namesTables(node.kind)) return defer();
+  const bool later = (definitionsSeen_ || textSeen_) && !reached && namesTables(node.kind);
+  if (definitionsSeen_ && later && isDefinition(node.kind)) return defer();
   try {
     dispatch(node);
-    // What is wrong is wrong whatever a text may have done by then; what is right has to be compiled once more.
-    if (textSeen_ && !reached && namesTables(node.kind)) return defer();
+    // What is wrong with the tables that are there is wrong whatever the batch may have done by then; what is right has
+    // to be compiled once more.
+    if (later) return defer();
   } catch (const UnknownTable& unknown) {
     if (reached) throw noObject(node.kind, unknown.name).at(lineOf(batch_, unknown.token));
     defer();

@@ -96,6 +96,11 @@ Type resultType(const FunctionRow& row, const std::vector<Typed>& values) {
       return Type::of(TypeKind::Date);
     case ResultRule::SmallDateTime:
       return Type::of(TypeKind::SmallDateTime);
+    case ResultRule::Count: {
+      // The last text is the one that is counted in.
+      const auto isMax = [](const Typed& value) { return value.type.isLong() && value.type.length == maxLength; };
+      return Type::of(isMax(values[values.size() == 1 ? 0 : 1]) ? TypeKind::BigInt : TypeKind::Int);
+    }
     case ResultRule::Numeric:
       return Type::numericOf(38, 0);
     case ResultRule::SmallInt:
@@ -237,6 +242,9 @@ std::string Writer::argument(const Expression& call, std::size_t index, int code
     case Argument::Integer:
       value = convert(std::move(value), Type::of(type.kind == TypeKind::BigInt ? TypeKind::BigInt : TypeKind::Int));
       break;
+    case Argument::Int:
+      value = convert(std::move(value), Type::of(TypeKind::Int));
+      break;
     case Argument::Float:
       if (type.isDate()) invalidArgument(call, index, type);
       value = convert(std::move(value), Type::of(TypeKind::Float));
@@ -310,7 +318,7 @@ Typed Writer::writtenOut(const Expression& expression, Scope* scope) {
   Typed result;
   if (expression.name == "SCOPE_IDENTITY") {
     if (inline_) refuse(expression.token, "the function in a definition");
-    result.type = Type::decimal(38, 0);
+    result.type = Type::numericOf(38, 0);
     result.sql = addParameter({Parameter::Source::ScopeIdentity, 0, result.type, result.type});
     return result;
   }
@@ -527,6 +535,7 @@ Typed Writer::aggregateOf(const Expression& expression, Scope* scope) {
   ++inside;
   Typed value = this->expression(*expression.arguments[0], scope);
   --inside;
+  measure(value);
   if (value.subquery && !expression.over) {
     fail(expression.token, 130,
          "Cannot perform an aggregate function on an expression containing an aggregate or a subquery.");

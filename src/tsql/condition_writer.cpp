@@ -34,6 +34,11 @@ std::string_view operatorName(std::string_view op) {
   return "greater than or equal to";
 }
 
+// Decimals compare whatever their scales are, so none of them loses digits for a common type that has no room.
+Type comparedAs(const Type& own, const Type& common) {
+  return common.kind == TypeKind::Decimal && own.isNumber() ? asDecimal(own) : common;
+}
+
 }  // namespace
 
 std::string Writer::condition(const Expression& expression, Scope* scope) {
@@ -71,11 +76,11 @@ std::string Writer::condition(const Expression& expression, Scope* scope) {
         comparable(values.back().type, argument->token);
         type = commonType(type, values.back().type);
       }
-      std::string text =
-          "(" + compared(convert(values[0], type).sql, type) + (expression.negated ? " NOT IN (" : " IN (");
+      std::string text = "(" + compared(convert(values[0], comparedAs(values[0].type, type)).sql, type) +
+                         (expression.negated ? " NOT IN (" : " IN (");
       for (std::size_t i = 1; i < values.size(); ++i) {
         if (i > 1) text += ',';
-        const std::string value = convert(values[i], type).sql;
+        const std::string value = convert(values[i], comparedAs(values[i].type, type)).sql;
         text += type.isBinary() ? compared(value, type) : value;
       }
       return text + "))";
@@ -114,8 +119,10 @@ std::string Writer::compare(std::string_view op, Typed left, Typed right, int to
   }
   // An integer beside a decimal literal without a fraction would do, but the decimal's rules hold for all.
   const Type type = commonType(left.type, right.type);
-  left = convert(std::move(left), type);
-  right = convert(std::move(right), type);
+  const Type leftType = comparedAs(left.type, type);
+  const Type rightType = comparedAs(right.type, type);
+  left = convert(std::move(left), leftType);
+  right = convert(std::move(right), rightType);
   const std::string other = type.isBinary() ? compared(right.sql, type) : right.sql;
   const std::string word = op.starts_with("IS") ? " " + std::string(op) + " " : std::string(op);
   return "(" + compared(left.sql, type) + word + other + ")";
@@ -137,10 +144,11 @@ std::string Writer::inQuery(const Expression& expression, Scope* scope) {
   member.sql = "c1";
   member.parameter = -1;
   member.literal = -1;
-  const std::string converted = convert(member, type).sql;
+  const std::string converted = convert(member, comparedAs(member.type, type)).sql;
   const std::string set = converted == "c1" ? text : "SELECT " + converted + " FROM (" + text + ")";
-  return "(" + convert(std::move(value), type).sql + collation(type) + (expression.negated ? " NOT IN (" : " IN (") +
-         set + "))";
+  const Type valueType = comparedAs(value.type, type);
+  return "(" + convert(std::move(value), valueType).sql + collation(type) +
+         (expression.negated ? " NOT IN (" : " IN (") + set + "))";
 }
 
 // ALL: false as soon as one comparison is false, unknown when one is unknown, true otherwise, also for no row.

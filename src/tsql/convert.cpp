@@ -198,7 +198,9 @@ DateTime textToDate(std::string_view text, const Type& from, const Type& to, std
 DateTime dateValue(const Datum& value, const Type& from, const Type& to, std::optional<int> style) {
   if (from.isText()) return textToDate(value.text(), from, to, style);
   if (from.isDate()) return dateTimeOf(value);
+  if (from.isBinary() && to.kind == TypeKind::Date) return dateOfBytes(value.blob());
   if (to.kind == TypeKind::Date) throw SqlError(Message::OperandClash, {messageName(from), messageName(to)});
+  if (from.isBinary() && to.kind == TypeKind::SmallDateTime) return smallDateTimeOfBytes(value.blob());
   if (from.isBinary()) return dateTimeOfBytes(value.blob());
   if (!from.isNumber()) throw conversionError(from, to);
   const auto date = fromNumber(approximateNumber(value));

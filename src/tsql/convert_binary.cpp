@@ -130,7 +130,30 @@ Bytes numberBytes(const Datum& value, const Type& from, const Type& to) {
     return bigEndian(
         (std::uint64_t{static_cast<std::uint32_t>(date.days)} << 32) | static_cast<std::uint32_t>(date.ticks), 8);
   }
+  if (from.kind == TypeKind::SmallDateTime) {
+    const DateTime date = dateTimeOf(value);
+    return bigEndian((static_cast<std::uint64_t>(date.days) << 16) |
+                         static_cast<std::uint64_t>(date.ticks / DateTime::ticksPerMinute),
+                     4);
+  }
   throw SqlError(Message::ConversionError, {messageName(from), messageName(to)});
+}
+
+[[noreturn]] void refuse(std::string_view what) {
+  throw SqlError(notSupportedNumber, 16, std::string(what) + " is not supported.");
+}
+
+// A date is its days since 0001-01-01, the least byte first.
+constexpr std::size_t dateLength = 3;
+
+Bytes dateBytes(const Datum& value, const Type& to) {
+  const bool fits = to.kind == TypeKind::VarBinary
+                        ? to.length == maxLength || std::cmp_greater_equal(to.length, dateLength)
+                        : std::cmp_equal(to.length, dateLength);
+  if (!fits) refuse("A date as a binary of another length than its own");
+  Bytes bytes = bigEndian(static_cast<std::uint64_t>(dateTimeOf(value).days - dateBounds.first), dateLength);
+  std::ranges::reverse(bytes);
+  return bytes;
 }
 
 }  // namespace
@@ -182,6 +205,22 @@ DateTime dateTimeOfBytes(BytesView bytes) {
   return {days, static_cast<std::int32_t>(ticks)};
 }
 
+DateTime smallDateTimeOfBytes(BytesView bytes) {
+  const std::uint64_t value = lastBytes(bytes, 4);
+  const auto ticks = static_cast<std::int32_t>(value & 0xFFFF) * DateTime::ticksPerMinute;
+  if (ticks >= DateTime::ticksPerDay) refuse("A smalldatetime of such a binary");
+  return {static_cast<std::int32_t>(value >> 16), ticks};
+}
+
+DateTime dateOfBytes(BytesView bytes) {
+  if (bytes.size() != dateLength) refuse("A date of such a binary");
+  Bytes swapped(bytes.begin(), bytes.end());
+  std::ranges::reverse(swapped);
+  const auto days = static_cast<std::int32_t>(lastBytes(swapped, dateLength)) + dateBounds.first;
+  if (!dateBounds.hold(days)) refuse("A date of such a binary");
+  return {days, 0};
+}
+
 std::string textOfBytes(BytesView bytes, const Type& from, const Type& to, int style, const Collation& collation) {
   if (style == 1 || style == 2) {
     // Only whole bytes are shown.
@@ -210,6 +249,8 @@ Result toBinary(const Datum& value, const Type& from, const Type& to, std::optio
     bytes.assign(value.blob().begin(), value.blob().end());
   } else if (from.kind == TypeKind::UniqueIdentifier) {
     bytes = identifierToBytes(toUniqueIdentifier(value, Type::text(TypeKind::VarChar, maxLength)).text());
+  } else if (from.kind == TypeKind::Date) {
+    return dateBytes(value, to);
   } else {
     bytes = numberBytes(value, from, to);
     fillLeft = true;

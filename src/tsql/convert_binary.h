@@ -22,6 +22,10 @@ namespace tolvane::tsql {
 [[nodiscard]] std::optional<Decimal> decimalOfBytes(BytesView bytes);
 // Four bytes of days and four of ticks; throws 241 where they are no datetime.
 [[nodiscard]] DateTime dateTimeOfBytes(BytesView bytes);
+// The same with two bytes for the days and two for the minutes.
+[[nodiscard]] DateTime smallDateTimeOfBytes(BytesView bytes);
+// Three bytes, the least one first: days since 0001-01-01.
+[[nodiscard]] DateTime dateOfBytes(BytesView bytes);
 
 // Style 0: the bytes are those of the text; 1: hexadecimal digits after 0x; 2: hexadecimal digits alone.
 [[nodiscard]] std::string textOfBytes(BytesView bytes, const Type& from, const Type& to, int style,

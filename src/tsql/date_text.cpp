@@ -138,6 +138,16 @@ std::optional<std::vector<Token>> tokensOf(std::string_view text) {
   return tokens;
 }
 
+// Whether a time with its distance from UTC stands at the end, 12:35+08:00.
+bool endsInOffset(std::string_view text) {
+  constexpr std::string_view form = "+00:00";
+  text = text.substr(0, text.find_last_not_of(' ') + 1);
+  if (text.size() <= form.size() || text.find(':') >= text.size() - form.size()) return false;
+  text.remove_prefix(text.size() - form.size());
+  return (text[0] == '+' || text[0] == '-') && isDigit(text[1]) && isDigit(text[2]) && text[3] == ':' &&
+         isDigit(text[4]) && isDigit(text[5]);
+}
+
 // The month of a full name or its first three letters; 0 for another word.
 int monthOf(std::string_view word) {
   const std::string name = lowered(word);
@@ -425,6 +435,10 @@ std::string formatted(DateTime value, const DateStyle& style, bool dateAlone) {
 }
 
 DateText parseDateText(std::string_view text, DateOrder order, const DateBounds& bounds) {
+  // A datetime has none, so there it is a mistake.
+  if (bounds.first < dateTimeBounds.first && endsInOffset(text)) {
+    throw SqlError(notSupportedNumber, 16, "A time zone in the text of a date is not supported.");
+  }
   auto tokens = tokensOf(text);
   if (!tokens) return {};
   return DateReader(std::move(*tokens), order, bounds).read();

@@ -281,7 +281,7 @@ Typed Writer::variable(const Expression& expression) {
       {"@@ROWCOUNT", Parameter::Source::RowCount, Type::of(TypeKind::Int).orNull(false)},
       {"@@ERROR", Parameter::Source::Error, Type::of(TypeKind::Int).orNull(false)},
       {"@@TRANCOUNT", Parameter::Source::TranCount, Type::of(TypeKind::Int).orNull(false)},
-      {"@@IDENTITY", Parameter::Source::Identity, Type::decimal(38, 0)},
+      {"@@IDENTITY", Parameter::Source::Identity, Type::numericOf(38, 0)},
       {"@@FETCH_STATUS", Parameter::Source::Fetch, Type::of(TypeKind::Int).orNull(false)},
       {"@@DATEFIRST", Parameter::Source::DateFirst, Type::of(TypeKind::TinyInt).orNull(false)},
   };
@@ -695,7 +695,10 @@ Typed Writer::arithmetic(const Expression& expression, Typed left, Typed right) 
     const bool texts = left.type.isText() && right.type.isText();
     const bool bytesAndText =
         (left.type.isBinary() && right.type.isText()) || (left.type.isText() && right.type.isBinary());
-    if (op == '+' && bytesAndText) incompatible();
+    const bool identifier = type.kind == TypeKind::UniqueIdentifier;
+    const bool identifierAndText = identifier && ((left.type.isText() && !left.type.isLongText()) ||
+                                                  (right.type.isText() && !right.type.isLongText()));
+    if (op == '+' && (bytesAndText || identifierAndText)) incompatible();
     if (texts && (op == '%' || (op == '+' && type.isLongText()))) incompatible();
     invalid(type);
   }

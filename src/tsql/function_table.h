@@ -12,7 +12,8 @@ enum class Argument : std::uint8_t {
   Any,          // as it is
   Text,         // char or nchar kind; others become varchar
   Unicode,      // becomes nvarchar
-  Integer,      // becomes int
+  Integer,      // becomes int, but for a bigint
+  Int,          // becomes int
   Float,        // becomes float
   Number,       // a number of any type; text becomes float
   DateTime,     // becomes datetime, but for a date; a text keeps seven digits of the second
@@ -46,6 +47,7 @@ enum class ResultRule : std::uint8_t {
   SmallDateTime,
   Numeric,  // numeric(38,0)
   SmallInt,
+  Count,  // int, bigint of a `max` text (LEN, DATALENGTH: the first argument, CHARINDEX, PATINDEX: the second)
 };
 
 // Types that the SQLite function gets as further arguments after those of the text.

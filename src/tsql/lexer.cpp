@@ -6,6 +6,8 @@
 #include <limits>
 
 #include "tsql/compiler.h"
+#include "tsql/convert.h"
+#include "tsql/number_text.h"
 
 namespace tolvane::tsql {
 namespace {
@@ -241,13 +243,13 @@ class Lexer {
 
   // The length of a sign that begins an amount as the dollar does; 0 where there is none.
   std::size_t currencySign() const {
-    for (const std::string_view sign : {"\u00A2", "\u00A3", "\u00A4", "\u00A5", "\u20AC"}) {
+    for (const std::string_view sign : currencySigns()) {
       if (text_.substr(at_).starts_with(sign)) return sign.size();
     }
     return 0;
   }
 
-  // A sign, then perhaps a minus, digits and a point; the sign alone is 0.
+  // A sign, then perhaps a minus, digits and a point. Decimals from the fifth on are rounded away.
   void money(std::size_t signLength) {
     const auto begin = at_;
     at_ += signLength;
@@ -259,18 +261,15 @@ class Lexer {
     if (peek() == '.') ++at_;
     digits();
     Literal value;
-    std::string canonical(text_.substr(first, at_ - first));
-    if (canonical.find('.') == std::string::npos) canonical += '.';
-    auto whole = canonical.substr(0, canonical.find('.'));
-    auto fraction = canonical.substr(canonical.find('.') + 1);
-    if (fraction.size() > 4) fail(Message::MoneySyntax, {});
-    fraction.append(4 - fraction.size(), '0');
-    while (whole.size() > 1 && whole[0] == '0') whole.erase(0, 1);
-    if (whole.empty()) whole = "0";
-    if (whole.size() > 15) throw SqlError(Message::ArithmeticOverflow, {"expression", "money"}).at(line());
+    // The sign alone, or with a point, is 0.
+    const Decimal amount = Decimal::parse(text_.substr(first, at_ - first)).value_or(Decimal());
     value.type = Type::of(TypeKind::Money).orNull(false);
-    const bool zero = whole == "0" && fraction == "0000";
-    value.text = batch_.storage.emplace_back((negative && !zero ? "-" : "") + whole + "." + fraction);
+    try {
+      value.text =
+          batch_.storage.emplace_back(exactText(negative ? amount.negated() : amount, value.type, "expression"));
+    } catch (const SqlError& error) {
+      throw SqlError(error).at(line());
+    }
     literal(begin, std::move(value), "M");
   }
 

@@ -123,7 +123,7 @@ bool LikePattern::matches(std::string_view text, bool blanksAtEndCount) const {
 
 std::size_t LikePattern::find(std::string_view text) const {
   const std::u16string units = toUtf16(text);
-  const bool anywhere = !elements_.empty() && elements_[0].sort == Element::Sort::AnyText;
+  const bool anywhere = elements_.size() > 1 && elements_[0].sort == Element::Sort::AnyText;
   if (!anywhere) return matchesFrom(units, 0, 0, false) ? 1 : 0;
   for (std::size_t start = 0; start < std::max<std::size_t>(units.size(), 1); ++start) {
     if (matchesFrom(units, start, 1, false)) return start + 1;

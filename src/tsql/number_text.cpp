@@ -10,7 +10,12 @@
 namespace tolvane::tsql {
 namespace {
 
-constexpr std::array<std::string_view, 5> currencySigns{"$", "\u00A5", "\u00A3", "\u20AC", "\uFFE5"};
+constexpr auto signs = std::to_array<std::string_view>({
+    "$",      "\u00A2", "\u00A3", "\u00A4", "\u00A5", "\u09F2", "\u09F3", "\u0E3F", "\u17DB",
+    "\u20A0", "\u20A1", "\u20A2", "\u20A3", "\u20A4", "\u20A5", "\u20A6", "\u20A7", "\u20A8",
+    "\u20A9", "\u20AA", "\u20AB", "\u20AC", "\u20AD", "\u20AE", "\u20AF", "\u20B0", "\u20B1",
+    "\uFDFC", "\uFE69", "\uFF04", "\uFFE0", "\uFFE1", "\uFFE5", "\uFFE6",
+});
 
 bool isDigit(char c) {
   return c >= '0' && c <= '9';
@@ -59,6 +64,10 @@ std::string scientific(const FloatDigits& number) {
 
 }  // namespace
 
+std::span<const std::string_view> currencySigns() {
+  return signs;
+}
+
 IntegerText parseInteger(std::string_view text) {
   text = trimmed(text);
   const bool negative = takeSign(text);
@@ -96,7 +105,7 @@ std::optional<double> parseFloat(std::string_view text) {
 std::optional<Decimal> parseMoney(std::string_view text) {
   text = trimmed(text);
   bool negative = takeSign(text);
-  for (const std::string_view sign : currencySigns) {
+  for (const std::string_view sign : signs) {
     if (text.substr(0, sign.size()) == sign) {
       text = trimmed(text.substr(sign.size()));
       negative = takeSign(text) || negative;

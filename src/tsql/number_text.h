@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,9 @@ struct IntegerText {
 // Sign, digits, point, exponent after e or d; no text at all is 0. Nothing for what is not a number; infinity for one
 // that is too great.
 [[nodiscard]] std::optional<double> parseFloat(std::string_view text);
+
+// The signs that may stand before an amount, in a literal and in a text.
+[[nodiscard]] std::span<const std::string_view> currencySigns();
 
 // Sign, currency sign, digits with commas before the point; no text at all, or signs alone, is 0. All fraction digits
 // are kept. Nothing for what is not an amount.

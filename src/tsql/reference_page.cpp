@@ -20,6 +20,7 @@ std::string_view nameOf(Argument argument) {
     case Argument::Unicode:
       return "nvarchar";
     case Argument::Integer:
+    case Argument::Int:
       return "int";
     case Argument::Float:
       return "float";
@@ -44,7 +45,7 @@ std::string_view nameOf(const FunctionRow& row) {
   if (row.name == "CONCAT" || row.name == "CONCAT_WS") return "nvarchar if an argument is, else varchar";
   if (row.name == "COALESCE" || row.name == "CHOOSE" || row.name == "GREATEST" || row.name == "LEAST")
     return "the highest type among the arguments";
-  if (row.name == "SCOPE_IDENTITY") return "decimal(38,0)";
+  if (row.name == "SCOPE_IDENTITY") return "numeric(38,0)";
   if (row.name == "XACT_STATE") return "smallint";
   switch (row.result) {
     case ResultRule::Int:
@@ -90,6 +91,8 @@ std::string_view nameOf(const FunctionRow& row) {
       return "numeric(38,0)";
     case ResultRule::SmallInt:
       return "smallint";
+    case ResultRule::Count:
+      return "int, bigint of a `max` text";
   }
   return "";
 }

@@ -112,7 +112,14 @@ Result patindex(Call& call) {
   return LikePattern(call.args[0].text(), std::nullopt, call.collation).find(call.args[1].text());
 }
 
-// text, searched, replacement.
+// Whether a text that a function has made is longer than its type, the packed last argument, may be.
+bool isTooLong(const std::string& text, const Call& call) {
+  if (text.size() <= static_cast<std::size_t>(mostBytes / 2)) return false;
+  const Type type = Type::unpack(call.args.back().integer());
+  return type.length != maxLength && lengthIn(type, text, call.collation) > type.length;
+}
+
+// text, searched, replacement, packed type of the result: what goes beyond it is cut off.
 Result replace(Call& call) {
   if (anyNull(call)) return {};
   const std::u16string text = toUtf16(call.args[0].text());
@@ -126,7 +133,10 @@ Result replace(Call& call) {
     replaced.append(text, position, found - position).append(replacement);
     position = found + searched.size();
   }
-  return fromUtf16(replaced.append(text, position));
+  std::string result = fromUtf16(replaced.append(text, position));
+  if (!isTooLong(result, call)) return result;
+  const Type type = Type::unpack(call.args.back().integer());
+  return convert(result, Type::text(type.kind, maxLength), type, std::nullopt, call.collation);
 }
 
 // text, count, packed type of the text: 8000 bytes are the most, but for `max`.
@@ -156,7 +166,7 @@ Result reverse(Call& call) {
   return fromUtf16(units);
 }
 
-// text, start, length, replacement: null is put in as nothing.
+// text, start, length, replacement, packed type of the result: null is put in as nothing.
 Result stuff(Call& call) {
   if (call.args[0].isNull() || call.args[1].isNull() || call.args[2].isNull()) return {};
   const std::u16string text = toUtf16(call.args[0].text());
@@ -168,7 +178,9 @@ Result stuff(Call& call) {
   std::u16string result = text.substr(0, first);
   if (!call.args[3].isNull()) result += toUtf16(call.args[3].text());
   if (first + removed < text.size()) result += text.substr(first + removed);
-  return fromUtf16(result);
+  std::string stuffed = fromUtf16(result);
+  if (!isTooLong(stuffed, call)) return stuffed;
+  throw SqlError(notSupportedNumber, 16, "A text of STUFF that is longer than its type is not supported.");
 }
 
 Result space(Call& call) {
@@ -310,7 +322,12 @@ Result ascii(Call& call) {
 Result character(Call& call) {
   if (anyNull(call) || wholeNumber(call.args[0]) < 0 || wholeNumber(call.args[0]) > 255) return {};
   const std::string byte(1, static_cast<char>(wholeNumber(call.args[0])));
-  return isAscii(byte) ? byte : call.collation.fromCodePage(byte);
+  if (isAscii(byte)) return byte;
+  const std::string single = call.collation.fromCodePage(byte);
+  if (single == "\uFFFD" || single == "?") {
+    throw SqlError(notSupportedNumber, 16, "CHAR of a byte that is half a character is not supported.");
+  }
+  return single;
 }
 
 Result unicode(Call& call) {
@@ -365,10 +382,10 @@ constexpr std::array functions{
     Function{"ts_substring", 3, 3, true, substring},
     Function{"ts_charindex", 2, 3, true, charindex},
     Function{"ts_patindex", 2, 2, true, patindex},
-    Function{"ts_replace", 3, 3, true, replace},
+    Function{"ts_replace", 4, 4, true, replace},
     Function{"ts_replicate", 3, 3, true, replicate},
     Function{"ts_reverse", 1, 1, true, reverse},
-    Function{"ts_stuff", 4, 4, true, stuff},
+    Function{"ts_stuff", 5, 5, true, stuff},
     Function{"ts_space", 1, 1, true, space},
     Function{"ts_upper", 1, 1, true, mapped<&Collation::upper>},
     Function{"ts_lower", 1, 1, true, mapped<&Collation::lower>},
