@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "embedded/text_rules.h"
@@ -36,6 +37,42 @@ bool isSurrogate(char32_t c) {
 
 char32_t asciiLower(char32_t c) {
   return c >= U'A' && c <= U'Z' ? c + 32 : c;
+}
+
+// Windows sorts words: these signs decide only where texts are equal without them, so that 'co-op' stands beside 'coop'
+// and account 1001-1 beside 10011. The wide forms equal the narrow ones.
+constexpr char32_t wordSigns[] = {U'\'', U'-', U'\uFF07', U'\uFF0D'};
+
+bool isWordSign(char32_t c) {
+  return std::ranges::find(wordSigns, c) != std::end(wordSigns);
+}
+
+bool hasWordSigns(std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    if (isWordSign(tsql::nextCharacter(text, i))) return true;
+  }
+  return false;
+}
+
+struct Words {
+  std::string text;                                 // without the signs
+  std::vector<std::pair<std::size_t, char>> signs;  // behind how many characters, which one
+};
+
+Words wordsOf(std::string_view text) {
+  Words words;
+  std::size_t characters = 0;
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t begin = i;
+    const char32_t c = tsql::nextCharacter(text, i);
+    if (isWordSign(c)) {
+      words.signs.emplace_back(characters, c == U'\'' || c == U'\uFF07' ? '\'' : '-');
+    } else {
+      words.text += text.substr(begin, i - begin);
+      ++characters;
+    }
+  }
+  return words;
 }
 
 // The rank of the next character, 0 when it has none; the position moves behind it.
@@ -74,14 +111,19 @@ bool isPlain(char32_t c) {
   return (c < 0x80 && isPrintableAscii(static_cast<unsigned char>(c))) || (c >= 0x4E00 && c < rankedEnd);
 }
 
-// Ranks of the plain characters, 0 for all others. Two plain texts compare as their ranks do.
+constexpr std::uint16_t lastSignRank = 2;
+
+// Ranks of the plain characters, 0 for all others. Two plain texts compare as their ranks do; those of the signs
+// between words only tell that they are such.
 std::vector<std::uint16_t> makeRanks(const TextRules& rules, char32_t end) {
   std::vector<std::uint16_t> ranks(end, 0);
-  std::uint16_t rank = 0;
+  ranks['\''] = 1;
+  ranks['-'] = lastSignRank;
+  std::uint16_t rank = lastSignRank;
   std::string_view last;
   const auto keys = sortedKeys(rules, end);
   for (const auto& [key, character] : keys) {
-    if (!isPlain(character)) continue;
+    if (!isPlain(character) || isWordSign(character)) continue;
     if (key != last) ++rank;
     last = key;
     ranks[character] = rank;
@@ -134,7 +176,9 @@ class AccountSetCollation final : public tsql::Collation {
         return ranks ? compareRanked(left, right, i, *ranks) : compareByRules(left, right, i);
       }
       // A difference of the first level decides, whatever follows.
-      if (a != b && asciiRanks_[a] != asciiRanks_[b]) return asciiRanks_[a] < asciiRanks_[b] ? -1 : 1;
+      if (a != b && asciiRanks_[a] != asciiRanks_[b]) {
+        return compareByRank(asciiRanks_[a], asciiRanks_[b], left, right);
+      }
     }
     if (left.size() == right.size()) return 0;
     const auto next = static_cast<unsigned char>(left.size() > i ? left[i] : right[i]);
@@ -173,8 +217,27 @@ class AccountSetCollation final : public tsql::Collation {
         ready_.store(true, std::memory_order_release);
       });
     }
-    const auto start = from == 0 ? 0 : from - 1;
+    return compareWhole(left, right, from == 0 ? 0 : from - 1);
+  }
+
+  // By the system's rules; texts are equal before byte `start`.
+  int compareWhole(std::string_view left, std::string_view right, std::size_t start = 0) const {
+    if (hasWordSigns(left) || hasWordSigns(right)) return compareAsWords(left, right);
     return rules_->compare(left.substr(start), right.substr(start));
+  }
+
+  // Texts whose first difference is in characters of these ranks.
+  int compareByRank(std::uint16_t rankA, std::uint16_t rankB, std::string_view left, std::string_view right) const {
+    if (std::min(rankA, rankB) <= lastSignRank) return compareAsWords(left, right);
+    return rankA < rankB ? -1 : 1;
+  }
+
+  [[gnu::noinline]] int compareAsWords(std::string_view left, std::string_view right) const {
+    const Words a = wordsOf(left);
+    const Words b = wordsOf(right);
+    if (const int order = compare(a.text, b.text); order != 0) return order;
+    const auto order = a.signs <=> b.signs;
+    return order < 0 ? -1 : (order > 0 ? 1 : 0);
   }
 
   // The same by ranks, as long as both texts hold plain characters only; else the rules decide on the whole.
@@ -185,13 +248,13 @@ class AccountSetCollation final : public tsql::Collation {
     while (i < left.size() && j < right.size()) {
       const auto rankA = nextRank(left, i, ranks);
       const auto rankB = nextRank(right, j, ranks);
-      if (rankA == 0 || rankB == 0) return rules_->compare(left, right);
-      if (rankA != rankB) return rankA < rankB ? -1 : 1;
+      if (rankA == 0 || rankB == 0) return compareWhole(left, right);
+      if (rankA != rankB) return compareByRank(rankA, rankB, left, right);
     }
     if (i == left.size() && j == right.size()) return 0;
     const bool leftIsLonger = i < left.size();
     const auto next = leftIsLonger ? nextRank(left, i, ranks) : nextRank(right, j, ranks);
-    if (next == 0) return rules_->compare(left, right);
+    if (next == 0) return compareWhole(left, right);
     return leftIsLonger ? 1 : -1;
   }
 

@@ -183,7 +183,8 @@ void Database::create(const std::filesystem::path& file) {
   int code = sqlite3_open_v2(shown.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
   const DatabaseHandle handle(opened);
   if (code == SQLITE_OK) {
-    const auto text = "PRAGMA journal_mode = WAL; PRAGMA application_id = " + std::to_string(applicationId);
+    const auto text = "PRAGMA journal_mode = WAL; PRAGMA application_id = " + std::to_string(applicationId) +
+                      "; PRAGMA user_version = " + std::to_string(textOrder);
     code = sqlite3_exec(opened, text.c_str(), nullptr, nullptr, nullptr);
   }
   if (code != SQLITE_OK) {

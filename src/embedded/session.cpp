@@ -27,6 +27,27 @@ Session::Session(const std::filesystem::path& file, std::chrono::milliseconds bu
     : database_(file, busyTimeout), functions_(database_, *this), catalogue_(database_) {
   sqlite3_randomness(sizeof random_.first, &random_.first);
   random_.first &= 0x3FFFFFFF;
+  if (textOrderOfFile() < textOrder) makeIndexesAnew();
+}
+
+int Session::textOrderOfFile() {
+  const auto version = own("PRAGMA user_version");
+  return database_.stepOwn(version.get()) ? sqlite3_column_int(version.get(), 0) : textOrder;
+}
+
+// Somebody else may have done it while this connection waited for the file.
+void Session::makeIndexesAnew() {
+  runOwn("BEGIN IMMEDIATE");
+  try {
+    if (textOrderOfFile() < textOrder) {
+      runOwn("REINDEX TSQL");
+      runOwn("PRAGMA user_version = " + std::to_string(textOrder));
+    }
+    runOwn("COMMIT");
+  } catch (...) {
+    runOwn("ROLLBACK");
+    throw;
+  }
 }
 
 Session::~Session() {

@@ -201,6 +201,8 @@ class Session final : public tsql::Session {
   /// The name in the catalogue of what a name with or without owner and database means; nothing where it means an
   /// object that another owner or database would have.
   [[nodiscard]] std::optional<std::string> ownName(std::string_view name) const;
+  [[nodiscard]] int textOrderOfFile();
+  void makeIndexesAnew();
   void undo(bool whole) noexcept;
   void keepIdentities() noexcept;
   [[nodiscard]] std::optional<std::int64_t> writtenIdentity(std::string_view table);

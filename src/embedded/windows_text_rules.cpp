@@ -13,7 +13,7 @@ namespace {
 constexpr unsigned codePage = 936;
 // Simplified Chinese by pinyin, the order that SQL Server takes from Windows for this collation.
 constexpr const wchar_t* locale = L"zh-CN";
-// A hyphen counts as any other sign: programs that look for account numbers rely on it.
+// A hyphen counts as any other sign here: what Windows makes of it in words is the collation's.
 constexpr DWORD comparison = NORM_IGNORECASE | NORM_IGNOREKANATYPE | NORM_IGNOREWIDTH | SORT_STRINGSORT;
 
 std::wstring wideOf(char32_t character) {

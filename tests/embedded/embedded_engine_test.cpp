@@ -68,6 +68,30 @@ TEST_F(EmbeddedEngineTest, AFolderIsNoAccountSet) {
   EXPECT_THAT(openingError(folder_.path()), HasSubstr("not a file"));
 }
 
+TEST_F(EmbeddedEngineTest, IndexesOfAnEarlierOrderOfTextsAreMadeAnew) {
+  run("create table t (a nvarchar(9) primary key) insert t values ('a-c'), ('ab'), ('b')");
+  connection_.reset();
+  EmbeddedEngine::closeUnused();
+  {
+    const auto file = plain(this->file());
+    const auto backwards = [](void*, int leftSize, const void* left, int rightSize, const void* right) {
+      const std::string_view a(static_cast<const char*>(left), static_cast<std::size_t>(leftSize));
+      return std::string_view(static_cast<const char*>(right), static_cast<std::size_t>(rightSize)).compare(a);
+    };
+    sqlite3_create_collation(file.get(), "TSQL", SQLITE_UTF8, nullptr, backwards);
+    EXPECT_EQ(sqlite3_exec(file.get(), "REINDEX TSQL; PRAGMA user_version = 0", nullptr, nullptr, nullptr), SQLITE_OK);
+  }
+  connection_ = open();
+  EXPECT_EQ(scalar("select count(*) from t where a = 'ab'"), "1");
+  EXPECT_EQ(scalar("select top 1 a from t where a > 'ab'"), "a-c");
+  sqlite3_stmt* version = nullptr;
+  const auto file = plain(this->file());
+  sqlite3_prepare_v2(file.get(), "PRAGMA user_version", -1, &version, nullptr);
+  EXPECT_EQ(sqlite3_step(version), SQLITE_ROW);
+  EXPECT_EQ(sqlite3_column_int(version, 0), textOrder);
+  sqlite3_finalize(version);
+}
+
 TEST_F(EmbeddedEngineTest, ADataSourceWithoutAFileIsRefused) {
   const auto error = errorOf([] { (void)EmbeddedEngine().open(DataSourceName::parse("Server=x")); });
   EXPECT_THAT(error.description(), HasSubstr("Database="));
