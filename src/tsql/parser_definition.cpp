@@ -107,6 +107,8 @@ Type Parser::type() {
   if (token().kind != TokenKind::Word && token().kind != TokenKind::QuotedName) fail();
   std::string written = anyName();
   if (takeOperator(".")) written = anyName();  // dbo.sysname
+  const bool national = sameName(written, "NATIONAL");
+  if (national && (isWord("CHAR") || isWord("CHARACTER") || isWord("TEXT"))) written += " " + anyName();
   if (isWord("PRECISION") || isWord("VARYING")) written += " " + anyName();
   const auto found = typeNamed(written);
   if (!found) {

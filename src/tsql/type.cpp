@@ -173,7 +173,7 @@ std::optional<Type> typeNamed(std::string_view name) {
     std::string_view name;
     Type type;
   };
-  static const std::array<Alias, 13> aliases{{
+  static const std::array<Alias, 16> aliases{{
       {"integer", Type::of(TypeKind::Int)},
       {"dec", Type::decimal(18, 0)},
       {"decimal", Type::decimal(18, 0)},
@@ -185,6 +185,9 @@ std::optional<Type> typeNamed(std::string_view name) {
       {"char varying", Type::text(TypeKind::VarChar, 1)},
       {"national char", Type::text(TypeKind::NChar, 1)},
       {"national character", Type::text(TypeKind::NChar, 1)},
+      {"national char varying", Type::text(TypeKind::NVarChar, 1)},
+      {"national character varying", Type::text(TypeKind::NVarChar, 1)},
+      {"national text", Type::of(TypeKind::NText)},
       {"binary varying", Type::text(TypeKind::VarBinary, 1)},
       {"rowversion", Type::of(TypeKind::Timestamp)},
   }};
