@@ -1,18 +1,12 @@
 #include "embedded/batch_run.h"
 
-#include <algorithm>
-#include <map>
 #include <utility>
 
-#include "embedded/account_set_collation.h"
 #include "embedded/batch_interpreter.h"
-#include "embedded/constraint_explainer.h"
 #include "embedded/errors.h"
 #include "embedded/values.h"
 #include "rowset/utf8.h"
-#include "tsql/convert.h"
 #include "tsql/error_reach.h"
-#include "tsql/sqlite_text.h"
 
 namespace tolvane::embedded {
 namespace {
@@ -21,18 +15,6 @@ constexpr int userError = 50000;
 constexpr int nullError = 515;
 // A loop that selects would otherwise fill the memory with results that nobody can read any more.
 constexpr std::size_t resultBound = 10'000;
-
-bool sameType(const tsql::Type& a, const tsql::Type& b) {
-  return a.orNull() == b.orNull();
-}
-
-Datum literalDatum(const tsql::Literal& literal) {
-  if (literal.type.isInteger()) return {literal.integer};
-  if (literal.type.isFloat()) return {literal.real};
-  if (literal.type.isBinary())
-    return {tsql::BytesView(reinterpret_cast<const std::byte*>(literal.text.data()), literal.text.size())};
-  return {literal.text};
-}
 
 }  // namespace
 
@@ -192,23 +174,6 @@ void BatchRun::attempt(std::shared_ptr<CompiledProgram>& program, std::size_t in
   }
 }
 
-// A row that a constraint keeps out has got its identity value already.
-void BatchRun::loseIdentity(const tsql::StepBody& body, bool refused) {
-  const auto* execute = std::get_if<tsql::ExecuteStep>(&body);
-  if (execute && execute->setsIdentity && (refused || execute->makesIdentity)) session_->lostIdentity(execute->table);
-}
-
-// The rows that are there do not allow a definition.
-tsql::SqlError BatchRun::brokenDefinition(const tsql::DdlStep& step, const ConstraintFailure& failure) const {
-  const bool isKey = failure.code() == SQLITE_CONSTRAINT_UNIQUE || failure.code() == SQLITE_CONSTRAINT_PRIMARYKEY;
-  if (!isKey && !step.redefinitions.empty()) {
-    return session_->catalogue().explain(failure, step.verb, step.redefinitions.front().table);
-  }
-  return {1505, 16,
-          "The CREATE UNIQUE INDEX statement terminated because a duplicate key was found for the object name '" +
-              step.table + "' and the index name '" + step.index + "'."};
-}
-
 void BatchRun::runStep(CompiledProgram& program, std::size_t index) {
   const auto& body = program.program.steps[index].body;
   if (const auto* query = std::get_if<tsql::QueryStep>(&body)) {
@@ -268,140 +233,6 @@ void BatchRun::runQuery(CompiledProgram& program, std::size_t index, const tsql:
   rows->readFirst();
   result_.rowSets.push_back(std::move(rows));
   session_->setRowCount(static_cast<std::int64_t>(result_.rowSets.back()->known()));
-}
-
-// One table of the connection may have it ON.
-void BatchRun::setIdentityInsert(const tsql::OptionStep& step) {
-  const auto& current = session_->identityInsert();
-  if (!step.on) {
-    if (current == step.table) session_->setIdentityInsert({});
-    return;
-  }
-  if (!current.empty() && current != step.table) {
-    const std::string database = current.starts_with('#') ? "tempdb" : session_->databaseName();
-    throw tsql::SqlError(8107, 16,
-                         "IDENTITY_INSERT is already ON for table '" + database + ".dbo." + current +
-                             "'. Cannot perform SET operation for table '" + step.written + "'.");
-  }
-  session_->setIdentityInsert(step.table);
-}
-
-void BatchRun::checkIdentityInsert(const tsql::ExecuteStep& step) const {
-  using Gives = tsql::ExecuteStep::GivesIdentity;
-  const bool on = session_->identityInsert() == step.table;
-  if (step.givesIdentity == Gives::Yes && !on) {
-    throw tsql::SqlError(544, 16,
-                         "Cannot insert explicit value for identity column in table '" + step.table +
-                             "' when IDENTITY_INSERT is set to OFF.");
-  }
-  if (step.givesIdentity == Gives::No && on) {
-    throw tsql::SqlError(545, 16,
-                         "Explicit value must be specified for identity column in table '" + step.table +
-                             "' either when IDENTITY_INSERT is set to ON or when a replication user is inserting into "
-                             "a NOT FOR REPLICATION identity column.");
-  }
-}
-
-void BatchRun::runExecute(CompiledProgram& program, std::size_t index, const tsql::ExecuteStep& step) {
-  refuseDoomed(step.table);
-  if (step.givesIdentity != tsql::ExecuteStep::GivesIdentity::Anyhow) checkIdentityInsert(step);
-  session_->beforeChange(step.table);
-  auto& database = session_->database();
-  if (step.truncates && ConstraintExplainer(database, session_->catalogue()).isReferenced(step.table)) {
-    throw tsql::SqlError(
-        4712, 16,
-        "Cannot truncate table '" + step.table + "' because it is being referenced by a FOREIGN KEY constraint.");
-  }
-  const auto& pools = program.steps[index].pools;
-  std::int64_t changed = 0;
-  std::optional<std::int64_t> made;
-  const auto work = [&] {
-    for (std::size_t i = 0; i < step.statements.size(); ++i) {
-      const auto statement = bound(pools[i], step.statements[i], SQLITE_STATIC);
-      while (database.step(statement.get())) {
-      }
-      if (static_cast<int>(i) == step.counted) changed = sqlite3_changes64(database.get());
-    }
-    if (step.makesIdentity) made = session_->keepMadeIdentities();
-  };
-  // Alone and outside a transaction SQLite itself makes a statement whole or not at all.
-  if (step.oneRow || (step.statements.size() == 1 && !step.makesIdentity && !database.inTransaction())) {
-    work();
-  } else {
-    session_->atomically(work);
-  }
-  session_->setRowCount(changed);
-  if (step.truncates) session_->forgetIdentity(step.table);
-  if (step.verb != tsql::ExecuteStep::Verb::Insert) return;
-  if (!step.setsIdentity) return session_->setIdentity({});
-  if (changed == 0) return;
-  if (step.makesIdentity) return session_->setIdentity(made);
-  session_->setIdentity(sqlite3_last_insert_rowid(database.get()));
-  session_->usedIdentity(step.table, sqlite3_last_insert_rowid(database.get()));
-}
-
-// SQLite does not say which key was broken. Where there are several, the statement runs once more with all keys judged
-// at the end, and what it leaves is looked through.
-tsql::SqlError BatchRun::brokenKey(const tsql::ExecuteStep& step, std::string_view verb) {
-  auto& database = session_->database();
-  const ConstraintExplainer explainer(database, session_->catalogue());
-  const auto keys = explainer.candidates(verb, step.table);
-  std::size_t found = 0;
-  if (keys.size() > 1) {
-    found = keys.size();
-    session_->tryOut([&] {
-      session_->runOwn("PRAGMA defer_foreign_keys=ON");
-      for (std::size_t i = 0; i < step.statements.size(); ++i) {
-        // The pragma leaves no statement that was prepared before it as it was.
-        const auto fresh = std::make_shared<StatementPool>(step.statements[i].text);
-        const auto statement = bound(fresh, step.statements[i], SQLITE_STATIC);
-        while (database.step(statement.get())) {
-        }
-      }
-      for (found = 0; found < keys.size(); ++found) {
-        const auto check =
-            session_->own("SELECT 1 FROM pragma_foreign_key_check(" + tsql::quotedText(keys[found].child) +
-                          ") WHERE fkid=" + std::to_string(keys[found].number));
-        if (database.stepOwn(check.get())) break;
-      }
-    });
-  }
-  if (found < keys.size()) return explainer.broken(keys[found], verb, step.table);
-  return tsql::SqlError(tsql::Message::ConstraintConflict,
-                        {verb, "FOREIGN KEY", "FK_" + step.table, "table \"dbo." + step.table + "\""});
-}
-
-void BatchRun::runDdl(CompiledProgram& program, std::size_t index, const tsql::DdlStep& step) {
-  refuseDoomed({});
-  session_->beforeDefinition();
-  auto& database = session_->database();
-  for (const auto& table : step.dropped) {
-    if (!ConstraintExplainer(database, session_->catalogue()).isReferenced(table)) continue;
-    throw tsql::SqlError(3726, 16,
-                         "Could not drop object '" + table + "' because it is referenced by a FOREIGN KEY constraint.");
-  }
-  const auto& pools = program.steps[index].pools;
-  session_->atomically([&] {
-    auto pool = pools.begin();
-    for (const auto& refusal : step.refusals) {
-      const auto statement = bound(*pool++, refusal.query, SQLITE_STATIC);
-      if (database.step(statement.get())) throw tsql::SqlError(refusal.number, 16, refusal.message);
-    }
-    const auto run = [&](const std::vector<tsql::Statement>& statements) {
-      for (const auto& each : statements) {
-        const auto statement = bound(*pool++, each, SQLITE_STATIC);
-        while (database.step(statement.get())) {
-        }
-      }
-    };
-    run(step.preparations);
-    for (const auto& change : step.redefinitions) database.redefine(change.table, change.temporary, change.text);
-    run(step.statements);
-    (void)session_->keepMadeIdentities();
-  });
-  for (const auto& table : step.dropped) session_->forgetTable(table);
-  session_->setDefinitionsChanged();
-  session_->setRowCount(0);
 }
 
 bool BatchRun::holds(CompiledProgram& program, std::size_t index, const tsql::JumpUnlessStep& step) {
@@ -546,107 +377,6 @@ void BatchRun::runDeferred(CompiledProgram& program, std::size_t index, const ts
   if (leaving == 0) return;
   if (leaving <= tsql::JumpStep::firstLabel) return jumpTo(leaving);
   jumpTo(leaving == tsql::JumpStep::breakOuter ? step.breakTo : step.continueTo);
-}
-
-Lease BatchRun::bound(const std::shared_ptr<StatementPool>& pool, const tsql::Statement& statement,
-                      sqlite3_destructor_type lifetime) {
-  Lease lease(session_->database(), pool);
-  int position = 0;
-  for (const auto& parameter : statement.parameters) bind(lease.get(), ++position, parameter, lifetime);
-  return lease;
-}
-
-void BatchRun::bind(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
-                    sqlite3_destructor_type lifetime) {
-  using Source = tsql::Parameter::Source;
-  const auto index = static_cast<std::size_t>(parameter.index);
-  const auto bindValue = [&](const Datum& value, sqlite3_destructor_type life) {
-    if (!parameter.column.empty()) {
-      const auto assigned = tsql::assign(value, parameter.from, parameter.to, parameter.column, accountSetCollation());
-      return bindDatum(statement, position, assigned.datum(), SQLITE_TRANSIENT);
-    }
-    if (sameType(parameter.from, parameter.to)) return bindDatum(statement, position, value, life);
-    const auto converted = tsql::convert(value, parameter.from, parameter.to, std::nullopt, accountSetCollation());
-    bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
-  };
-  switch (parameter.source) {
-    case Source::Literal:
-      return bindValue(literalDatum(batch_.literals[index]), lifetime);
-    case Source::Variable:
-      return bindValue(variables_[index].datum(), lifetime);
-    case Source::Placeholder:
-      return bindPlaceholder(statement, position, parameter, lifetime);
-    case Source::RowCount:
-      return bindValue(Datum(session_->rowCount()), lifetime);
-    case Source::Error:
-      return bindValue(Datum(session_->lastError()), lifetime);
-    case Source::TranCount:
-      return bindValue(Datum(session_->transactionCount()), lifetime);
-    case Source::Identity:
-    case Source::ScopeIdentity: {
-      const auto identity = session_->identity();
-      if (!identity) return bindValue(Datum(), lifetime);
-      return bindValue(Datum(std::to_string(*identity)), SQLITE_TRANSIENT);
-    }
-    case Source::RowColumn:
-      return bindValue((*row_)[index].datum(), SQLITE_TRANSIENT);
-    case Source::CaughtNumber:
-    case Source::CaughtMessage:
-    case Source::CaughtSeverity:
-    case Source::CaughtState:
-    case Source::CaughtLine:
-    case Source::CaughtProcedure:
-      return bindCaught(statement, position, parameter);
-    case Source::XactState:
-      return bindValue(Datum(session_->transactionState()), lifetime);
-    case Source::DateFirst:
-      return bindValue(Datum(session_->dateFirst()), lifetime);
-    case Source::Fetch:
-      return bindValue(Datum(session_->cursors().fetchStatus()), lifetime);
-  }
-}
-
-void BatchRun::bindPlaceholder(sqlite3_stmt* statement, int position, const tsql::Parameter& parameter,
-                               sqlite3_destructor_type lifetime) {
-  const auto& value = placeholders_[static_cast<std::size_t>(parameter.index)];
-  const Datum datum =
-      value.document
-          ? Datum(tsql::BytesView(reinterpret_cast<const std::byte*>(value.document->data()), value.document->size()))
-          : value.value.datum();
-  if (sameType(parameter.from, parameter.to) || (value.document && parameter.to.isBinary() && parameter.to.isLong())) {
-    return bindDatum(statement, position, datum, lifetime);
-  }
-  const auto converted = tsql::convert(datum, parameter.from, parameter.to, std::nullopt, accountSetCollation());
-  bindDatum(statement, position, converted.datum(), SQLITE_TRANSIENT);
-}
-
-void BatchRun::bindDatum(sqlite3_stmt* statement, int position, const Datum& value, sqlite3_destructor_type lifetime) {
-  int code = SQLITE_OK;
-  switch (value.kind()) {
-    case tsql::Kind::Null:
-      code = sqlite3_bind_null(statement, position);
-      break;
-    case tsql::Kind::Integer:
-      code = sqlite3_bind_int64(statement, position, value.integer());
-      break;
-    case tsql::Kind::Real:
-      code = sqlite3_bind_double(statement, position, value.real());
-      break;
-    case tsql::Kind::Text: {
-      const auto text = value.text();
-      // Without a place in memory SQLite would take an empty text for null.
-      code =
-          sqlite3_bind_text64(statement, position, text.empty() ? "" : text.data(), text.size(), lifetime, SQLITE_UTF8);
-      break;
-    }
-    case tsql::Kind::Blob: {
-      const auto bytes = value.blob();
-      code = bytes.empty() ? sqlite3_bind_zeroblob(statement, position, 0)
-                           : sqlite3_bind_blob64(statement, position, bytes.data(), bytes.size(), lifetime);
-      break;
-    }
-  }
-  if (code != SQLITE_OK) session_->database().fail(code);
 }
 
 BatchResult runBatch(const std::shared_ptr<Session>& session, const std::string& sql,
