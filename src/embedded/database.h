@@ -37,8 +37,8 @@ class ConstraintFailure : public std::exception {
   std::string message_;
 };
 
-/// The order of texts that the indexes of an account set are made in, kept as its user version. Grows when the collation
-/// orders texts differently: indexes of an earlier order find nothing.
+/// The order of texts that the indexes of an account set are made in, kept as its user version. Grows when the
+/// collation orders texts differently: indexes of an earlier order find nothing.
 inline constexpr int textOrder = 1;
 
 class Database;
