@@ -32,7 +32,8 @@ class SchemaCatalogue final : public tsql::Catalogue {
   /// The same if some connection changed them since they were read.
   void refresh();
 
-  /// The table, view or constraint of that name; its number stays the same as long as the text of its table does.
+  /// The table, view or constraint of that name. Its number stays the same, that of a constraint until its table is
+  /// altered.
   [[nodiscard]] std::optional<tsql::DatabaseObject> object(std::string_view name) const;
   [[nodiscard]] std::optional<tsql::DatabaseObject> object(std::int64_t id) const;
   /// Numbers of the constraints of all tables that are not temporary.

@@ -45,7 +45,7 @@ void Session::makeIndexesAnew() {
     }
     runOwn("COMMIT");
   } catch (...) {
-    runOwn("ROLLBACK");
+    if (database_.inTransaction()) runOwn("ROLLBACK");
     throw;
   }
 }

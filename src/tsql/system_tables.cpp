@@ -137,6 +137,13 @@ const std::vector<SystemColumn> tableColumns{{"name", name.orNull(false)},
                                              {"modify_date", Type::of(TypeKind::DateTime).orNull(false)},
                                              {"is_ms_shipped", bit}};
 
+// What is told of tables and, behind that, what of all objects.
+std::vector<SystemColumn> sysObjectColumns() {
+  std::vector<SystemColumn> result = tableColumns;
+  result.insert(result.end(), {{"is_published", bit}, {"is_schema_published", bit}});
+  return result;
+}
+
 const std::vector<SystemColumn> sysColumnColumns{{"object_id", number.orNull(false)},
                                                  {"name", name},
                                                  {"column_id", number.orNull(false)},
@@ -270,22 +277,7 @@ const std::vector<SystemColumn> columnColumns{{"name", name},       {"id", numbe
 
 const std::vector<SystemTable> tables{
     {"", "sysobjects", sysobjects, sysobjectsColumns},
-    {"sys",
-     "objects",
-     sysObjects,
-     {{"name", name.orNull(false)},
-      {"object_id", number.orNull(false)},
-      {"principal_id", number},
-      {"schema_id", number.orNull(false)},
-      {"parent_object_id", number.orNull(false)},
-      {"type", Type::text(TypeKind::Char, 2)},
-      {"type_desc", Type::text(TypeKind::NVarChar, 60)},
-      {"create_date", Type::of(TypeKind::DateTime).orNull(false)},
-      {"modify_date", Type::of(TypeKind::DateTime).orNull(false)},
-      {"is_ms_shipped", bit},
-      {"is_published", bit},
-      {"is_schema_published", bit}},
-     true},
+    {"sys", "objects", sysObjects, sysObjectColumns(), true},
     {"", "syscolumns", columns, columnColumns},
     {"",
      "systypes",
